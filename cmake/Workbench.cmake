@@ -1,0 +1,22 @@
+# vantrel-workbench: plays an interpreter and opens files in the editor. Its readers and writers, in folders of
+# their own, are portable and tested natively; what needs Windows stands in workbench and workbench/win.
+vantrel_sources(workbench_sources workbench/*/*.cpp)
+list(FILTER workbench_sources EXCLUDE REGEX "/workbench/win/")
+if(workbench_sources)
+  add_library(workbench_logic STATIC ${workbench_sources})
+  target_link_libraries(workbench_logic PUBLIC fake_hosts vantrel_json)
+  target_include_directories(workbench_logic PUBLIC "${CMAKE_SOURCE_DIR}")
+endif()
+
+vantrel_sources(workbench_windows_sources workbench/*.cpp workbench/win/*.cpp)
+if(WIN32 AND workbench_windows_sources)
+  add_executable(vantrel-workbench ${workbench_windows_sources})
+  target_include_directories(vantrel-workbench PRIVATE "${CMAKE_SOURCE_DIR}")
+  target_link_libraries(vantrel-workbench PRIVATE fake_hosts vantrel_json user32 shell32 ole32)
+  if(TARGET workbench_logic)
+    target_link_libraries(vantrel-workbench PRIVATE workbench_logic)
+  endif()
+  if(TARGET vantrel)
+    add_dependencies(vantrel-workbench vantrel)
+  endif()
+endif()

@@ -1,0 +1,130 @@
+#!/bin/bash
+# Opens a file in the editor through the workbench, building first what is missing.
+#
+#   demo.sh [--unthemed] [--screenshot PICTURE.png] [FILE]
+#
+# FILE is JSON, CSV, .npy or CCDR; without it a nested example is shown. On a display the editor runs until it is
+# closed. Without one, and whenever --screenshot is given, it opens on a display of its own, its picture is saved
+# (build/demo.png unless told otherwise) and it is closed again. --unthemed shows the classic look.
+set -euo pipefail
+cd_from=$PWD
+cd "$(dirname "$0")/.."
+root=$PWD
+logs=$root/build/logs
+mkdir -p "$logs"
+
+unthemed=
+picture=
+file=
+while [ $# -gt 0 ]; do
+    case $1 in
+        --unthemed) unthemed=1 ;;
+        --screenshot)
+            [ $# -gt 1 ] || { printf 'demo: --screenshot needs a file name\n' >&2; exit 2; }
+            picture=$(cd "$cd_from" && realpath -m "$2")
+            shift
+            ;;
+        --help) sed -n '2,8s/^# \{0,1\}//p' "$0"; exit 0 ;;
+        -*) printf 'demo: unknown option %s (try --help)\n' "$1" >&2; exit 2 ;;
+        *) file=$(cd "$cd_from" && realpath -m "$1") ;;
+    esac
+    shift
+done
+file=${file:-$root/examples/nested.json}
+[ -r "$file" ] || { printf 'demo: cannot read %s\n' "$file" >&2; exit 1; }
+
+fail() {
+    printf 'demo: %s\n' "$1" >&2
+    [ -s "${2:-}" ] && tail -n 20 "$2" >&2
+    exit 1
+}
+
+scripts/setup.sh || fail "the packages needed could not be installed"
+
+build_log=$logs/demo-build.log
+{ cmake --preset win64 && cmake --build --preset win64 -j2 --target vantrel vantrel-workbench; } >"$build_log" 2>&1 ||
+    fail "the build failed (log: $build_log)" "$build_log"
+
+. scripts/wine-env.sh
+started=()
+end_started() {
+    local pid
+    wine_close
+    # Last started first: the window manager before its display.
+    for pid in $(printf '%s\n' "${started[@]}" | tac); do
+        kill "$pid" 2>/dev/null && wait "$pid" 2>/dev/null
+    done
+    [ -z "${scratch:-}" ] || rm -rf "$scratch"
+    return 0
+}
+trap end_started EXIT
+trap 'exit 130' INT TERM HUP
+
+open_prefix() {
+    wine_open x11 || fail "Wine could not be started"
+    if [ -n "$unthemed" ]; then
+        wine_unthemed
+        export VANTREL_THEME=0
+    fi
+}
+
+workbench=$root/build/win64/vantrel-workbench.exe
+
+if [ -n "${DISPLAY:-}" ] && [ -z "$picture" ]; then
+    open_prefix
+    status=0
+    wine "$workbench" "$(wine_path "$file")" || status=$?
+    exit "$status"
+fi
+
+# --- no display: one of our own, and a picture ---
+
+picture=${picture:-$root/build/demo.png}
+scratch=$(mktemp -d)
+
+# The server itself picks a free number and tells it.
+Xvfb -displayfd 3 -screen 0 1280x960x24 -nolisten tcp 3>"$scratch/number" >"$logs/demo-xvfb.log" 2>&1 &
+started+=($!)
+for _ in $(seq 100); do
+    [ -s "$scratch/number" ] && break
+    sleep 0.1
+done
+[ -s "$scratch/number" ] || fail "Xvfb did not start" "$logs/demo-xvfb.log"
+DISPLAY=:$(cat "$scratch/number")
+export DISPLAY
+openbox --sm-disable >"$logs/demo-openbox.log" 2>&1 &
+started+=($!)
+
+open_prefix
+wine "$workbench" "$(wine_path "$file")" >"$logs/demo-workbench.log" 2>&1 </dev/null &
+editor=$!
+started+=("$editor")
+
+window=
+for _ in $(seq 300); do
+    window=$(xdotool search --onlyvisible --name Vantrel 2>/dev/null | tail -n 1) || true
+    [ -n "$window" ] && break
+    kill -0 "$editor" 2>/dev/null || fail "the workbench ended without showing a window" "$logs/demo-workbench.log"
+    sleep 0.1
+done
+[ -n "$window" ] || fail "no window of the editor appeared within 30 seconds" "$logs/demo-workbench.log"
+
+# Shown is not yet painted: two pictures in a row must be the same.
+previous=
+for _ in $(seq 20); do
+    sleep 0.5
+    import -silent -window root "$scratch/shot.png"
+    current=$(identify -format '%#' "$scratch/shot.png")
+    [ "$current" = "$previous" ] && break
+    previous=$current
+done
+
+# The client window, and what the window manager draws around it: left, right, top, bottom.
+read -r x y width height < <(xwininfo -id "$window" | awk -F: '
+    /Absolute upper-left X|Absolute upper-left Y|^ *Width|^ *Height/ { printf "%d ", $2 } END { print "" }')
+read -r left right top bottom < <(xprop -id "$window" _NET_FRAME_EXTENTS | sed -n 's/.*= //p' | tr -d ,) || true
+: "${left:=0}" "${right:=0}" "${top:=0}" "${bottom:=0}"
+mkdir -p "${picture%/*}"
+convert "$scratch/shot.png" -crop "$((width + left + right))x$((height + top + bottom))+$((x - left))+$((y - top))" \
+    +repage "$picture"
+printf 'The picture of the editor is in %s\n' "$picture"

@@ -1,0 +1,248 @@
+#!/bin/bash
+# Builds everything and runs every test. The last line is "N passed, M failed"; ends with 1 when something failed
+# or nothing ran. Logs stand in build/logs.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+root=$PWD
+logs=$root/build/logs
+mkdir -p "$logs"
+
+. scripts/wine-env.sh
+trap wine_close EXIT
+trap 'exit 130' INT TERM HUP
+
+passed=0
+failed=0
+declare -A built
+
+# Prints one line a step; the log's tail when it failed.
+report() {
+    local outcome=$1 name=$2 detail=$3
+    printf '%-6s %s (%s)\n' "$outcome" "$name" "$detail"
+    if [ "$outcome" = FAILED ]; then
+        printf -- '------ end of build/logs/%s.log\n' "$name"
+        tail -n "${4:-40}" "$logs/$name.log" | cut -c 1-400
+        printf -- '------\n'
+    fi
+}
+
+# step NAME COMMAND...: one test, passed when the command succeeds. Errors do not end a function called from here by
+# themselves: it has to hand them on.
+step() {
+    local name=$1 start=$SECONDS
+    shift
+    if "$@" >"$logs/$name.log" 2>&1 </dev/null; then
+        passed=$((passed + 1))
+        report ok "$name" "$((SECONDS - start)) s"
+    else
+        failed=$((failed + 1))
+        report FAILED "$name" "$((SECONDS - start)) s"
+        return 1
+    fi
+}
+
+has_sources() {
+    [ -n "$(find "$@" -name '*.cpp' -print -quit 2>/dev/null)" ]
+}
+
+# --- builds ---
+
+build_preset() {
+    cmake --preset "$1" && cmake --build --preset "$1" -j2
+}
+
+build() {
+    if step "build-$1" build_preset "$1"; then
+        built[$1]=1
+    fi
+}
+
+# --- GoogleTest programs ---
+
+# The number in attribute $2 of the result's outermost element.
+attribute() {
+    sed -n "s/.*<testsuites[^>]* $2=\"\([0-9]*\)\".*/\1/p" "$1" | head -n 1
+}
+
+count_lines() {
+    grep -c "$1" "$2" || true
+}
+
+# gtest NAME RESULT_ARGUMENT COMMAND...: adds the program's tests to the sums. A program that crashed, hung or wrote
+# no result counts as one more failure.
+gtest() {
+    local name=$1 argument=$2 result=$logs/$1.xml start=$SECONDS status=0 ran bad skipped
+    shift 2
+    rm -f "$result"
+    "$@" "--gtest_output=xml:$argument" --gtest_color=no >"$logs/$name.log" 2>&1 </dev/null || status=$?
+    if [ -s "$result" ] && [ -n "$(attribute "$result" tests)" ]; then
+        skipped=$(count_lines '<skipped' "$result")
+        bad=$(($(attribute "$result" failures) + $(attribute "$result" errors)))
+        ran=$(($(attribute "$result" tests) - $(attribute "$result" disabled) - skipped))
+        [ "$status" = 0 ] || [ "$bad" -gt 0 ] || bad=1 ran=$((ran + 1))
+    else
+        skipped=0
+        bad=$(($(count_lines '^\[  FAILED  \] .* ms)' "$logs/$name.log") + 1))
+        ran=$(($(count_lines '^\[       OK \]' "$logs/$name.log") + bad))
+    fi
+    # A program without a single test tests nothing.
+    [ "$ran" -gt 0 ] || bad=1 ran=1
+    passed=$((passed + ran - bad))
+    failed=$((failed + bad))
+    local detail="$((ran - bad)) of $ran tests, $((SECONDS - start)) s"
+    [ "$skipped" = 0 ] || detail="$detail, $skipped skipped"
+    if [ "$bad" = 0 ]; then
+        report ok "$name" "$detail"
+    else
+        [ "$status" -lt 124 ] || detail="$detail, ended with $status"
+        report FAILED "$name" "$detail" 60
+        grep '^\[  FAILED  \]' "$logs/$name.log" | sort -u | head -n 40 || true
+    fi
+}
+
+gtest_native() {
+    local name=$1 program=$2
+    if [ -x "$program" ]; then
+        ASAN_OPTIONS=detect_leaks=1:allocator_may_return_null=1 UBSAN_OPTIONS=print_stacktrace=1 \
+            gtest "$name" "$logs/$name.xml" timeout -k 5 300 "$program"
+    fi
+}
+
+# gtest_wine NAME themed|unthemed PROGRAM: in a prefix of its own.
+gtest_wine() {
+    local name=$1 theme=$2 program=$3
+    if [ -e "$program" ]; then
+        wine_open null
+        if [ "$theme" = unthemed ]; then
+            wine_unthemed
+            VANTREL_THEME=0 gtest "$name" "$(wine_path "$logs/$name.xml")" wine_run 300 "$program"
+        else
+            gtest "$name" "$(wine_path "$logs/$name.xml")" wine_run 300 "$program"
+        fi
+        wine_close
+    fi
+}
+
+# --- the other checks ---
+
+# A short run from a fixed seed; what it finds interesting goes to the build folder, not to the corpus.
+fuzz() {
+    local program=$1 name=${1##*/fuzz_}
+    local found=$root/build/fuzz-found/$name corpus=$root/tests/fuzz/corpus/$name
+    rm -rf "$found"
+    mkdir -p "$found"
+    local folders=("$found")
+    [ -d "$corpus" ] && folders+=("$corpus")
+    (cd "$found" && timeout -k 5 120 "$program" -seed=1 -max_total_time=10 -timeout=20 -rss_limit_mb=2048 -print_final_stats=1 "${folders[@]}")
+}
+
+bench_runs() {
+    timeout -k 5 240 "$1" --benchmark_min_time=0.001
+}
+
+bench_runs_wine() {
+    wine_run 240 "$1" --benchmark_min_time=0.001
+}
+
+all_sources() {
+    find src tests workbench bench -name '*.h' -o -name '*.cpp' 2>/dev/null | sort
+}
+
+format_is_clean() {
+    all_sources | xargs -r clang-format-14 --dry-run -Werror
+}
+
+tidy_is_clean() {
+    find src -mindepth 2 -maxdepth 2 -name '*.cpp' -not -path 'src/resources/*' | sort |
+        xargs -r -n 1 -P 2 clang-tidy-14 -p build/native --quiet
+}
+
+# The library must load on a machine that has nothing but Windows.
+library_stands_alone() {
+    local needed
+    x86_64-w64-mingw32-objdump -p build/win64/vantrel.dll | grep 'DLL Name'
+    needed=$(x86_64-w64-mingw32-objdump -p build/win64/vantrel.dll | grep 'DLL Name' | grep -iE 'libstdc|libgcc|libwinpthread' || true)
+    [ -z "$needed" ]
+}
+
+scripts_are_sound() {
+    local script
+    for script in scripts/*.sh .ci/run; do
+        bash -n "$script" || return 1
+        [ "$script" = scripts/wine-env.sh ] || [ -x "$script" ] || return 1
+    done
+}
+
+# The exit code of a Windows program and its output reach the caller; nothing of the run stays behind.
+wine_runner_works() {
+    local status=0 output
+    output=$(scripts/run-wine.sh cmd /c 'echo reached& exit 7') || status=$?
+    printf 'output: %s, exit code: %s\n' "$output" "$status"
+    [ "$status" = 7 ] && [ "${output%$'\r'}" = reached ]
+}
+
+# Picture of the editor window: has to be there and to show more than an empty frame.
+demo_shows_window() {
+    local picture=$logs/demo-$1.png options=() colours
+    [ "$1" = themed ] || options=(--unthemed)
+    rm -f "$picture"
+    scripts/demo.sh "${options[@]}" --screenshot "$picture" || return 1
+    colours=$(identify -format '%k' "$picture") || return 1
+    printf '%s colours\n' "$colours"
+    [ "$colours" -gt 10 ]
+}
+
+# --- the run ---
+
+start=$SECONDS
+step setup scripts/setup.sh || true
+step scripts scripts_are_sound || true
+step arrangement scripts/check-sources.sh || true
+
+build native
+build native-asan
+build win64
+if has_sources tests/fuzz; then
+    build fuzz
+fi
+
+step format format_is_clean || true
+if [ -n "${built[native]:-}" ]; then
+    step tidy tidy_is_clean || true
+    gtest_native unit-native build/native/unit_tests
+    if [ -x build/native/bench ]; then
+        step bench-native bench_runs build/native/bench || true
+    fi
+fi
+if [ -n "${built[native-asan]:-}" ]; then
+    gtest_native unit-asan build/native-asan/unit_tests
+fi
+if [ -n "${built[fuzz]:-}" ]; then
+    for program in "$root"/build/fuzz/fuzz_*; do
+        [ -x "$program" ] || continue
+        step "fuzz-${program##*/fuzz_}" fuzz "$program" || true
+    done
+fi
+
+if step wine-prefix wine_template; then
+    step wine-runner wine_runner_works || true
+    if [ -n "${built[win64]:-}" ]; then
+        [ -e build/win64/vantrel.dll ] && step library library_stands_alone
+        gtest_wine unit-win64 themed build/win64/unit_tests.exe
+        gtest_wine ui-themed themed build/win64/ui_tests.exe
+        gtest_wine ui-unthemed unthemed build/win64/ui_tests.exe
+        if [ -e build/win64/bench.exe ]; then
+            wine_open null
+            step bench-win64 bench_runs_wine build/win64/bench.exe || true
+            wine_close
+        fi
+        if [ -e build/win64/vantrel-workbench.exe ]; then
+            step demo-themed demo_shows_window themed || true
+            step demo-unthemed demo_shows_window unthemed || true
+        fi
+    fi
+fi
+
+printf 'took %s s\n' "$((SECONDS - start))"
+printf '%s passed, %s failed\n' "$passed" "$failed"
+[ "$failed" = 0 ] && [ "$passed" -gt 0 ]

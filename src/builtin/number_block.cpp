@@ -1,0 +1,250 @@
+#include "builtin/number_block.h"
+
+#include <algorithm>
+#include <array>
+
+#include "entry/trace.h"
+
+namespace vantrel {
+namespace {
+
+constexpr char16_t Blank = u' ';
+
+// One view of the node's items for each type: what prepares item i.
+struct IntegerItems {
+    using ItemText = IntegerText;
+    const std::int64_t* data;
+    NumberStyle style;
+    void Prepare(std::int64_t i, ItemText& text) const noexcept { PrepareText(data[i], style, text); }
+};
+
+struct RealItems {
+    using ItemText = RealText;
+    const double* data;
+    NumberStyle style;
+    void Prepare(std::int64_t i, ItemText& text) const noexcept { PrepareText(data[i], style, text); }
+};
+
+struct ComplexItems {
+    using ItemText = ComplexText;
+    const double* data;
+    NumberStyle style;
+    void Prepare(std::int64_t i, ItemText& text) const noexcept { PrepareText(data[2 * i], data[2 * i + 1], style, text); }
+};
+
+template <typename Work> auto WithItems(const EditContext& context, const Scdr& node, Work work)
+{
+    const NumberStyle style = MakeNumberStyle(*context.langEnv, context.printPrecision);
+    switch (node.Type) {
+    case TypeInteger: return work(IntegerItems{static_cast<const std::int64_t*>(node.data), style});
+    case TypeReal: return work(RealItems{static_cast<const double*>(node.data), style});
+    default: return work(ComplexItems{static_cast<const double*>(node.data), style});
+    }
+}
+
+// Calls `part(row, firstColumn, endColumn)` for pieces of rows short enough to poll between them.
+template <typename Part> void ForRowParts(std::int64_t rows, std::int64_t columns, std::int64_t rowsDone, BlockPoll& poll, Part part)
+{
+    if (columns == 0) return; // there may be any number of such rows
+    for (std::int64_t row = 0; row < rows; ++row) {
+        for (std::int64_t first = 0; first < columns; first += BlockPoll::ItemsBetweenClocks) {
+            const std::int64_t end = std::min(columns, first + BlockPoll::ItemsBetweenClocks);
+            part(row, first, end);
+            poll.Passed(end - first, rowsDone);
+        }
+    }
+}
+
+template <typename Items> std::int64_t MeasureLine(const Items& items, std::int64_t count, BlockPoll& poll)
+{
+    typename Items::ItemText text;
+    std::int64_t length = std::max<std::int64_t>(count - 1, 0);
+    ForRowParts(1, count, 0, poll, [&](std::int64_t, std::int64_t first, std::int64_t end) {
+        for (std::int64_t i = first; i < end; ++i) {
+            items.Prepare(i, text);
+            length += text.size.integer + text.size.rest;
+        }
+    });
+    return length;
+}
+
+template <typename Items> void WriteLine(const Items& items, std::int64_t count, char16_t* output, BlockPoll& poll)
+{
+    typename Items::ItemText text;
+    ForRowParts(1, count, 0, poll, [&](std::int64_t, std::int64_t first, std::int64_t end) {
+        for (std::int64_t i = first; i < end; ++i) {
+            if (i > 0) *output++ = Blank;
+            items.Prepare(i, text);
+            output = EmitText(text, output);
+        }
+    });
+}
+
+// Leaves the widest rest of each column in `widths`.
+template <typename Items> void MeasureColumns(const Items& items, NumberBlock& block, BlockPoll& poll)
+{
+    typename Items::ItemText text;
+    std::int32_t* const integers = block.integers.get();
+    std::int32_t* const rests = block.widths.get();
+    ForRowParts(block.rows, block.columns, 0, poll, [&](std::int64_t row, std::int64_t first, std::int64_t end) {
+        const std::int64_t rowItem = row * block.columns;
+        for (std::int64_t column = first; column < end; ++column) {
+            items.Prepare(rowItem + column, text);
+            integers[column] = std::max(integers[column], text.size.integer);
+            rests[column] = std::max(rests[column], text.size.rest);
+        }
+    });
+}
+
+// Blanks come first, for some rows at a time: their memory is then still near when the digits follow.
+template <typename Items> void WriteColumns(const Items& items, const NumberBlock& block, char16_t* text, BlockPoll& poll)
+{
+    if (block.columns == 0) return;
+    typename Items::ItemText item;
+    const std::int32_t* const widths = block.widths.get();
+    const std::int32_t* const integers = block.integers.get();
+    const std::int64_t step = std::max<std::int64_t>(1, BlockPoll::ItemsBetweenClocks / block.columns);
+    for (std::int64_t done = 0; done < block.rows; done += step) {
+        const std::int64_t rows = std::min(step, block.rows - done);
+        char16_t* field = text + done * block.length;
+        std::fill_n(field, rows * block.length, Blank);
+        ForRowParts(rows, block.columns, done, poll, [&](std::int64_t row, std::int64_t first, std::int64_t end) {
+            const std::int64_t rowItem = (done + row) * block.columns;
+            for (std::int64_t column = first; column < end; ++column) {
+                items.Prepare(rowItem + column, item);
+                EmitText(item, field + (integers[column] - item.size.integer));
+                field += widths[column] + 1;
+            }
+            if (end == block.columns) --field; // no blank behind the last column
+        });
+    }
+}
+
+constexpr std::int64_t BitsAtOnce = 8;
+constexpr std::int64_t UnitsPerBit = 2; // the digit and its blank
+
+constexpr auto MakeBitTexts()
+{
+    std::array<std::array<char16_t, BitsAtOnce * UnitsPerBit>, 256> table = {};
+    for (unsigned byte = 0; byte < 256; ++byte) {
+        for (unsigned bit = 0; bit < BitsAtOnce; ++bit) {
+            table[byte][2 * bit] = (byte >> (7 - bit) & 1) != 0 ? u'1' : u'0';
+            table[byte][2 * bit + 1] = Blank;
+        }
+    }
+    return table;
+}
+constexpr auto BitTexts = MakeBitTexts();
+
+// From any bit position; all eight must lie in the data.
+std::uint8_t EightBits(const std::uint8_t* data, std::int64_t first) noexcept
+{
+    const std::uint8_t* at = data + (first >> 3);
+    const auto shift = static_cast<unsigned>(first & 7);
+    return static_cast<std::uint8_t>(shift == 0 ? *at : at[0] << shift | at[1] >> (8 - shift));
+}
+
+// Writes the texts of some bits of a row; the row's last bit has no blank behind it.
+char16_t* WriteBits(const std::uint8_t* data, std::int64_t bit, std::int64_t endBit, bool endsRow, char16_t* output) noexcept
+{
+    const std::int64_t lastBit = endsRow ? endBit - 1 : endBit;
+    for (; lastBit - bit >= BitsAtOnce; bit += BitsAtOnce) {
+        output = std::copy_n(BitTexts[EightBits(data, bit)].data(), BitsAtOnce * UnitsPerBit, output);
+    }
+    for (; bit < endBit; ++bit) {
+        *output++ = GetBit(data, bit) ? u'1' : u'0';
+        if (bit < lastBit) *output++ = Blank;
+    }
+    return output;
+}
+
+void WriteBooleans(const Scdr& node, const NumberBlock& block, char16_t* output, BlockPoll& poll)
+{
+    const auto* data = static_cast<const std::uint8_t*>(node.data);
+    const std::int64_t columns = block.columns;
+    std::int64_t done = 0;
+    ForRowParts(block.rows, columns, done, poll, [&](std::int64_t row, std::int64_t first, std::int64_t end) {
+        output = WriteBits(data, row * columns + first, row * columns + end, end == columns, output);
+    });
+}
+
+OwnedArray<std::int32_t> AllocateMeasures(std::int64_t columns, std::int32_t value)
+{
+    const std::int64_t count = std::max<std::int64_t>(columns, 1);
+    auto measures = AllocateArray<std::int32_t>(count);
+    std::fill_n(measures.get(), count, value);
+    return measures;
+}
+
+std::int64_t RowLength(const NumberBlock& block) noexcept
+{
+    std::int64_t length = std::max<std::int64_t>(block.columns - 1, 0);
+    for (std::int64_t column = 0; column < block.columns; ++column) length += block.widths[static_cast<std::size_t>(column)];
+    return length;
+}
+
+void MeasureMatrix(const EditContext& context, const Scdr& node, NumberBlock& block, BlockPoll& poll)
+{
+    const std::int32_t start = node.Type == TypeBoolean ? 1 : 0;
+    block.widths = AllocateMeasures(block.columns, start);
+    block.integers = AllocateMeasures(block.columns, start);
+    if (node.Type != TypeBoolean) {
+        WithItems(context, node, [&](const auto& items) { MeasureColumns(items, block, poll); });
+        for (std::int64_t column = 0; column < block.columns; ++column) {
+            block.widths[static_cast<std::size_t>(column)] += block.integers[static_cast<std::size_t>(column)];
+        }
+    }
+    block.length = RowLength(block);
+}
+
+std::int64_t CountRows(const Scdr& node)
+{
+    std::size_t rows = 1;
+    for (std::int32_t axis = 0; axis + 1 < node.Rank; ++axis) rows = CheckedMultiply(node.Shape[axis], rows);
+    return static_cast<std::int64_t>(rows);
+}
+
+} // namespace
+
+void BlockPoll::AskClock(std::int64_t rowsDone)
+{
+    items_ = 0;
+    if (poll_ == nullptr) return;
+    if (!pacer_) pacer_.emplace();
+    if (!pacer_->Due()) return;
+    if (poll_->interrupted(poll_->state, rowsDone)) throw VTERROR_CODE::Interrupt;
+}
+
+NumberBlock MeasureNumbers(const EditContext& context, const Scdr& node, BlockPoll& poll)
+{
+    TraceScope trace("builtin.cpp", "MeasureNumbers");
+    NumberBlock block;
+    if (node.Rank >= 2) {
+        block.columns = Columns(node);
+        block.rows = CountRows(node);
+        MeasureMatrix(context, node, block, poll);
+        return block;
+    }
+    block.rows = 1;
+    block.columns = node.ElementCount;
+    if (node.Type == TypeBoolean) {
+        block.length = std::max<std::int64_t>(2 * node.ElementCount - 1, 0);
+    } else {
+        block.length = WithItems(context, node, [&](const auto& items) { return MeasureLine(items, node.ElementCount, poll); });
+    }
+    return block;
+}
+
+void WriteNumbers(const EditContext& context, const Scdr& node, const NumberBlock& block, char16_t* text, BlockPoll& poll)
+{
+    TraceScope trace("builtin.cpp", "WriteNumbers");
+    if (node.Type == TypeBoolean) {
+        WriteBooleans(node, block, text, poll);
+    } else if (node.Rank >= 2) {
+        WithItems(context, node, [&](const auto& items) { WriteColumns(items, block, text, poll); });
+    } else {
+        WithItems(context, node, [&](const auto& items) { WriteLine(items, node.ElementCount, text, poll); });
+    }
+}
+
+} // namespace vantrel

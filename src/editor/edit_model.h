@@ -1,0 +1,233 @@
+// The cell editor's model: caret, selection, changes, undo and places of the text of one simple array.
+//
+// Every routine works on an `EditWindow` and reaches the edited node through its `EditView`; the state that outlives the window is the
+// node's `EditState`. The screen, the clipboard and the keyboard are reached only through `EditEffects`.
+//
+// Lines are counted within the shown plane, columns in UTF-16 units, pixels in the window's client area; all signed 64-bit.
+// Results of type std::int32_t are 0 for success and 1 for failure or refusal unless said otherwise. Nothing here throws: a failed
+// allocation ends as notification -1, and what was changed before stays.
+#pragma once
+
+#include <cstdint>
+
+#include "editor/edit_messages.h"
+#include "editor/edit_view.h"
+
+namespace vantrel {
+
+struct EditPoint {
+    std::int64_t x = 0;
+    std::int64_t y = 0;
+};
+
+struct EditRect {
+    std::int64_t left = 0;
+    std::int64_t top = 0;
+    std::int64_t right = 0; // exclusive
+    std::int64_t bottom = 0;
+};
+
+struct EditCaret {
+    std::int64_t column = 0;
+    std::int64_t line = 0;
+    friend bool operator==(const EditCaret&, const EditCaret&) = default;
+};
+
+// Normalised: the start never lies behind the end.
+struct EditSelection {
+    EditCaret start;
+    EditCaret end;
+};
+
+// Special deltas of MoveCaret: the first or last line, the start or end of the line.
+inline constexpr std::int64_t CaretHome = 0x7FFFFFFFFFFFFFFD;
+inline constexpr std::int64_t CaretEnd = 0x7FFFFFFFFFFFFFFE;
+
+enum class EditBeep : std::uint8_t {
+    Asterisk,    // the text may not be changed now
+    Exclamation, // this text may not stand in this array
+};
+
+enum EditModifier : std::uint32_t {
+    EditModifierShift = 1,
+    EditModifierControl = 2,
+    EditModifierAlt = 4,
+};
+
+struct KeyStates {
+    bool shift = false;
+    bool control = false;
+    bool alt = false;
+    bool rightControl = false;
+    bool rightAlt = false;
+    bool insertToggled = false; // the Insert key's toggle
+};
+
+struct EditWindow;
+
+// What the model may do to the world. No entry may be null and none throws, except `getClipboardText`.
+struct EditEffects {
+    void (*invalidate)(EditWindow& window); // the whole window
+    void (*drawCaret)(EditWindow& window);  // bring the caret on the screen up to date with GetCaretPicture
+    void (*notify)(EditWindow& window, std::int32_t code);
+    void (*beep)(EditWindow& window, EditBeep kind);
+    KeyStates (*keyStates)(EditWindow& window);
+    bool (*openClipboard)(EditWindow& window); // opens and empties it
+    bool (*putClipboardText)(EditWindow& window, const char16_t* text, std::int64_t length);
+    void (*closeClipboard)(EditWindow& window);
+    bool (*getClipboardText)(EditWindow& window, Text& text); // false: there is none. Throws OutOfMemory
+    void (*initializeScroll)(EditWindow& window, ScrollRecord& record); // has the record drive this window's bars
+    EditRect (*clientRectangle)(EditWindow& window);
+    void (*showScrollBars)(EditWindow& window, bool horizontal, bool vertical);
+};
+
+// The instance data of one edit window.
+struct EditWindow {
+    EditView* view = nullptr;
+    WindowHandle window = nullptr;
+    const EditEffects* effects = nullptr;
+    EditRect client;
+    EditRect text; // the client rectangle less a rim of 2 pixels
+    std::int64_t columnsPerPage = 0;
+    std::int64_t linesPerPage = 0;
+    std::int32_t frameWidth = 0; // SM_CXFRAME, the gap beside the line numbers
+    bool inUndo = false;         // an undo record is being applied
+    bool readOnly = false;
+    bool selecting = false; // the left button went down in the text; the caret is not drawn meanwhile
+};
+
+// --- the edited node (rows.cpp) ---
+
+// The view has a simple node, and an edit window has taken it into use.
+[[nodiscard]] bool HasEditedNode(const EditWindow& window) noexcept;
+// Only while HasEditedNode.
+[[nodiscard]] inline EditState& StateOf(const EditWindow& window) noexcept { return *window.view->node->editState; }
+// Rows of the shown plane, and its first record in the node's list.
+[[nodiscard]] std::int64_t EditRows(const EditWindow& window) noexcept;
+[[nodiscard]] std::int64_t FirstEditRow(const EditWindow& window) noexcept;
+// The text of a line of the shown plane; empty outside.
+[[nodiscard]] RecordText EditLine(const EditWindow& window, std::int64_t line) noexcept;
+[[nodiscard]] EditCaret ClampToText(const EditWindow& window, EditCaret caret) noexcept;
+// A character array cannot be changed while a numeric find is in force.
+[[nodiscard]] bool IsLocked(const EditWindow& window) noexcept;
+// Read-only or locked: beeps and answers true.
+bool RefuseChange(EditWindow& window);
+
+// --- caret and selection (caret.cpp) ---
+
+// Relative, or CaretHome / CaretEnd. The selection stays; callers extend or collapse it after.
+void MoveCaret(EditWindow& window, std::int64_t columns, std::int64_t lines);
+void MoveCaretTo(EditWindow& window, EditCaret caret);
+[[nodiscard]] EditCaret CaretOf(const EditWindow& window) noexcept;
+void SelectionStart(EditWindow& window);
+void SelectionEnd(EditWindow& window);
+void SelectionReset(EditWindow& window);
+void SelectAll(EditWindow& window);
+[[nodiscard]] bool IsSelectionEmpty(const EditWindow& window) noexcept;
+// Within the text, also when the text behind an older selection has become shorter.
+[[nodiscard]] EditSelection NormalisedSelection(const EditWindow& window) noexcept;
+// Typing replaces the next character: the view's option is on and the Insert key's toggle off.
+[[nodiscard]] bool IsOvertyping(EditWindow& window);
+// Nothing while the mouse selects.
+void DrawCaret(EditWindow& window);
+struct CaretPicture {
+    EditPoint point;
+    std::int64_t width = 0; // 0: the thin caret
+    std::int64_t height = 0;
+};
+[[nodiscard]] CaretPicture GetCaretPicture(EditWindow& window);
+
+// --- places (positions.cpp) ---
+
+struct CaretPlace {
+    EditPoint point; // top left
+    std::int64_t charWidth = 0;
+};
+// The node shows its margins (line numbers and ruler) while it is maximised; in a cell they would hide the text.
+[[nodiscard]] bool ShowsMargins(const EditWindow& window) noexcept;
+// What they take now.
+[[nodiscard]] EditPoint Margins(const EditWindow& window) noexcept;
+// The text rectangle without the margins.
+[[nodiscard]] EditRect TextArea(const EditWindow& window) noexcept;
+[[nodiscard]] CaretPlace CaretToPosition(EditWindow& window, EditCaret caret);
+// The character under the point; never rounded to the nearer boundary.
+[[nodiscard]] EditCaret PositionToCaret(EditWindow& window, EditPoint point);
+void ScrollCaretIntoWindow(EditWindow& window);
+// After the user scrolled: the caret follows the text area.
+void MoveCaretIntoWindow(EditWindow& window);
+
+// --- changes (typing.cpp, paste.cpp, delete.cpp) ---
+
+void TypeChar(EditWindow& window, char16_t character);
+// Replaces the selection.
+std::int32_t PasteString(EditWindow& window, const char16_t* text, std::int64_t length, bool firstOfGroup);
+// Deletes the selection. `pushed` receives the undo record, still owned by the undo stack.
+std::int32_t DeleteMarked(EditWindow& window, bool firstOfGroup, EditUndoRecord** pushed = nullptr);
+// Backspace, Delete and Ctrl+Delete.
+void DeleteBack(EditWindow& window);
+void DeleteForward(EditWindow& window);
+void DeleteToLineEnd(EditWindow& window);
+void TypeLineBreak(EditWindow& window);
+// Brings width, margins and scroll range up to date with a changed text.
+void TextChanged(EditWindow& window);
+void SetMaxWidth(EditWindow& window);
+void SetModified(EditWindow& window);
+void NotifyOutOfMemory(EditWindow& window);
+
+// --- undo (undo.cpp) ---
+
+// Pushes a record; the caret is its end. Null after a failed allocation.
+EditUndoRecord* UndoAdd(EditWindow& window, Text&& removed, EditCaret start, bool firstOfGroup);
+// 1 when something was undone. With nothing to undo: 1 for rank 0 or 1, else 0, as edit controls of one line and of many answer.
+std::int32_t Undo(EditWindow& window);
+// 1 when something was redone.
+std::int32_t Redo(EditWindow& window);
+[[nodiscard]] bool CanUndo(const EditWindow& window) noexcept;
+[[nodiscard]] bool CanRedo(const EditWindow& window) noexcept;
+void EmptyUndo(EditWindow& window) noexcept;
+void FreeRedo(EditWindow& window) noexcept;
+
+// --- clipboard (clipboard.cpp) ---
+
+std::int32_t CopyMarked(EditWindow& window);
+void CopySelection(EditWindow& window);
+void CutSelection(EditWindow& window);
+void PasteClipboard(EditWindow& window);
+void ClearSelection(EditWindow& window);
+
+// --- keyboard (keys.cpp) ---
+
+// Bits of EditModifier. AltGr counts as Alt alone, so that what it types is typed.
+[[nodiscard]] std::uint32_t GetShiftState(const KeyStates& states) noexcept;
+// False: the key is not the editor's.
+bool OnKeyDown(EditWindow& window, std::uint32_t virtualKey);
+void OnChar(EditWindow& window, char16_t character, bool released);
+
+// --- mouse (mouse.cpp) ---
+
+struct MousePress {
+    bool left = false;
+    bool right = false;
+    bool shift = false;
+    bool control = false;
+    EditPoint point;
+};
+// A single press. True when the mouse is to be captured.
+bool PressMouse(EditWindow& window, const MousePress& press);
+void DragMouse(EditWindow& window, EditPoint point);
+// The capture has ended.
+void EndMouse(EditWindow& window, EditPoint point);
+
+// --- the window's room and the node in use (setup.cpp) ---
+
+// Takes the view's node into use. A failed allocation leaves the node without the editor.
+void OnUseScdr(EditWindow& window, bool force);
+void OnNewPlane(EditWindow& window);
+void OnSetScrollbars(EditWindow& window);
+void OnSetLineNumbers(EditWindow& window);
+void OnSetRuler(EditWindow& window);
+void OnFontChanged(EditWindow& window);
+// Lays the window out in its present client rectangle; also what its WM_SIZE does.
+void LayOutEdit(EditWindow& window);
+
+} // namespace vantrel

@@ -1,0 +1,106 @@
+#include "editor/paint_rows.h"
+
+#include <algorithm>
+
+#include "entry/trace.h"
+
+namespace vantrel {
+
+namespace {
+
+struct ColumnSpan {
+    std::int64_t first;
+    std::int64_t end; // exclusive
+};
+
+// A line on its way to the screen: its visible columns and the place of the first of them.
+struct VisibleLine {
+    RecordText record;
+    ColumnSpan columns;
+    EditPoint point;
+};
+
+VisibleLine FindVisibleColumns(EditWindow& window, const RecordText& record, const EditRect& area, std::int64_t y)
+{
+    CharWidths& widths = window.view->widths;
+    const std::int64_t scrolled = StateOf(window).scroll.horizontal.position;
+    const std::int64_t first = widths.ColumnAt(record.text, record.length, scrolled);
+    const std::int64_t x = area.left + widths.TextWidth(record.text, first) - scrolled;
+    const std::int64_t count = widths.ColumnAt(record.text + first, record.length - first, area.right - x) + 1;
+    return {record, {first, std::min(first + count, record.length)}, {x, y}};
+}
+
+// The selected columns of a line; empty where nothing is selected.
+ColumnSpan SelectedColumns(const EditSelection& selection, std::int64_t line, std::int64_t length) noexcept
+{
+    if (line < selection.start.line || line > selection.end.line) return {0, 0};
+    return {line == selection.start.line ? selection.start.column : 0, line == selection.end.line ? selection.end.column : length};
+}
+
+class PieceWriter {
+public:
+    PieceWriter(CharWidths& widths, DrawPiece draw, void* state) noexcept : widths_(widths), draw_(draw), state_(state) {}
+
+    // Draws the line's columns up to `end`, from where the last piece ended.
+    void WriteUpTo(VisibleLine& line, std::int64_t end, bool highlighted)
+    {
+        end = std::min(end, line.columns.end);
+        const std::int64_t length = end - line.columns.first;
+        if (length <= 0) return;
+        const char16_t* text = line.record.text + line.columns.first;
+        const std::int64_t width = widths_.TextWidth(text, length);
+        draw_(state_, {line.point, width, text, length, highlighted});
+        line.columns.first = end;
+        line.point.x += width;
+    }
+
+private:
+    CharWidths& widths_;
+    DrawPiece draw_;
+    void* state_;
+};
+
+} // namespace
+
+VisibleEditLines FindVisibleLines(const EditWindow& window) noexcept
+{
+    const EditRect area = TextArea(window);
+    const std::int64_t lineHeight = std::max(window.view->lineHeight, 1);
+    const std::int64_t scrolled = StateOf(window).scroll.vertical.position;
+    const std::int64_t rows = EditRows(window);
+    const std::int64_t first = std::clamp<std::int64_t>(scrolled / lineHeight, 0, rows);
+    const std::int64_t top = area.top + first * lineHeight - scrolled;
+    const std::int64_t count = std::max<std::int64_t>((area.bottom - top + lineHeight - 1) / lineHeight, 0);
+    return {first, std::min(rows, first + count), top};
+}
+
+void ForEachVisiblePiece(EditWindow& window, DrawPiece draw, void* state)
+{
+    const TraceScope trace("paint_rows.cpp", "ForEachVisiblePiece");
+    const EditRect area = TextArea(window);
+    const VisibleEditLines lines = FindVisibleLines(window);
+    const EditSelection selection = NormalisedSelection(window);
+    PieceWriter writer(window.view->widths, draw, state);
+    std::int64_t y = lines.top;
+    for (std::int64_t line = lines.first; line < lines.end; ++line, y += window.view->lineHeight) {
+        VisibleLine visible = FindVisibleColumns(window, EditLine(window, line), area, y);
+        const ColumnSpan selected = SelectedColumns(selection, line, visible.record.length);
+        writer.WriteUpTo(visible, selected.first, false);
+        writer.WriteUpTo(visible, selected.end, true);
+        writer.WriteUpTo(visible, visible.record.length, false);
+    }
+}
+
+VisibleRuler FindVisibleRuler(EditWindow& window)
+{
+    const TraceScope trace("paint_rows.cpp", "FindVisibleRuler");
+    const EditRect area = TextArea(window);
+    // The ruler's dashes, signs and digits are as wide as a digit in every font that lines up columns.
+    const std::int64_t width = std::max<std::int64_t>(window.view->widths.CharWidth(u'0'), 1);
+    const std::int64_t scrolled = StateOf(window).scroll.horizontal.position;
+    const std::int64_t first = scrolled / width;
+    const std::int64_t end = (scrolled + std::max<std::int64_t>(area.right - area.left, 0)) / width + 1;
+    return {first, std::clamp(end, first, std::max(first, LongestRecord(window.view->node->records))), area.left + first * width - scrolled};
+}
+
+} // namespace vantrel

@@ -1,0 +1,127 @@
+#include <utility>
+
+#include "editor/edit_model.h"
+#include "entry/trace.h"
+
+namespace vantrel {
+
+namespace {
+
+void Push(EditUndoRecord*& stack, EditUndoRecord* record) noexcept
+{
+    record->next = stack;
+    stack = record;
+}
+
+EditUndoRecord* Pop(EditUndoRecord*& stack) noexcept
+{
+    EditUndoRecord* record = stack;
+    stack = std::exchange(record->next, nullptr);
+    return record;
+}
+
+// Selects what the change made and puts back what it removed; the inverse goes on the undo stack.
+std::int32_t ApplyEditUndo(EditWindow& window, const EditUndoRecord& record, bool firstOfGroup)
+{
+    const TraceScope trace("undo.cpp", "ApplyEditUndo");
+    MoveCaretTo(window, {record.startColumn, record.startLine});
+    SelectionStart(window);
+    MoveCaretTo(window, {record.endColumn, record.endLine});
+    SelectionEnd(window);
+    window.inUndo = true;
+    const auto length = static_cast<std::int64_t>(record.text.size());
+    const std::int32_t result = PasteString(window, record.text.c_str(), length, firstOfGroup);
+    window.inUndo = false;
+    SelectionReset(window);
+    window.effects->invalidate(window);
+    return result;
+}
+
+// Moves the inverse just made to the redo stack. The first marked record ends it: after the second record of a group that is an older
+// step, which goes along unapplied. Users' habits are built on that, so it stays.
+void MoveInverseToRedo(EditState& state) noexcept
+{
+    while (state.undo != nullptr) {
+        EditUndoRecord* record = Pop(state.undo);
+        Push(state.redo, record);
+        if (record->firstOfGroup) return;
+    }
+}
+
+} // namespace
+
+EditUndoRecord* UndoAdd(EditWindow& window, Text&& removed, EditCaret start, bool firstOfGroup)
+{
+    const TraceScope trace("undo.cpp", "UndoAdd");
+    EditState& state = StateOf(window);
+    if (!window.inUndo) FreeEditUndo(&state.redo);
+    EditUndoRecord* record = nullptr;
+    try {
+        record = NewEditUndo();
+    } catch (VTERROR_CODE) {
+        NotifyOutOfMemory(window);
+        return nullptr;
+    }
+    record->startColumn = start.column;
+    record->startLine = start.line;
+    record->endColumn = state.caretColumn;
+    record->endLine = state.caretLine;
+    record->text = std::move(removed);
+    record->firstOfGroup = firstOfGroup;
+    Push(state.undo, record);
+    return record;
+}
+
+std::int32_t Undo(EditWindow& window)
+{
+    const TraceScope trace("undo.cpp", "Undo");
+    EditState& state = StateOf(window);
+    if (state.undo == nullptr) return window.view->node->Rank <= 1 ? 1 : 0;
+    bool firstApplied = true;
+    bool groupDone = false;
+    while (!groupDone && state.undo != nullptr) {
+        EditUndoRecord* record = Pop(state.undo);
+        groupDone = record->firstOfGroup;
+        if (ApplyEditUndo(window, *record, firstApplied) == 0) MoveInverseToRedo(state);
+        FreeEditUndo(&record);
+        firstApplied = false;
+    }
+    if (state.undo == nullptr) state.modified = false;
+    return 1;
+}
+
+std::int32_t Redo(EditWindow& window)
+{
+    const TraceScope trace("undo.cpp", "Redo");
+    EditState& state = StateOf(window);
+    if (state.redo == nullptr) return 0;
+    bool firstApplied = true;
+    bool groupDone = false;
+    while (!groupDone && state.redo != nullptr) {
+        EditUndoRecord* record = Pop(state.redo);
+        groupDone = record->firstOfGroup;
+        ApplyEditUndo(window, *record, firstApplied);
+        FreeEditUndo(&record);
+        firstApplied = false;
+    }
+    return 1;
+}
+
+bool CanUndo(const EditWindow& window) noexcept { return StateOf(window).undo != nullptr; }
+
+bool CanRedo(const EditWindow& window) noexcept { return StateOf(window).redo != nullptr; }
+
+void EmptyUndo(EditWindow& window) noexcept
+{
+    const TraceScope trace("undo.cpp", "EmptyUndo");
+    FreeEditUndo(&StateOf(window).undo);
+    FreeEditUndo(&StateOf(window).redo);
+}
+
+void FreeRedo(EditWindow& window) noexcept
+{
+    const TraceScope trace("undo.cpp", "FreeRedo");
+    FreeEditUndo(&StateOf(window).redo);
+}
+
+} // namespace vantrel

@@ -1,0 +1,152 @@
+// What the model does to the world, done.
+
+#include <windows.h>
+
+#include <uxtheme.h>
+
+#include <cstring>
+#include <string_view>
+
+#include "editor/win/edit_instance.h"
+#include "entry/trace.h"
+#include "tools/win/scroll_bars.h"
+#include "tools/win/window.h"
+
+namespace vantrel {
+
+namespace {
+
+void Invalidate(EditWindow& window) { InvalidateRect(window.window, nullptr, FALSE); }
+
+void Notify(EditWindow& window, std::int32_t code)
+{
+    const TraceScope trace("edit_effects.cpp", "Notify");
+    NMHDR header{};
+    header.hwndFrom = window.window;
+    header.idFrom = static_cast<UINT_PTR>(GetDlgCtrlID(window.window));
+    header.code = static_cast<UINT>(code);
+    SendMessageW(GetParent(window.window), WM_NOTIFY, header.idFrom, reinterpret_cast<LPARAM>(&header));
+}
+
+void Beep(EditWindow&, EditBeep kind) { MessageBeep(kind == EditBeep::Asterisk ? MB_ICONASTERISK : MB_ICONEXCLAMATION); }
+
+bool IsDown(int key) noexcept { return GetKeyState(key) < 0; }
+
+KeyStates ReadKeyStates(EditWindow&)
+{
+    KeyStates states;
+    states.shift = IsDown(VK_SHIFT);
+    states.control = IsDown(VK_CONTROL);
+    states.alt = IsDown(VK_MENU);
+    states.rightControl = IsDown(VK_RCONTROL);
+    states.rightAlt = IsDown(VK_RMENU);
+    states.insertToggled = (GetKeyState(VK_INSERT) & 1) != 0;
+    return states;
+}
+
+// --- clipboard ---
+
+class ClipboardGuard {
+public:
+    explicit ClipboardGuard(HWND owner) noexcept : open_(OpenClipboard(owner) != FALSE) {}
+    ~ClipboardGuard()
+    {
+        if (open_) CloseClipboard();
+    }
+    ClipboardGuard(const ClipboardGuard&) = delete;
+    ClipboardGuard& operator=(const ClipboardGuard&) = delete;
+    [[nodiscard]] bool IsOpen() const noexcept { return open_; }
+
+private:
+    bool open_;
+};
+
+class GlobalView {
+public:
+    explicit GlobalView(HGLOBAL block) noexcept : block_(block), data_(block == nullptr ? nullptr : GlobalLock(block)) {}
+    ~GlobalView()
+    {
+        if (data_ != nullptr) GlobalUnlock(block_);
+    }
+    GlobalView(const GlobalView&) = delete;
+    GlobalView& operator=(const GlobalView&) = delete;
+    [[nodiscard]] void* Data() const noexcept { return data_; }
+    [[nodiscard]] std::size_t Size() const noexcept { return GlobalSize(block_); }
+
+private:
+    HGLOBAL block_;
+    void* data_;
+};
+
+bool OpenAndEmptyClipboard(EditWindow& window)
+{
+    const TraceScope trace("edit_effects.cpp", "OpenAndEmptyClipboard");
+    if (!OpenClipboard(window.window)) return false;
+    if (EmptyClipboard()) return true;
+    CloseClipboard();
+    return false;
+}
+
+bool PutText(EditWindow& window, const char16_t* text, std::int64_t length)
+{
+    const TraceScope trace("edit_effects.cpp", "PutText");
+    const std::size_t units = static_cast<std::size_t>(length);
+    const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE | GMEM_DDESHARE, (units + 1) * sizeof(char16_t));
+    if (block == nullptr) {
+        NotifyOutOfMemory(window);
+        return false;
+    }
+    {
+        const GlobalView view(block);
+        auto* out = static_cast<char16_t*>(view.Data());
+        std::memcpy(out, text, units * sizeof(char16_t));
+        out[units] = u'\0';
+    }
+    if (SetClipboardData(CF_UNICODETEXT, block) != nullptr) return true; // the block is the system's now
+    GlobalFree(block);
+    return false;
+}
+
+void CloseOpenClipboard(EditWindow&) { CloseClipboard(); }
+
+bool GetText(EditWindow& window, Text& text)
+{
+    const TraceScope trace("edit_effects.cpp", "GetText");
+    if (!IsClipboardFormatAvailable(CF_UNICODETEXT)) return false;
+    const ClipboardGuard clipboard(window.window);
+    if (!clipboard.IsOpen()) return false;
+    const GlobalView view(GetClipboardData(CF_UNICODETEXT));
+    if (view.Data() == nullptr) return false;
+    // Another program made the block: its terminator is believed only inside the block's real size.
+    const std::u16string_view whole(static_cast<const char16_t*>(view.Data()), view.Size() / sizeof(char16_t));
+    text.assign(whole.substr(0, whole.find(u'\0')));
+    return true;
+}
+
+// --- window ---
+
+void InitializeScroll(EditWindow& window, ScrollRecord& record) { InitializeWindowsScrollbars(record, window.window); }
+
+EditRect ReadClientRectangle(EditWindow& window)
+{
+    const RECT client = QmGetClientRectangle(window.window);
+    return {client.left, client.top, client.right, client.bottom};
+}
+
+void ShowBars(EditWindow& window, bool horizontal, bool vertical)
+{
+    const TraceScope trace("edit_effects.cpp", "ShowBars");
+    ShowScrollBar(window.window, SB_HORZ, horizontal);
+    ShowScrollBar(window.window, SB_VERT, vertical);
+    if (IsThemeActive()) SetWindowTheme(window.window, nullptr, L"Scrollbar");
+}
+
+} // namespace
+
+const EditEffects g_editEffects = {
+    &Invalidate,           &ShowEditCaret, &Notify,             &Beep,    &ReadKeyStates,
+    &OpenAndEmptyClipboard, &PutText,       &CloseOpenClipboard, &GetText, &InitializeScroll,
+    &ReadClientRectangle,  &ShowBars,
+};
+
+} // namespace vantrel

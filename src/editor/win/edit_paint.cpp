@@ -1,0 +1,209 @@
+#include <algorithm>
+
+#include "editor/paint_rows.h"
+#include "editor/ruler.h"
+#include "editor/win/edit_instance.h"
+#include "entry/trace.h"
+#include "tools/win/wide.h"
+#include "tools/win/window.h"
+
+namespace vantrel {
+
+namespace {
+
+constexpr COLORREF BorderColor = RGB(255, 0, 0);    // as the view marks a maximised array
+constexpr COLORREF LineNumberColor = RGB(7, 0, 0);  // fixed, whatever the user's colours are
+constexpr int PieceUnits = 512; // characters handed to the system at a time
+
+// --- small things ---
+
+// BeginPaint .. EndPaint.
+class Paint {
+public:
+    explicit Paint(HWND window) noexcept : window_(window), dc_(BeginPaint(window, &paint_)) {}
+    ~Paint() { EndPaint(window_, &paint_); }
+    Paint(const Paint&) = delete;
+    Paint& operator=(const Paint&) = delete;
+    [[nodiscard]] HDC Dc() const noexcept { return dc_; }
+    [[nodiscard]] const RECT& Part() const noexcept { return paint_.rcPaint; }
+
+private:
+    HWND window_;
+    PAINTSTRUCT paint_{};
+    HDC dc_;
+};
+
+// Clips to a rectangle for as long as it lives.
+class Clip {
+public:
+    Clip(HDC dc, const RECT& area) noexcept : dc_(dc), saved_(SaveDC(dc)) { IntersectClipRect(dc, area.left, area.top, area.right, area.bottom); }
+    ~Clip() { RestoreDC(dc_, saved_); }
+    Clip(const Clip&) = delete;
+    Clip& operator=(const Clip&) = delete;
+
+private:
+    HDC dc_;
+    int saved_;
+};
+
+int ToPixel(std::int64_t value) noexcept { return static_cast<int>(std::clamp<std::int64_t>(value, -0x8000000, 0x8000000)); }
+
+RECT ToRect(const EditRect& area) noexcept
+{
+    return {ToPixel(area.left), ToPixel(area.top), ToPixel(area.right), ToPixel(area.bottom)};
+}
+
+// What one paint needs everywhere.
+struct Painter {
+    EditInstance& instance;
+    EditWindow& edit;
+    HDC dc;
+    COLORREF textColor;
+    COLORREF backColor;
+};
+
+// Draws text with the widths that the caret is placed by, so that both always agree.
+void DrawUnits(Painter& painter, EditPoint point, const char16_t* text, std::int64_t length, const RECT* opaque)
+{
+    CharWidths& widths = painter.edit.view->widths;
+    int advances[PieceUnits];
+    const UINT options = opaque != nullptr ? ETO_OPAQUE | ETO_CLIPPED : 0u;
+    while (length > 0) {
+        const int count = static_cast<int>(std::min<std::int64_t>(length, PieceUnits));
+        std::int64_t width = 0;
+        for (int i = 0; i < count; ++i) width += advances[i] = widths.CharWidth(text[i]);
+        const RECT piece = opaque == nullptr ? RECT{} : RECT{ToPixel(point.x), opaque->top, ToPixel(point.x + width), opaque->bottom};
+        ExtTextOutW(painter.dc, ToPixel(point.x), ToPixel(point.y), options, opaque != nullptr ? &piece : nullptr, AsWide(text),
+                    static_cast<UINT>(count), advances);
+        point.x += width;
+        text += count;
+        length -= count;
+    }
+}
+
+// --- the parts of the picture ---
+
+void FillMargin(Painter& painter, const EditRect& area) noexcept
+{
+    const RECT rect = ToRect(area);
+    FillRect(painter.dc, &rect, GetSysColorBrush(COLOR_MENUBAR));
+}
+
+void DrawFrame(Painter& painter) noexcept
+{
+    const RECT client = ToRect(painter.edit.client);
+    const HPEN pen = CreatePen(PS_SOLID, 1, BorderColor);
+    {
+        const SelectedObject selectedPen(painter.dc, pen);
+        const SelectedObject selectedBrush(painter.dc, GetStockObject(NULL_BRUSH));
+        Rectangle(painter.dc, client.left, client.top, client.right, client.bottom);
+    }
+    DeleteObject(pen);
+}
+
+void DrawRuler(Painter& painter)
+{
+    const TraceScope trace("edit_paint.cpp", "DrawRuler");
+    const EditRect area = TextArea(painter.edit);
+    const EditRect band{area.left, painter.edit.text.top, area.right, area.top};
+    FillMargin(painter, band);
+    const Clip clip(painter.dc, ToRect(band));
+    SetBkMode(painter.dc, TRANSPARENT);
+    SetTextColor(painter.dc, painter.textColor);
+    const VisibleRuler ruler = FindVisibleRuler(painter.edit);
+    const int digit = std::max(painter.edit.view->widths.CharWidth(u'0'), 1);
+    int advances[PieceUnits];
+    std::fill_n(advances, PieceUnits, digit);
+    char16_t text[PieceUnits];
+    for (std::int64_t first = ruler.first; first < ruler.end; first += PieceUnits) {
+        const std::int64_t count = std::min<std::int64_t>(ruler.end - first, PieceUnits);
+        FillRuler(text, first, count);
+        ExtTextOutW(painter.dc, ToPixel(ruler.x + (first - ruler.first) * digit), ToPixel(band.top), 0, nullptr, AsWide(text),
+                    static_cast<UINT>(count), advances);
+    }
+}
+
+void DrawLineNumbers(Painter& painter)
+{
+    const TraceScope trace("edit_paint.cpp", "DrawLineNumbers");
+    const EditRect area = TextArea(painter.edit);
+    const EditRect band{painter.edit.text.left, area.top, area.left, area.bottom};
+    FillMargin(painter, band);
+    const Clip clip(painter.dc, ToRect(band));
+    SetBkMode(painter.dc, TRANSPARENT);
+    SetTextColor(painter.dc, LineNumberColor);
+    const VisibleEditLines lines = FindVisibleLines(painter.edit);
+    const std::int64_t origin = painter.edit.view->context->indexOrigin;
+    std::int64_t y = lines.top;
+    for (std::int64_t line = lines.first; line < lines.end; ++line, y += painter.edit.view->lineHeight) {
+        char16_t text[LineNumberCapacity];
+        DrawUnits(painter, {band.left, y}, text, FormatLineNumber(text, line + origin), nullptr);
+    }
+}
+
+void DrawMargins(Painter& painter)
+{
+    const EditPoint margins = Margins(painter.edit);
+    const EditRect& text = painter.edit.text;
+    if (margins.y > 0) DrawRuler(painter);
+    if (margins.x > 0) DrawLineNumbers(painter);
+    if (margins.x > 0 && margins.y > 0) {
+        FillMargin(painter, {text.left, text.top, text.left + margins.x, text.top + margins.y}); // the corner
+    }
+}
+
+void DrawTextPiece(void* state, const TextPiece& piece)
+{
+    auto& painter = *static_cast<Painter*>(state);
+    SetTextColor(painter.dc, piece.highlighted ? GetSysColor(COLOR_HIGHLIGHTTEXT) : painter.textColor);
+    SetBkColor(painter.dc, piece.highlighted ? GetSysColor(COLOR_HIGHLIGHT) : painter.backColor);
+    const RECT cell{ToPixel(piece.point.x), ToPixel(piece.point.y), ToPixel(piece.point.x + piece.width),
+                    ToPixel(piece.point.y + painter.edit.view->lineHeight)};
+    DrawUnits(painter, piece.point, piece.text, piece.length, piece.highlighted ? &cell : nullptr);
+}
+
+void DrawRows(Painter& painter)
+{
+    const TraceScope trace("edit_paint.cpp", "DrawRows");
+    const Clip clip(painter.dc, ToRect(TextArea(painter.edit)));
+    SetBkMode(painter.dc, TRANSPARENT);
+    ForEachVisiblePiece(painter.edit, &DrawTextPiece, &painter);
+}
+
+// Asks the parent for the colours, as every edit control does; answers the background brush.
+HBRUSH AskParentForColors(EditInstance& instance, HDC dc) noexcept
+{
+    SetBkColor(dc, GetSysColor(COLOR_WINDOW));
+    SetTextColor(dc, GetSysColor(COLOR_WINDOWTEXT));
+    const HWND window = WindowOf(instance);
+    const LRESULT brush = SendMessageW(GetParent(window), WM_CTLCOLOREDIT, reinterpret_cast<WPARAM>(dc), reinterpret_cast<LPARAM>(window));
+    return brush != 0 ? reinterpret_cast<HBRUSH>(brush) : GetSysColorBrush(COLOR_WINDOW);
+}
+
+void DrawPicture(EditInstance& instance, HDC dc)
+{
+    EditWindow& edit = instance.edit;
+    const SelectedObject font(dc, instance.font);
+    const HBRUSH brush = AskParentForColors(instance, dc);
+    const bool grey = edit.readOnly || IsLocked(edit);
+    Painter painter{instance, edit, dc, grey ? GetSysColor(COLOR_GRAYTEXT) : GetTextColor(dc), GetBkColor(dc)};
+    const RECT client = ToRect(edit.client);
+    FillRect(dc, &client, brush);
+    if (ShowsMargins(edit)) DrawFrame(painter);
+    DrawMargins(painter);
+    DrawRows(painter);
+}
+
+} // namespace
+
+void PaintEditWindow(EditInstance& instance)
+{
+    const TraceScope trace("edit_paint.cpp", "PaintEditWindow");
+    const Paint paint(WindowOf(instance));
+    const EditRect client = instance.edit.client;
+    PaintBuffer buffer(paint.Dc(), ToPixel(client.right), ToPixel(client.bottom));
+    DrawPicture(instance, buffer.Dc());
+    buffer.Present(paint.Part());
+}
+
+} // namespace vantrel

@@ -1,0 +1,7 @@
+#include "entry/trace.h"
+
+namespace vantrel {
+
+TraceContext g_traceContext{"", ""};
+
+} // namespace vantrel

@@ -1,0 +1,230 @@
+#include "entry/win/edit_object.h"
+
+#include "entry/command_log.h"
+#include "entry/names.h"
+#include "entry/trace.h"
+#include "entry/win/crash_report.h"
+#include "entry/win/message_loop.h"
+#include "entry/win/signals.h"
+#include "frame/messages.h"
+#include "model/variables.h"
+#include "resources/resource.h"
+#include "tools/win/guard.h"
+#include "tools/win/options.h"
+#include "tools/win/wide.h"
+#include "tools/win/window.h"
+#include "view/messages.h"
+
+namespace vantrel {
+namespace {
+
+constexpr std::int64_t DefaultPrintPrecision = 10;
+constexpr std::int64_t DefaultAccountNumber = 1001;
+constexpr LONG TimerPeriodMilliseconds = 100;
+constexpr LONGLONG TimerFirstDue = -1000000; // relative, in 100-nanosecond units
+
+// One run of EditObject; what its guarded body works on.
+struct EditRun {
+    EditContext* context;
+    HostObject object; // the value, or the name by name
+    bool byName;
+    HostObject value = nullptr;
+    char16_t title[TitleSize] = {};
+};
+
+void StartTimer(EditContext* context) noexcept
+{
+    context->timer = CreateWaitableTimerW(nullptr, FALSE, nullptr);
+    LARGE_INTEGER due = {};
+    due.QuadPart = TimerFirstDue;
+    if (context->timer != nullptr) SetWaitableTimer(context->timer, &due, TimerPeriodMilliseconds, nullptr, nullptr, FALSE);
+}
+
+void ReadSystemVariables(EditContext* context)
+{
+    const auto getVariable = context->langEnv->Operations.GetIntSysVar;
+    context->indexOrigin = getVariable(context, u"⎕IO", 0) != 0 ? 1 : 0;
+    const std::int64_t precision = getVariable(context, u"⎕PP", 0);
+    context->printPrecision = precision == 0 ? DefaultPrintPrecision : precision;
+    if (context->langEnv->DialectKind == Dialect::Apl2) {
+        context->accountNumber = getVariable(context, u"⎕AI", DefaultAccountNumber);
+    }
+}
+
+void FindValue(EditRun& run)
+{
+    EditContext* const context = run.context;
+    if (!run.byName) {
+        GetArrayTitle(context, run.title);
+        run.value = run.object;
+    } else if (IsObjectValidName(context, run.object) != 0) {
+        run.value = GetVariableValue(context, run.object, run.title);
+    } else {
+        SetErrorCode(context, VTERROR_CODE::DomainError);
+    }
+}
+
+// The host's own table in front of the common one, so that its keys win.
+HACCEL JoinAccelerators(HACCEL host, HACCEL common) noexcept
+{
+    ACCEL entries[256];
+    const int hostCount = CopyAcceleratorTableW(host, entries, static_cast<int>(std::size(entries)));
+    const int room = static_cast<int>(std::size(entries)) - hostCount;
+    const int commonCount = CopyAcceleratorTableW(common, entries + hostCount, room);
+    return CreateAcceleratorTableW(entries, hostCount + commonCount);
+}
+
+HACCEL LoadAccelerators(const LangEnv& environment) noexcept
+{
+    HACCEL const common = LoadAcceleratorsW(ModuleInstance(), MAKEINTRESOURCEW(IDA_MAIN));
+    if (environment.AcceleratorId == 0) return common;
+    HACCEL const host = LoadAcceleratorsW(ModuleInstance(), MAKEINTRESOURCEW(environment.AcceleratorId));
+    if (host == nullptr) return common;
+    HACCEL const joined = JoinAccelerators(host, common);
+    if (joined == nullptr) return common;
+    DestroyAcceleratorTable(host);
+    DestroyAcceleratorTable(common);
+    return joined;
+}
+
+LRESULT Ask(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    const LRESULT answer = SendMessageW(window, message, wParam, lParam);
+    RethrowEscapedException();
+    return answer;
+}
+
+// Has the client take the value. False when the frame has gone, because the array was refused or the user closed it.
+bool LoadValue(EditContext* context, HWND frame, HostObject value)
+{
+    HWND const client = GetDlgItem(frame, ClientId);
+    context->flags |= EditContextLoading;
+    const LRESULT refused = Ask(client, ViewSetObject, 0, reinterpret_cast<LPARAM>(value));
+    context->flags = static_cast<std::uint8_t>(context->flags & ~EditContextLoading);
+    if (!IsWindow(frame)) return false;
+    if (refused != 0) {
+        if (Ask(client, ViewGetOption, OptionRejectBadData, 0) == 0) return true;
+        DestroyWindow(frame);
+        RethrowEscapedException();
+        return false;
+    }
+    if (Ask(frame, FrameGetSizeOnOpen, 0, 0) != 0) Ask(frame, FrameSizeToDefinition, 0, 0);
+    return true;
+}
+
+// Windows obeys a process's first show command instead of the program's; a throw-away window uses it up.
+class FirstShowWindow {
+public:
+    FirstShowWindow() noexcept
+        : window_(CreateWindowExW(0, L"Edit", nullptr, 0, 0, 0, 0, 0, nullptr, nullptr, ModuleInstance(), nullptr))
+    {
+        ShowWindow(window_, SW_SHOWNORMAL);
+        ShowWindow(window_, SW_HIDE);
+    }
+    ~FirstShowWindow() { DestroyWindow(window_); }
+    FirstShowWindow(const FirstShowWindow&) = delete;
+    FirstShowWindow& operator=(const FirstShowWindow&) = delete;
+
+private:
+    HWND window_;
+};
+
+void EditValue(EditRun& run)
+{
+    EditContext* const context = run.context;
+    const DWORD style = ReadBooleanOption(u"Always on top", false) ? WS_EX_TOPMOST : 0;
+    HWND const frame = CreateFrame(context, run.title, run.byName ? run.object : nullptr, run.value, style);
+    if (frame != nullptr && LoadValue(context, frame, run.value)) RunModalLoop(context);
+}
+
+void RunEdit(EditRun& run)
+{
+    EditContext* const context = run.context;
+    StartTimer(context);
+    ReadSystemVariables(context);
+    FindValue(run);
+    if (HasError(context)) return;
+    context->accelerators = LoadAccelerators(*context->langEnv);
+    EditValue(run);
+}
+
+// Also after an exception: the windows are gone by then, the rest still has to go.
+void EndRun(EditRun& run) noexcept
+{
+    EditContext* const context = run.context;
+    if (context->accelerators != nullptr) DestroyAcceleratorTable(context->accelerators);
+    context->accelerators = nullptr;
+    if (run.byName && run.value != nullptr) context->langEnv->Operations.FreeObject(context, run.value);
+}
+
+void NoteInterrupt(EditContext* context) noexcept
+{
+    const bool interrupted = (context->langEnv->Capabilities & CapabilityInterruptOrClose) != 0;
+    if (!HasError(context) && interrupted) SetErrorCode(context, VTERROR_CODE::Interrupt);
+}
+
+void ClearRun(EditContext* context) noexcept
+{
+    context->result = nullptr;
+    context->frame = nullptr;
+    context->openFrames = 0;
+    context->langEnv->ErrorCode = VTERROR_CODE::NoError;
+    context->langEnv->Capabilities =
+        static_cast<std::uint8_t>(context->langEnv->Capabilities & ~CapabilityInterruptOrClose);
+    context->isInterruptOrClosePending = IsInterruptOrClosePending;
+}
+
+void RunGuarded(EditRun& run) noexcept
+{
+    TraceContext where{"", ""};
+    const bool failed = RunGuardedEdit([](void* argument) { RunEdit(*static_cast<EditRun*>(argument)); }, &run, where);
+    if (failed) ReportSevereError(run.context, where);
+    EndRun(run);
+    if (!failed) NoteInterrupt(run.context);
+}
+
+} // namespace
+
+HWND CreateFrame(EditContext* context, const char16_t* title, HostObject name, HostObject value, DWORD extendedStyle)
+{
+    TraceScope trace("edit_object.cpp", "CreateFrame");
+    const FirstShowWindow firstShow;
+    HWND const frame = CreateWindowExW(extendedStyle, AsWide(FrameClassName), AsWide(title),
+                                       WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT,
+                                       CW_USEDEFAULT, nullptr, nullptr, ModuleInstance(), context);
+    RethrowEscapedException();
+    if (frame == nullptr) {
+        SetErrorCode(context, VTERROR_CODE::OperatingSystemError);
+        return nullptr;
+    }
+    Ask(frame, FrameSetName, 0, reinterpret_cast<LPARAM>(value));
+    if (name != nullptr) Ask(frame, FrameSetName, 1, reinterpret_cast<LPARAM>(name));
+    WindowPlacementRestore(context, frame);
+    SetForegroundWindowForce(frame);
+    SetFocus(frame);
+    RethrowEscapedException();
+    return frame;
+}
+
+HostObject EditObject(EditContext* context, HostObject object, bool byName) noexcept
+{
+    TraceScope trace("edit_object.cpp", "EditObject");
+    SignalHandlersSave(context->signalState);
+    CommandLog log;
+    BeginCommandLog(log);
+    context->commandLog = &log;
+    ClearRun(context);
+
+    EditRun run{context, object, byName};
+    RunGuarded(run);
+
+    SignalHandlersRestore(context->signalState);
+    if (HasError(context)) context->langEnv->Operations.SignalHostError(context, context->langEnv->ErrorCode);
+    if (context->timer != nullptr) CloseHandle(context->timer);
+    context->timer = nullptr;
+    context->commandLog = nullptr;
+    context->isInterruptOrClosePending = nullptr;
+    return context->result;
+}
+
+} // namespace vantrel

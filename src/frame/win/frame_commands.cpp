@@ -1,0 +1,123 @@
+#include "entry/command_log.h"
+#include "entry/trace.h"
+#include "frame/win/frame_window.h"
+#include "model/rebuild.h"
+#include "model/variables.h"
+#include "resources/resource.h"
+#include "tools/win/guard.h"
+#include "tools/win/wide.h"
+#include "tools/win/window.h"
+#include "view/messages.h"
+
+namespace vantrel {
+namespace {
+
+constexpr wchar_t DebugTitle[] = L"Vantrel Debug Message";
+
+// Saving an array as the call's result, or as the variable's value. True on success; the error is in ErrorCode otherwise.
+bool HandToHost(const FrameWindow& frame, const Scdr& tree)
+{
+    EditContext* const context = frame.context;
+    if (!CanSaveScdr(context, tree)) return SetErrorCode(context, VTERROR_CODE::DomainError);
+    if (frame.name != nullptr) return SaveVariable(context, frame.name, tree) == 0;
+    return context->langEnv->Operations.SetResult(context, &tree) == 0;
+}
+
+LRESULT OnSave(FrameWindow& frame)
+{
+    return SaveTree(frame) ? 0 : 1;
+}
+
+LRESULT OnSaveAndClose(FrameWindow& frame)
+{
+    if (!SaveTree(frame)) return 1;
+    SendMessageW(frame.window, WM_SYSCOMMAND, SC_CLOSE, 0);
+    return 0;
+}
+
+LRESULT OnExit(FrameWindow& frame)
+{
+    SendMessageW(frame.window, WM_SYSCOMMAND, SC_CLOSE, 0);
+    return 0;
+}
+
+LRESULT OnRevert(FrameWindow& frame)
+{
+    SendMessageW(frame.client, ViewSetObject, 0, reinterpret_cast<LPARAM>(frame.value));
+    RethrowEscapedException();
+    return 0;
+}
+
+// Fails on purpose, to show that a failure ends in the report and not in the host's death.
+void CauseAccessViolation(EditContext* context)
+{
+    TraceScope trace("frame_commands.cpp", "CauseAccessViolation");
+    LogLine(context, "Access violation");
+    const volatile int* const nowhere = nullptr;
+    static_cast<void>(*nowhere);
+}
+
+LRESULT OnDebug(FrameWindow& frame)
+{
+    TraceScope trace("frame_commands.cpp", "OnDebug");
+    const int answer = MessageBoxW(frame.window, L"Do you want to cause an exception?", DebugTitle, MB_YESNO | MB_ICONQUESTION);
+    if (answer == IDYES) CauseAccessViolation(frame.context);
+    return 0;
+}
+
+LRESULT ForwardToView(const FrameWindow& frame, WPARAM wParam, LPARAM lParam)
+{
+    const LRESULT result = SendMessageW(frame.client, WM_COMMAND, wParam, lParam);
+    RethrowEscapedException();
+    return result;
+}
+
+} // namespace
+
+void ShowHostError(FrameWindow& frame)
+{
+    LangEnv& environment = *frame.context->langEnv;
+    if (environment.ErrorCode == VTERROR_CODE::NoError) return;
+    const char16_t* const text =
+        environment.ErrorDetail != nullptr ? environment.ErrorDetail : ErrorText(environment.ErrorCode);
+    StatusMessage(frame.window, AsWide(text), MB_ICONEXCLAMATION);
+    environment.ErrorCode = VTERROR_CODE::NoError;
+    environment.ErrorDetail = nullptr;
+}
+
+bool SaveTree(FrameWindow& frame)
+{
+    TraceScope trace("frame_commands.cpp", "SaveTree");
+    const auto* const tree = reinterpret_cast<const Scdr*>(SendMessageW(frame.client, ViewGetScdr, 0, 0));
+    RethrowEscapedException();
+    if (tree == nullptr) return false; // the view has said why
+    if (!HandToHost(frame, *tree)) {
+        ShowHostError(frame);
+        return false;
+    }
+    SendMessageW(frame.client, ViewSetModified, 0, 0);
+    StatusMessage(frame.window, IDS_DATA_SAVED, 0);
+    return true;
+}
+
+LRESULT OnCommand(FrameWindow& frame, WPARAM wParam, LPARAM lParam)
+{
+    TraceScope trace("frame_commands.cpp", "OnCommand");
+    const auto id = static_cast<std::int32_t>(LOWORD(wParam));
+    LogCommand(frame.context, WM_COMMAND, id);
+    if (IsMenuItemDisabled(GetMenu(frame.window), static_cast<UINT>(id))) return 0;
+    if (HIWORD(wParam) > 1) return DefWindowProcW(frame.window, WM_COMMAND, wParam, lParam);
+    switch (id) {
+    case ID_FILE_REVERT: return OnRevert(frame);
+    case ID_FILE_SAVE: return OnSave(frame);
+    case ID_FILE_SAVE_AND_CLOSE: return OnSaveAndClose(frame);
+    case ID_FILE_EXIT: return OnExit(frame);
+    case ID_FILE_EXIT_FORCE: return CloseWithoutQuestion(frame), 0;
+    case ID_SIZE_TO_DEFINITION: return OnSizeFrameToDefinition(frame), 0;
+    case ID_HELP_DEBUG: return OnDebug(frame);
+    case ID_FRAME_ESCAPE: return 0;
+    default: return ForwardToView(frame, wParam, lParam);
+    }
+}
+
+} // namespace vantrel

@@ -1,0 +1,68 @@
+#include <algorithm>
+
+#include "entry/trace.h"
+#include "frame/win/frame_window.h"
+#include "tools/win/guard.h"
+#include "tools/win/window.h"
+#include "view/messages.h"
+
+namespace vantrel {
+namespace {
+
+int StatusHeight(const FrameWindow& frame) noexcept
+{
+    if ((frame.options & FrameStatusBar) == 0) return 0;
+    RECT bar{};
+    GetWindowRect(frame.status, &bar);
+    return bar.bottom - bar.top;
+}
+
+RECT WorkAreaOf(HWND window) noexcept
+{
+    MONITORINFO monitor{};
+    monitor.cbSize = sizeof monitor;
+    GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &monitor);
+    return monitor.rcWork;
+}
+
+// Moves a window of the given size as little as possible so that it lies inside the work area, cutting what is larger.
+RECT FitInto(const RECT& area, POINT at, SIZE size) noexcept
+{
+    const LONG width = std::min(size.cx, area.right - area.left);
+    const LONG height = std::min(size.cy, area.bottom - area.top);
+    const LONG left = std::clamp(at.x, area.left, area.right - width);
+    const LONG top = std::clamp(at.y, area.top, area.bottom - height);
+    return {left, top, left + width, top + height};
+}
+
+} // namespace
+
+void OnSize(FrameWindow& frame)
+{
+    TraceScope trace("frame_layout.cpp", "OnSize");
+    if (frame.status == nullptr || frame.client == nullptr || IsIconic(frame.window)) return;
+    SendMessageW(frame.status, WM_SIZE, 0, 0); // the bar places itself
+    RECT client{};
+    GetClientRect(frame.window, &client);
+    const int height = std::max(0, static_cast<int>(client.bottom) - StatusHeight(frame));
+    MoveWindow(frame.client, 0, 0, client.right, height, TRUE);
+    RethrowEscapedException();
+}
+
+void OnSizeFrameToDefinition(FrameWindow& frame)
+{
+    TraceScope trace("frame_layout.cpp", "OnSizeFrameToDefinition");
+    SIZE wanted{};
+    if (SendMessageW(frame.client, ViewGetPreferredSize, 0, reinterpret_cast<LPARAM>(&wanted)) != 0) return;
+    RethrowEscapedException();
+    RECT outer{};
+    RECT inner{};
+    GetWindowRect(frame.window, &outer);
+    GetClientRect(frame.client, &inner);
+    const SIZE size{outer.right - outer.left - inner.right + wanted.cx, outer.bottom - outer.top - inner.bottom + wanted.cy};
+    const RECT place = FitInto(WorkAreaOf(frame.window), {outer.left, outer.top}, size);
+    SetWindowPos(frame.window, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+} // namespace vantrel

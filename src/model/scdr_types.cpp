@@ -1,0 +1,100 @@
+#include <cstring>
+
+#include "entry/trace.h"
+#include "model/scdr.h"
+
+namespace vantrel {
+namespace {
+
+constexpr std::size_t BytesOfType(std::uint32_t type) noexcept
+{
+    switch (type) {
+    case TypeCharacter: return sizeof(char16_t);
+    case TypeInteger: return sizeof(std::int64_t);
+    case TypeReal: return sizeof(double);
+    case TypeComplex: return 2 * sizeof(double);
+    case TypeDecimal: return 16;
+    default: return 0;
+    }
+}
+
+} // namespace
+
+bool IsValidType(std::uint32_t type) noexcept
+{
+    return type == TypeNested || type == TypeCharacter || (type >= TypeBoolean && type <= TypeDecimal);
+}
+
+std::size_t DataSize(std::uint32_t type, std::int64_t elementCount)
+{
+    TraceScope trace("scdr_types.cpp", "DataSize");
+    if (type == TypeNested) return CheckedMultiply(elementCount > 0 ? elementCount : 1, sizeof(Scdr*));
+    if (type == TypeBoolean) {
+        const std::size_t bits = CheckedMultiply(elementCount, 1);
+        return bits / 8 + (bits % 8 != 0 ? 1 : 0);
+    }
+    return CheckedMultiply(elementCount, BytesOfType(type));
+}
+
+const char16_t* TypeName(Dialect dialect, std::uint32_t type) noexcept
+{
+    TraceScope trace("scdr_types.cpp", "TypeName");
+    switch (type) {
+    case TypeNested: return dialect == Dialect::Matlab ? u"Cells" : u"General";
+    case TypeCharacter: return u"Character";
+    case TypeBoolean: return u"Boolean";
+    case TypeInteger: return u"Integer";
+    case TypeReal: return u"Real";
+    case TypeComplex: return u"Complex";
+    case TypeDecimal: return u"Decimal";
+    default: return u"";
+    }
+}
+
+std::int64_t Rows(const Scdr& node) noexcept
+{
+    return node.Rank >= 2 ? node.Shape[node.Rank - 2] : 1;
+}
+
+std::int64_t Columns(const Scdr& node) noexcept
+{
+    return node.Rank >= 1 ? node.Shape[node.Rank - 1] : 1;
+}
+
+std::int64_t PlaneCount(const Scdr& node) noexcept
+{
+    return node.Rank >= 3 ? node.extra->PlaneCount : 1;
+}
+
+std::int64_t CurrentPlane(const Scdr& node) noexcept
+{
+    return node.Rank >= 3 ? node.extra->CurrentPlane : 0;
+}
+
+void SetBit(void* data, std::int64_t index, bool value) noexcept
+{
+    auto& byte = static_cast<std::uint8_t*>(data)[index >> 3];
+    const auto mask = static_cast<std::uint8_t>(0x80 >> (index & 7));
+    byte = static_cast<std::uint8_t>(value ? byte | mask : byte & ~mask);
+}
+
+void CopyBits(void* to, std::int64_t toIndex, const void* from, std::int64_t fromIndex, std::int64_t count) noexcept
+{
+    auto* target = static_cast<std::uint8_t*>(to);
+    const auto* source = static_cast<const std::uint8_t*>(from);
+    for (; count > 0 && (toIndex & 7) != 0; --count) SetBit(target, toIndex++, GetBit(source, fromIndex++));
+    const std::int64_t bytes = count / 8;
+    target += toIndex >> 3;
+    source += fromIndex >> 3;
+    const int shift = static_cast<int>(fromIndex & 7);
+    if (shift == 0) {
+        if (bytes > 0) std::memcpy(target, source, static_cast<std::size_t>(bytes));
+    } else {
+        for (std::int64_t i = 0; i < bytes; ++i) {
+            target[i] = static_cast<std::uint8_t>((source[i] << shift) | (source[i + 1] >> (8 - shift)));
+        }
+    }
+    for (std::int64_t i = bytes * 8; i < count; ++i) SetBit(target, i, GetBit(source, i + shift));
+}
+
+} // namespace vantrel

@@ -1,0 +1,22 @@
+#include "tools/thumb.h"
+
+#include <algorithm>
+
+namespace vantrel {
+
+Thumb PlaceThumb(std::int32_t track, std::int32_t shortest, std::int64_t dataSize, std::int64_t pageSize,
+                 std::int64_t position) noexcept
+{
+    if (pageSize < 0 || pageSize >= dataSize || track < shortest) return {};
+    // In floating point, since the products of 64-bit sizes do not fit into integers and a pixel needs no more digits.
+    const auto share = [](std::int64_t part, std::int64_t whole) {
+        return static_cast<double>(part) / static_cast<double>(whole);
+    };
+    const auto proportional = static_cast<std::int32_t>(share(pageSize, dataSize) * track);
+    const std::int32_t length = std::clamp(proportional, shortest, track);
+    const std::int64_t last = dataSize - pageSize;
+    const double part = share(std::clamp<std::int64_t>(position, 0, last), last);
+    return {static_cast<std::int32_t>(part * (track - length) + 0.5), length};
+}
+
+} // namespace vantrel

@@ -1,0 +1,121 @@
+#include "tools/win/window.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+
+#include "entry/trace.h"
+#include "entry/win/debug_channel.h"
+
+namespace vantrel {
+
+namespace {
+
+constexpr int StatusBarControl = 32788;
+
+} // namespace
+
+HINSTANCE ModuleInstance() noexcept
+{
+    HMODULE module = nullptr;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                       reinterpret_cast<const wchar_t*>(&ModuleInstance), &module);
+    return module;
+}
+
+std::wstring LoadText(UINT id)
+{
+    // With a length of 0 the system answers the address of the text itself, which is not terminated.
+    const wchar_t* text = nullptr;
+    const int length = LoadStringW(ModuleInstance(), id, reinterpret_cast<wchar_t*>(&text), 0);
+    return length > 0 ? std::wstring(text, static_cast<std::size_t>(length)) : std::wstring();
+}
+
+std::int32_t StatusMessage(HWND window, const wchar_t* text, UINT beep) noexcept
+{
+    const TraceScope trace("window.cpp", "StatusMessage");
+    const HWND bar = GetDlgItem(GetTopWindowOf(window), StatusBarControl);
+    if (bar == nullptr) {
+        TraceMessage(__LINE__, L"No status bar");
+    } else {
+        SendMessageW(bar, SB_SIMPLE, TRUE, 0);
+        if (SendMessageW(bar, SB_SETTEXTW, SB_SIMPLEID, reinterpret_cast<LPARAM>(text)) == 0) {
+            TraceLastError(__LINE__, "SB_SETTEXTW", GetLastError());
+        }
+        UpdateWindow(bar);
+    }
+    if (beep != 0) MessageBeep(beep);
+    return 1;
+}
+
+std::int32_t StatusMessage(HWND window, UINT stringId, UINT beep) noexcept
+{
+    try {
+        return StatusMessage(window, LoadText(stringId).c_str(), beep);
+    } catch (const std::bad_alloc&) {
+        return StatusMessage(window, L"", beep);
+    }
+}
+
+void SendWmSize(HWND window) noexcept
+{
+    const RECT client = QmGetClientRectangle(window);
+    SendMessageW(window, WM_SIZE, IsZoomed(window) ? SIZE_MAXIMIZED : SIZE_RESTORED,
+                 MAKELPARAM(client.right, client.bottom));
+}
+
+RECT QmGetClientRectangle(HWND window) noexcept
+{
+    RECT client{};
+    GetClientRect(window, &client);
+    client.right = std::max(client.right, client.left);
+    client.bottom = std::max(client.bottom, client.top);
+    return client;
+}
+
+HWND GetTopWindowOf(HWND window) noexcept
+{
+    while (window != nullptr && (GetWindowLongPtrW(window, GWL_STYLE) & WS_CHILD) != 0) window = GetParent(window);
+    return window;
+}
+
+void SetForegroundWindowForce(HWND window) noexcept
+{
+    const TraceScope trace("window.cpp", "SetForegroundWindowForce");
+    // The system grants the foreground only to the thread that has the input; for a moment this thread shares it.
+    const DWORD own = GetCurrentThreadId();
+    const HWND foreground = GetForegroundWindow();
+    const DWORD other = foreground != nullptr ? GetWindowThreadProcessId(foreground, nullptr) : own;
+    const bool attached = other != own && AttachThreadInput(own, other, TRUE);
+    BringWindowToTop(window);
+    SetForegroundWindow(window);
+    if (attached) AttachThreadInput(own, other, FALSE);
+}
+
+bool IsMenuItemDisabled(HMENU menu, UINT id) noexcept
+{
+    const UINT state = GetMenuState(menu, id, MF_BYCOMMAND);
+    return state != static_cast<UINT>(-1) && (state & (MF_GRAYED | MF_DISABLED)) != 0;
+}
+
+PaintBuffer::PaintBuffer(HDC target, std::int32_t width, std::int32_t height) noexcept
+    : target_(target), dc_(CreateCompatibleDC(target)),
+      bitmap_(CreateCompatibleBitmap(target, std::max(width, 1), std::max(height, 1))),
+      previous_(SelectObject(dc_, bitmap_))
+{
+}
+
+PaintBuffer::~PaintBuffer()
+{
+    SelectObject(dc_, previous_);
+    DeleteObject(bitmap_);
+    DeleteDC(dc_);
+}
+
+void PaintBuffer::Present(const RECT& part) noexcept
+{
+    BitBlt(target_, part.left, part.top, part.right - part.left, part.bottom - part.top, dc_, part.left, part.top,
+           SRCCOPY);
+}
+
+} // namespace vantrel

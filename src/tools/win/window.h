@@ -1,0 +1,73 @@
+// Small helpers over windows, menus, strings and device contexts.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+namespace vantrel {
+
+// The library's own module, for classes and resources.
+[[nodiscard]] HINSTANCE ModuleInstance() noexcept;
+// A string resource; empty when missing.
+[[nodiscard]] std::wstring LoadText(UINT id);
+
+// Shows a message in the status bar of the frame above `window`; `beep` is a MessageBeep kind or 0 for silence. The bar is updated at once,
+// since messages announce long work. Returns 1.
+std::int32_t StatusMessage(HWND window, const wchar_t* text, UINT beep) noexcept;
+std::int32_t StatusMessage(HWND window, UINT stringId, UINT beep) noexcept;
+
+// Has the window handle WM_SIZE again with its present client size.
+void SendWmSize(HWND window) noexcept;
+// The client rectangle without scroll bars, never negative.
+[[nodiscard]] RECT QmGetClientRectangle(HWND window) noexcept;
+// The first window above (or at) `window` that is not a child window.
+[[nodiscard]] HWND GetTopWindowOf(HWND window) noexcept;
+void SetForegroundWindowForce(HWND window) noexcept;
+[[nodiscard]] bool IsMenuItemDisabled(HMENU menu, UINT id) noexcept;
+
+// Selects an object for as long as the guard lives.
+class SelectedObject {
+public:
+    SelectedObject(HDC dc, HGDIOBJ object) noexcept : dc_(dc), previous_(SelectObject(dc, object)) {}
+    ~SelectedObject() { SelectObject(dc_, previous_); }
+    SelectedObject(const SelectedObject&) = delete;
+    SelectedObject& operator=(const SelectedObject&) = delete;
+
+private:
+    HDC dc_;
+    HGDIOBJ previous_;
+};
+
+// A window's device context, released at the end.
+class WindowDc {
+public:
+    explicit WindowDc(HWND window) noexcept : window_(window), dc_(GetDC(window)) {}
+    ~WindowDc() { ReleaseDC(window_, dc_); }
+    WindowDc(const WindowDc&) = delete;
+    WindowDc& operator=(const WindowDc&) = delete;
+    operator HDC() const noexcept { return dc_; }
+
+private:
+    HWND window_;
+    HDC dc_;
+};
+
+// An off-screen bitmap of a client area; `Present` copies it to the screen in one piece.
+class PaintBuffer {
+public:
+    PaintBuffer(HDC target, std::int32_t width, std::int32_t height) noexcept;
+    ~PaintBuffer();
+    PaintBuffer(const PaintBuffer&) = delete;
+    PaintBuffer& operator=(const PaintBuffer&) = delete;
+    [[nodiscard]] HDC Dc() const noexcept { return dc_; }
+    void Present(const RECT& part) noexcept;
+
+private:
+    HDC target_;
+    HDC dc_;
+    HBITMAP bitmap_;
+    HGDIOBJ previous_;
+};
+
+} // namespace vantrel

@@ -1,0 +1,14 @@
+// The text inside a simple array's box: how tall it is and how far it is scrolled. Shared by the layout routines.
+#pragma once
+
+#include "view/view.h"
+
+namespace vantrel {
+
+// Pixels of the text of one plane; bounded, so that sums with it cannot overflow.
+[[nodiscard]] std::int64_t TextHeight(const View& view, const Scdr& node) noexcept;
+
+// SetScrollBarsFromRecords for callers that handle a failed allocation themselves. Throws OutOfMemory.
+void StoreBoxScroll(View& view, Scdr& node, const Size64& page);
+
+} // namespace vantrel

@@ -1,0 +1,152 @@
+#include "view/commit.h"
+
+#include "entry/trace.h"
+#include "model/rebuild.h"
+#include "view/busy.h"
+#include "view/layout.h"
+#include "view/messages.h"
+#include "view/selection.h"
+
+namespace vantrel {
+namespace {
+
+struct Commit {
+    View& view;
+    bool replacedAny;
+    bool editorKindChanged; // a scalar became a vector or the other way round while the editor stands over it
+};
+
+bool IsEdited(const Scdr& node) noexcept
+{
+    return (node.records.flags & RecordsEdited) != 0;
+}
+
+// Failures that say nothing about the text: taking it for characters because of them would quietly turn numbers into text.
+bool IsPassingFailure(VTERROR_CODE code) noexcept
+{
+    return code == VTERROR_CODE::OutOfMemory || code == VTERROR_CODE::WsFull || code == VTERROR_CODE::Interrupt;
+}
+
+// The array that the records say; null on failure, with ErrorCode.
+ScdrPtr BuildFromText(View& view, const Scdr& node)
+{
+    VTERROR_CODE& code = view.context->langEnv->ErrorCode;
+    const VTERROR_CODE before = code;
+    code = VTERROR_CODE::NoError;
+    const bool numeric = node.Type != TypeNested && node.Type != TypeCharacter;
+    ScdrPtr fresh = BuildScdrFromRecords(view.context, node, numeric);
+    if (fresh == nullptr || IsPassingFailure(code)) return nullptr;
+    // Text that is no number stays as characters; that is an answer, and its error must not end the edit later.
+    code = before;
+    return fresh;
+}
+
+ScdrPtr BuildFormatted(View& view, const Scdr& node)
+{
+    ScdrPtr fresh = BuildFromText(view, node);
+    if (fresh != nullptr && FormatScdr(view, *fresh) != 0) fresh.reset();
+    return fresh;
+}
+
+// From here on nothing can fail: the new node stands where the old one stood, and the old one is freed.
+Scdr& TakePlace(View& view, Scdr& node, ScdrPtr fresh) noexcept
+{
+    Scdr* const taken = fresh.get();
+    taken->Flags = static_cast<std::uint8_t>(taken->Flags | (node.Flags & FlagMinimized));
+    if (view.root == &node) view.root = taken;
+    if (view.top == &node) view.top = taken;
+    if (view.edit.node == &node) view.edit.node = taken;
+    if (node.parent != nullptr) {
+        SetChild(*node.parent, IndexInParent(node), std::move(fresh));
+    } else {
+        fresh.release();
+    }
+    Scdr* old = &node;
+    FreeScdr(&old);
+    return *taken;
+}
+
+void ReloadEditor(View& view)
+{
+    const Scdr* node = Selected(view);
+    if (view.editorActive && node != nullptr && IsShownInEditor(*node)) view.effects.reloadEditor(view);
+}
+
+bool CheckSimpleScdr(Commit& commit, Scdr& node)
+{
+    TraceScope trace("commit.cpp", "CheckSimpleScdr");
+    View& view = commit.view;
+    ScdrPtr fresh = BuildFormatted(view, node);
+    if (fresh == nullptr) return false;
+    const bool maximized = (node.Flags & FlagMaximized) != 0;
+    if (maximized) {
+        view.edit.node = &node; // it fills the window, so it is the selection
+        if (RestoreScdr(view) != 0) return false;
+    }
+    const bool selected = Selected(view) == &node;
+    commit.editorKindChanged = commit.editorKindChanged || (selected && (node.Rank == 0) != (fresh->Rank == 0));
+    commit.replacedAny = true;
+    Scdr& placed = TakePlace(view, node, std::move(fresh));
+    if (selected) ReloadEditor(view); // before anything else asks the editor for what it knew of the old node
+    // The text is safe; where only the memory to maximise is missing, the box stays small.
+    if (maximized) MaximizeScdr(view);
+    InvalidateAncestorsSizesAndLaterSiblingsOrigins(placed);
+    return true;
+}
+
+bool CheckNode(Commit& commit, Scdr& node)
+{
+    if (IsSimple(node)) return !IsEdited(node) || CheckSimpleScdr(commit, node);
+    const std::int64_t count = ChildCount(node);
+    for (std::int64_t i = 0; i < count; ++i) {
+        if (!CheckNode(commit, *Children(node)[i])) return false;
+    }
+    return true;
+}
+
+// One new layout for all that was replaced.
+void FollowReplacements(const Commit& commit)
+{
+    View& view = commit.view;
+    view.effects.invalidate(view);
+    CalculateScdrSizes(view);
+    SetScrollBarsDataSizeFromScdr(view);
+    if (commit.editorKindChanged) EditBegin(view);
+    ReloadEditor(view);
+    EditResize(view);
+    view.effects.notifyFrame(view, ViewNotifyMenu);
+    view.effects.notifyFrame(view, ViewNotifyState);
+}
+
+} // namespace
+
+std::int32_t CheckScdr(View& view, Scdr& node)
+{
+    TraceScope trace("commit.cpp", "CheckScdr");
+    const BusyMark busy(view);
+    Commit commit{view, false, false};
+    const bool passed = CheckNode(commit, node);
+    if (commit.replacedAny) FollowReplacements(commit);
+    if (!passed) view.effects.notifyFrame(view, ViewNotifyError);
+    return passed ? 1 : 0;
+}
+
+std::int32_t CheckAndAlignScdr(View& view)
+{
+    TraceScope trace("commit.cpp", "CheckAndAlignScdr");
+    const BusyMark busy(view);
+    if (view.root == nullptr || CheckScdr(view, *view.root) == 0) return 0;
+    const auto quiet = static_cast<std::uint8_t>(view.flags & ViewQuiet);
+    view.flags |= ViewQuiet;
+    CalculateScdrSizes(view);
+    view.flags = static_cast<std::uint8_t>((view.flags & ~ViewQuiet) | quiet);
+    SetScrollBarsDataSizeFromScdr(view);
+    ReloadEditor(view);
+    EditResize(view);
+    view.effects.invalidate(view);
+    view.effects.notifyFrame(view, ViewNotifyState);
+    view.effects.notifyFrame(view, ViewNotifyMenu);
+    return 1;
+}
+
+} // namespace vantrel

@@ -1,0 +1,78 @@
+// Planes of arrays of rank 3 and more: which one is shown.
+#include <algorithm>
+
+#include "entry/trace.h"
+#include "view/layout.h"
+#include "view/messages.h"
+#include "view/selection.h"
+
+namespace vantrel {
+namespace {
+
+enum PlaneCommand : std::int32_t {
+    PlaneUp = 4622,
+    PlaneDown = 4623,
+    PlaneFirst = 4624,
+    PlaneLast = 4625,
+    PlanePageUp = 4626,
+    PlanePageDown = 4627,
+};
+
+constexpr std::int64_t PlanesPerPage = 10;
+
+std::int64_t TargetPlane(std::int32_t command, std::int64_t plane, std::int64_t count) noexcept
+{
+    switch (command) {
+    case PlaneUp: return std::max<std::int64_t>(plane - 1, 0);
+    case PlaneDown: return std::min(plane + 1, count - 1);
+    case PlaneFirst: return 0;
+    case PlaneLast: return count - 1;
+    case PlanePageUp: return std::max<std::int64_t>(plane - PlanesPerPage, 0);
+    case PlanePageDown: return std::min(plane + PlanesPerPage, count - 1);
+    default: return plane;
+    }
+}
+
+} // namespace
+
+void SetCurrentPlane(Scdr& node, std::int64_t plane) noexcept
+{
+    ScdrExtra& extra = *node.extra;
+    extra.CurrentPlane = plane;
+    if (extra.PlaneIndex == nullptr) return;
+    for (std::int32_t axis = node.Rank - 3; axis >= 0; --axis) {
+        const std::int64_t length = std::max<std::int64_t>(node.Shape[axis], 1);
+        extra.PlaneIndex[axis] = plane % length;
+        plane /= length;
+    }
+}
+
+void SelectPlane(View& view, Scdr& node)
+{
+    TraceScope trace("planes.cpp", "SelectPlane");
+    for (Scdr* item = &node; item->parent != nullptr; item = item->parent) {
+        Scdr& parent = *item->parent;
+        if (parent.Rank < 3 || parent.ElementCount == 0) continue;
+        const std::int64_t planeSize = Rows(parent) * Columns(parent);
+        const std::int64_t index = IndexInParent(*item, CurrentPlane(parent) * planeSize);
+        if (index < 0 || index / planeSize == CurrentPlane(parent)) continue;
+        SetCurrentPlane(parent, index / planeSize);
+        view.effects.invalidate(view);
+    }
+}
+
+void ChangePlane(View& view, std::int32_t command)
+{
+    TraceScope trace("planes.cpp", "ChangePlane");
+    Scdr* node = Selected(view);
+    if (node == nullptr || node->Rank < 3) return;
+    const std::int64_t plane = CurrentPlane(*node);
+    const std::int64_t target = TargetPlane(command, plane, PlaneCount(*node));
+    if (target == plane) return;
+    SetCurrentPlane(*node, target);
+    view.effects.invalidate(view);
+    if (view.editorActive) view.effects.showEditorPlane(view);
+    view.effects.notifyFrame(view, ViewNotifyState);
+}
+
+} // namespace vantrel

@@ -1,0 +1,131 @@
+#include "entry/trace.h"
+#include "view/busy.h"
+#include "view/hit_test.h"
+#include "view/layout.h"
+#include "view/selection.h"
+#include "view/win/client_window.h"
+#include "view/win/painting.h"
+
+namespace vantrel {
+
+namespace {
+
+bool IsDown(int key) noexcept { return GetKeyState(key) < 0; }
+
+bool IsMinimized(const Scdr& node) noexcept { return (node.Flags & FlagMinimized) != 0; }
+
+Scdr& NodeAt(const View& view, POINT point) noexcept
+{
+    Scdr* const hit = HitTestScdr(view, *view.top, {point.x, point.y}, -view.scroll.horizontal.position,
+                                  -view.scroll.vertical.position);
+    return hit != nullptr ? *hit : *view.top;
+}
+
+bool IsFocusHere(const ClientWindow& client) noexcept
+{
+    const HWND focus = GetFocus();
+    return focus == client.window || (focus != nullptr && focus == client.activeEdit);
+}
+
+// A press that reached the view beside the editor's own window, on the frame of the array that is being edited. Not while busy, since the
+// editor's own tracking of the mouse runs until the button is released.
+void PassClickToEditor(const ClientWindow& client, POINT point)
+{
+    POINT cursor{};
+    GetCursorPos(&cursor);
+    const LPARAM screen = MAKELPARAM(cursor.x, cursor.y);
+    const LRESULT hit = SendMessageW(client.activeEdit, WM_NCHITTEST, 0, screen);
+    if (hit != HTCLIENT) {
+        SendMessageW(client.activeEdit, WM_NCLBUTTONDOWN, static_cast<WPARAM>(hit), screen);
+        return;
+    }
+    MapWindowPoints(client.window, client.activeEdit, &point, 1);
+    SendMessageW(client.activeEdit, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(point.x, point.y));
+}
+
+void OnLeftButtonDown(ClientWindow& client, Scdr& hit, POINT point)
+{
+    if (IsDown(VK_SHIFT) || IsDown(VK_CONTROL) || IsDown(VK_MENU)) return;
+    View& view = client.view;
+    if (Selected(view) != &hit) {
+        const BusyMark busy(view);
+        SelectScdr(view, hit, true);
+    } else if (client.activeEdit != nullptr) {
+        PassClickToEditor(client, point);
+    } else {
+        SetScdrFocus(view); // the focus may have been elsewhere
+    }
+}
+
+void OnLeftButtonUp(ClientWindow& client, Scdr& hit)
+{
+    View& view = client.view;
+    if (Selected(view) != &hit || !IsMinimized(hit) || GetFocus() != client.window) return;
+    const BusyMark busy(view);
+    if (RestoreScdr(view) == 0) SetScdrFocus(view);
+}
+
+void OnDoubleClick(ClientWindow& client, Scdr& hit)
+{
+    View& view = client.view;
+    if (Selected(view) != &hit || IsMinimized(hit) || !IsFocusHere(client)) return;
+    const BusyMark busy(view);
+    const bool maximized = (hit.Flags & FlagMaximized) != 0;
+    if ((maximized ? RestoreScdr(view) : MaximizeScdr(view)) == 0) SetScdrFocus(view);
+}
+
+bool IsInside(const Rect64& rect, POINT point) noexcept
+{
+    return point.x >= rect.left && point.x < rect.right && point.y >= rect.top && point.y < rect.bottom;
+}
+
+bool IsOverText(const View& view, POINT point) noexcept
+{
+    const Scdr& hit = NodeAt(view, point);
+    if (!IsSimple(hit) || IsMinimized(hit)) return false;
+    Rect64 area = GetEditRectangle(view.metrics.margin, hit);
+    area.left -= view.scroll.horizontal.position;
+    area.right -= view.scroll.horizontal.position;
+    area.top -= view.scroll.vertical.position;
+    area.bottom -= view.scroll.vertical.position;
+    return IsInside(area, point);
+}
+
+const wchar_t* CursorFor(const ClientWindow& client) noexcept
+{
+    const View& view = client.view;
+    if ((view.flags & ViewBusy) != 0) return IDC_WAIT;
+    if (view.top == nullptr) return IDC_ARROW;
+    POINT point{};
+    GetCursorPos(&point);
+    ScreenToClient(client.window, &point);
+    return IsOverText(view, point) ? IDC_IBEAM : IDC_ARROW;
+}
+
+} // namespace
+
+void OnMouse(ClientWindow& client, UINT message, POINT point)
+{
+    const TraceScope trace("client_mouse.cpp", "OnMouse");
+    View& view = client.view;
+    if (view.top == nullptr || (view.flags & ViewBusy) != 0) return;
+    DrawRestoreButtons(client, message, point);
+    if (message == WM_MOUSEMOVE) return;
+    Scdr& hit = NodeAt(view, point);
+    switch (message) {
+    case WM_LBUTTONDOWN: OnLeftButtonDown(client, hit, point); break;
+    case WM_LBUTTONUP: OnLeftButtonUp(client, hit); break;
+    case WM_LBUTTONDBLCLK: OnDoubleClick(client, hit); break;
+    default: break;
+    }
+}
+
+bool OnSetCursor(ClientWindow& client, HWND target, UINT hitTest)
+{
+    const TraceScope trace("client_mouse.cpp", "OnSetCursor");
+    if (target != client.window || hitTest != HTCLIENT) return false;
+    SetCursor(LoadCursorW(nullptr, CursorFor(client)));
+    return true;
+}
+
+} // namespace vantrel

@@ -1,0 +1,63 @@
+// Painting of boxes. Private to this folder.
+#pragma once
+
+#include <windows.h>
+
+#include <uxtheme.h>
+
+#include "view/view.h"
+#include "view/win/client_window.h"
+
+namespace vantrel {
+
+// A device context prepared for boxes, with what it was before and the themes, which are null where the system draws in the classic way.
+struct PaintTarget {
+    View& view;
+    HDC dc;
+    RECT client; // window coordinates; only what meets it is painted
+    HTHEME windowTheme = nullptr;
+    HTHEME scrollBarTheme = nullptr;
+    HGDIOBJ previousFont = nullptr;
+    int previousMode = 0;
+    COLORREF previousBackground = 0;
+    UINT previousAlignment = 0;
+};
+
+void HdcSetup(PaintTarget& target);
+void HdcTearDown(PaintTarget& target);
+
+// Window coordinates for drawing: far outside the client area, where nothing is seen, they are cut to what the system can draw.
+[[nodiscard]] RECT DrawableRect(const Rect64& rect) noexcept;
+// Layout space to window coordinates.
+[[nodiscard]] Rect64 InWindow(const View& view, const Rect64& rect) noexcept;
+[[nodiscard]] Rect64 Shrunk(const Rect64& rect, std::int64_t dx, std::int64_t dy) noexcept;
+
+// The colours of a simple array's panel: a COLOR_ index and a colour.
+struct ArrayColors {
+    int background;
+    COLORREF text;
+};
+[[nodiscard]] ArrayColors ColorsOf(const View& view, const Scdr& node) noexcept;
+
+// borders.cpp. Paints a box's frame; the answer is the rectangle inside.
+Rect64 DrawBorder(PaintTarget& target, const Scdr& node, const Rect64& box);
+
+// painting_simple.cpp
+void DrawScdrSimple(PaintTarget& target, Scdr& node, const Rect64& content);
+// Where the box's text stands: the editor's place when it was there, else the box's own.
+[[nodiscard]] const ScrollRecord* ScrollOf(const Scdr& node) noexcept;
+
+// box_scroll_bars.cpp. Paints the bars at the right and bottom of the content rectangle; the answer is the rest.
+Rect64 DrawScrollbars(PaintTarget& target, const Scdr& node, const Rect64& content);
+
+// restore_buttons.cpp
+enum class ButtonLook { Normal, Hot, Pressed };
+void DrawRestoreButton(PaintTarget& target, const Rect64& box, ButtonLook look);
+// Lets the buttons of all minimised boxes in sight react to a mouse message.
+void DrawRestoreButtons(ClientWindow& client, UINT message, POINT point);
+
+// Calls `visit` for each node in sight, parents first; it answers whether to go on below the node. `box` is the node's rectangle in window
+// coordinates, margins included.
+void ForEachVisibleNode(View& view, const RECT& client, bool (*visit)(void* state, Scdr& node, const Rect64& box), void* state);
+
+} // namespace vantrel

@@ -1,0 +1,154 @@
+#include <algorithm>
+#include <cwchar>
+
+#include "editor/edit_messages.h"
+#include "entry/trace.h"
+#include "tools/win/scroll_bars.h"
+#include "tools/win/window.h"
+#include "view/messages.h"
+#include "view/win/client_window.h"
+
+namespace vantrel {
+
+namespace {
+
+// Window positions beyond this are out of sight on any screen, and the system keeps window rectangles in few bits.
+constexpr std::int64_t FarAway = 30000;
+constexpr int LongestStatus = 256; // characters
+
+int WindowPixel(std::int64_t value) noexcept { return static_cast<int>(std::clamp(value, -FarAway, FarAway)); }
+
+void Invalidate(View& view) { InvalidateRect(view.window, nullptr, FALSE); }
+
+void ShowStatus(View& view, std::int32_t stringId, std::int32_t percent, bool error)
+{
+    const UINT beep = error ? MB_ICONEXCLAMATION : 0;
+    if (percent < 0) {
+        StatusMessage(view.window, static_cast<UINT>(stringId), beep);
+        return;
+    }
+    wchar_t text[LongestStatus] = L"";
+    wchar_t filled[LongestStatus] = L"";
+    LoadStringW(ModuleInstance(), static_cast<UINT>(stringId), text, LongestStatus);
+    std::swprintf(filled, LongestStatus, text, percent);
+    StatusMessage(view.window, filled, beep);
+}
+
+bool IsInterruptOrClosePending(View& view)
+{
+    EditContext* const context = view.context;
+    return context->isInterruptOrClosePending != nullptr && context->isInterruptOrClosePending(context) != 0;
+}
+
+void ShowWindowScrollBars(View& view, bool show)
+{
+    view.scroll.horizontalShown = show;
+    view.scroll.verticalShown = show;
+    ShowScrollBar(view.window, SB_BOTH, show);
+    if (!show) return;
+    // Bars that were hidden missed the updates.
+    QmSetScrollInfo(view.window, SB_HORZ, view.scroll.horizontal);
+    QmSetScrollInfo(view.window, SB_VERT, view.scroll.vertical);
+}
+
+void SendSize(View& view) { SendWmSize(view.window); }
+
+void HideEditWindow(ClientWindow& client, HWND edit)
+{
+    const HWND focus = GetFocus();
+    if (client.activeEdit == edit) client.activeEdit = nullptr;
+    if (focus == client.window || focus == edit) SetScdrFocus(client.view);
+    ShowWindow(edit, SW_HIDE);
+}
+
+void BeginEditor(View& view, bool scalar, bool readOnly)
+{
+    const TraceScope trace("view_effects.cpp", "BeginEditor");
+    ClientWindow& client = ClientOf(view);
+    const HWND edit = scalar ? client.scalarEdit : client.arrayEdit;
+    const HWND previous = client.activeEdit;
+    SendMessageW(edit, EM_SETREADONLY, readOnly, 0);
+    SendMessageW(edit, EditMessageUseScdr, 0, 0);
+    client.activeEdit = edit;
+    if (previous == nullptr || previous == edit) return;
+    const bool hadFocus = GetFocus() == previous;
+    ShowWindow(previous, SW_HIDE);
+    if (hadFocus) SetFocus(client.window);
+}
+
+void PlaceEditor(View& view, const Rect64* windowRect)
+{
+    const TraceScope trace("view_effects.cpp", "PlaceEditor");
+    const HWND edit = ClientOf(view).activeEdit;
+    if (edit == nullptr) return;
+    if (windowRect != nullptr) {
+        const int left = WindowPixel(windowRect->left);
+        const int top = WindowPixel(windowRect->top);
+        MoveWindow(edit, left, top, WindowPixel(windowRect->right - windowRect->left),
+                   WindowPixel(windowRect->bottom - windowRect->top), FALSE);
+    }
+    // Only now is it where it belongs; shown earlier it would flash at its old place.
+    if (!IsWindowVisible(edit)) ShowWindow(edit, SW_SHOWNA);
+    RedrawWindow(edit, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_FRAME);
+}
+
+void ReloadEditor(View& view)
+{
+    const HWND edit = ClientOf(view).activeEdit;
+    if (edit != nullptr) SendMessageW(edit, EditMessageUseScdr, 1, 0);
+}
+
+void ShowEditorPlane(View& view)
+{
+    const HWND edit = ClientOf(view).activeEdit;
+    if (edit == nullptr) return;
+    SendMessageW(edit, EditMessageNewPlane, 0, 0);
+    InvalidateRect(edit, nullptr, FALSE);
+}
+
+void HideEditor(View& view)
+{
+    const TraceScope trace("view_effects.cpp", "HideEditor");
+    ClientWindow& client = ClientOf(view);
+    if (client.activeEdit != nullptr) HideEditWindow(client, client.activeEdit);
+}
+
+} // namespace
+
+ViewEffects WindowViewEffects() noexcept
+{
+    ViewEffects effects{};
+    effects.invalidate = &Invalidate;
+    effects.showStatus = &ShowStatus;
+    effects.notifyFrame = &NotifyFrame;
+    effects.isInterruptOrClosePending = &IsInterruptOrClosePending;
+    effects.showWindowScrollBars = &ShowWindowScrollBars;
+    effects.sendSize = &SendSize;
+    effects.beginEditor = &BeginEditor;
+    effects.placeEditor = &PlaceEditor;
+    effects.reloadEditor = &ReloadEditor;
+    effects.showEditorPlane = &ShowEditorPlane;
+    effects.hideEditor = &HideEditor;
+    effects.setFocus = &SetScdrFocus;
+    return effects;
+}
+
+void NotifyFrame(View& view, std::int32_t code)
+{
+    const TraceScope trace("view_effects.cpp", "NotifyFrame");
+    NMHDR header{};
+    header.hwndFrom = view.window;
+    header.idFrom = static_cast<UINT_PTR>(GetDlgCtrlID(view.window));
+    header.code = static_cast<UINT>(code);
+    SendMessageW(GetParent(view.window), WM_NOTIFY, header.idFrom, reinterpret_cast<LPARAM>(&header));
+}
+
+void SetScdrFocus(View& view)
+{
+    const TraceScope trace("view_effects.cpp", "SetScdrFocus");
+    const HWND edit = ClientOf(view).activeEdit;
+    SetFocus(edit != nullptr ? edit : view.window);
+    NotifyFrame(view, ViewNotifySetFocus);
+}
+
+} // namespace vantrel

@@ -1,0 +1,151 @@
+// What goes wrong ends in a clear error, balanced books and a host that lives on.
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <shlobj.h>
+
+#include <cstring>
+#include <fstream>
+#include <sstream>
+
+#include "ui/driver.h"
+
+namespace vantrel::ui {
+namespace {
+
+using namespace fake;
+
+constexpr int Exit = 4105;
+constexpr int Debug = 4504;
+
+class Failure : public testing::Test {
+protected:
+    void SetUp() override { ForgetOptions(); }
+
+    Interpreter interpreter;
+
+    void ExpectRefusal(const Array& argument, const char16_t* message, std::uint32_t number = 11)
+    {
+        const Outcome outcome = RunEdit(interpreter, argument, [](User&) {});
+        EXPECT_TRUE(outcome.edit.error.signalled);
+        EXPECT_EQ(outcome.edit.error.number, number);
+        EXPECT_EQ(outcome.edit.error.kind, 7u);
+        EXPECT_EQ(outcome.edit.error.message, message);
+        EXPECT_EQ(outcome.edit.error.product, u"Vantrel");
+        EXPECT_FALSE(outcome.edit.hasResult);
+    }
+};
+
+std::wstring DocumentsFolder()
+{
+    wchar_t path[MAX_PATH] = {};
+    SHGetFolderPathW(nullptr, CSIDL_PERSONAL, nullptr, 0, path);
+    return path;
+}
+
+// The newest command log, removed once read.
+std::string TakeCommandLog()
+{
+    const std::wstring folder = DocumentsFolder() + L"\\";
+    WIN32_FIND_DATAW found{};
+    HANDLE const search = FindFirstFileW((folder + L"*Vantrel command log.txt").c_str(), &found);
+    if (search == INVALID_HANDLE_VALUE) return {};
+    FindClose(search);
+    const std::wstring path = folder + found.cFileName;
+    std::FILE* const file = _wfopen(path.c_str(), L"rb");
+    std::string text(65536, 0);
+    text.resize(std::fread(text.data(), 1, text.size(), file));
+    std::fclose(file);
+    DeleteFileW(path.c_str());
+    return text;
+}
+
+TEST_F(Failure, ARationalNumberIsRefusedByName)
+{
+    ExpectRefusal(RawArray(ElementType::Rational, {1}, std::vector<std::uint8_t>(16)),
+                  u"Argument contains a rational number.");
+}
+
+TEST_F(Failure, ACharacterBeyondOneUnitIsRefused)
+{
+    ExpectRefusal(CharacterArray(ElementType::Char32, {2}, U"a\U0001F600"),
+                  u"Argument contains a character that cannot be represented using a single UTF-16 code unit.");
+}
+
+TEST_F(Failure, ARefusalDeepInsideReleasesWhatWasRead)
+{
+    ExpectRefusal(NestedArray({2}, {Text(u"good"), NestedArray({1}, {RawArray(ElementType::Rational, {1},
+                                                                              std::vector<std::uint8_t>(16))})}),
+                  u"Argument contains a rational number.");
+}
+
+TEST_F(Failure, AnAccessViolationEndsTheEditAndTheHostLivesOn)
+{
+    TakeCommandLog();
+    std::wstring report;
+    const Outcome outcome = RunEdit(interpreter, Text(u"abc"), [&](User& user) {
+        PostMessageW(user.Frame(), WM_COMMAND, Debug, 0);
+        user.AnswerBox(L"Vantrel Debug Message", IDYES);
+        report = user.AnswerBox(L"Vantrel Error Message", IDOK);
+    });
+    EXPECT_EQ(report.rfind(L"The Vantrel has encountered a severe error and must shut down.\n\nThe current file was "
+                           L"frame_commands.cpp.\nThe current routine was CauseAccessViolation.\n\n"
+                           L"A command log was written to the following location:\n\n",
+                           0),
+              0u)
+        << std::string(report.begin(), report.end());
+    EXPECT_NE(report.find(L"support@dyalog.example"), std::wstring::npos);
+    EXPECT_NE(report.find(L"Press Ok to dismiss this window."), std::wstring::npos);
+    EXPECT_TRUE(outcome.edit.error.signalled);
+    EXPECT_EQ(outcome.edit.error.number, 91u);
+    EXPECT_EQ(outcome.edit.error.message, u"The Vantrel encountered a severe error");
+
+    const std::string log = TakeCommandLog();
+    EXPECT_EQ(log.rfind("Vantrel Command Log\r\nVersion: 1.1.0.92\r\nBuild date: ", 0), 0u) << log;
+    EXPECT_NE(log.find("\r\nDebug\r\nAccess violation\r\nException caught at "), std::string::npos) << log;
+
+    const Outcome next = RunEdit(interpreter, Text(u"abc"), [](User& user) { user.Command(Exit); });
+    EXPECT_TRUE(next.edit.unchanged);
+}
+
+TEST_F(Failure, NoToTheDebugQuestionChangesNothing)
+{
+    const Outcome outcome = RunEdit(interpreter, Text(u"abc"), [](User& user) {
+        PostMessageW(user.Frame(), WM_COMMAND, Debug, 0);
+        const std::wstring question = user.AnswerBox(L"Vantrel Debug Message", IDNO);
+        user.Expect(question == L"Do you want to cause an exception?", "the question");
+        user.Expect(user.IsOpen(), "the window stays");
+    });
+    EXPECT_TRUE(outcome.edit.unchanged);
+}
+
+TEST_F(Failure, AnAllocationThatFailsOnSaveKeepsTheWindowAndTheBooks)
+{
+    for (int nth = 1; nth <= 3; ++nth) {
+        const Outcome outcome = RunEdit(interpreter, NestedArray({2}, {Text(u"ab"), Text(u"cd")}), [&](User& user) {
+            user.Key(VK_TAB);
+            user.Type(u"x");
+            interpreter.FailAllocation(nth);
+            user.Command(4102);
+            user.Expect(user.IsOpen(), "the window stays open");
+            user.ExpectEqual(user.StatusText(), interpreter.Message(ErrorNumber::WsFull), "the interpreter's message is shown");
+            interpreter.FailAllocation(0);
+            user.Command(4104);
+        });
+        ASSERT_TRUE(outcome.edit.hasResult) << nth;
+        EXPECT_TRUE(SameValues(outcome.edit.result, NestedArray({2}, {Text(u"xab"), Text(u"cd")})));
+    }
+}
+
+TEST_F(Failure, ATableThatIsTooSmallIsRefusedByTheHandshake)
+{
+    interpreter.SetTableSize(47);
+    EXPECT_EQ(Library().getInterpreterFunctions(interpreter.Table()), 16);
+    interpreter.SetTableSize(48);
+    EXPECT_EQ(Library().getInterpreterFunctions(interpreter.Table()), 0);
+    EXPECT_EQ(Library().getInterpreterFunctions(nullptr), 0);
+}
+
+} // namespace
+} // namespace vantrel::ui
