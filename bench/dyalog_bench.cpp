@@ -47,33 +47,46 @@ fake::Array RandomFloats()
     std::mt19937_64 random(7);
     std::uniform_real_distribution<double> distribution(-1e6, 1e6);
     std::vector<double> values(FloatCount);
-    for (double& value : values) value = distribution(random);
+    for (double& value : values)
+        value = distribution(random);
     return fake::FloatArray({FloatCount}, values);
 }
 
 fake::Array WholeFloats()
 {
     std::vector<double> values(FloatCount);
-    for (std::size_t i = 0; i < values.size(); ++i) values[i] = static_cast<double>(i % 1000);
+    for (std::size_t i = 0; i < values.size(); ++i)
+        values[i] = static_cast<double>(i % 1000);
     return fake::FloatArray({FloatCount}, values);
 }
 
 fake::Array Bytes(int type, std::int64_t count, std::size_t bytes)
 {
     std::vector<std::uint8_t> data(bytes);
-    for (std::size_t i = 0; i < bytes; ++i) data[i] = static_cast<std::uint8_t>(i * 37 % 96 + 32);
+    for (std::size_t i = 0; i < bytes; ++i)
+        data[i] = static_cast<std::uint8_t>(i * 37 % 96 + 32);
     return fake::RawArray(type, {count}, std::move(data));
 }
 
-fake::Array PackedBits() { return Bytes(fake::ElementType::Bit, BitCount, BitCount / 8); }
-fake::Array NarrowText() { return Bytes(fake::ElementType::Char8, CharacterCount, CharacterCount); }
-fake::Array WideText() { return Bytes(fake::ElementType::Char16, CharacterCount, 2 * CharacterCount); }
+fake::Array PackedBits()
+{
+    return Bytes(fake::ElementType::Bit, BitCount, BitCount / 8);
+}
+fake::Array NarrowText()
+{
+    return Bytes(fake::ElementType::Char8, CharacterCount, CharacterCount);
+}
+fake::Array WideText()
+{
+    return Bytes(fake::ElementType::Char16, CharacterCount, 2 * CharacterCount);
+}
 
 fake::Array ShortTexts()
 {
     std::vector<fake::Array> items;
     items.reserve(LeafCount);
-    for (std::int64_t i = 0; i < LeafCount; ++i) items.push_back(fake::Text(u"item"));
+    for (std::int64_t i = 0; i < LeafCount; ++i)
+        items.push_back(fake::Text(u"item"));
     return fake::NestedArray({LeafCount}, std::move(items));
 }
 
@@ -115,10 +128,10 @@ void Floor(benchmark::State& state)
     }
 }
 
-#define CONVERSION(name, make, inBytes, outBytes)                                                                                          \
-    BENCHMARK_CAPTURE(In, name, make)->Unit(benchmark::kMillisecond);                                                                      \
-    BENCHMARK(Floor)->Name("In/" #name "/floor")->Arg(inBytes)->Unit(benchmark::kMillisecond);                                             \
-    BENCHMARK_CAPTURE(Out, name, make)->Unit(benchmark::kMillisecond);                                                                     \
+#define CONVERSION(name, make, inBytes, outBytes)                                                            \
+    BENCHMARK_CAPTURE(In, name, make)->Unit(benchmark::kMillisecond);                                        \
+    BENCHMARK(Floor)->Name("In/" #name "/floor")->Arg(inBytes)->Unit(benchmark::kMillisecond);               \
+    BENCHMARK_CAPTURE(Out, name, make)->Unit(benchmark::kMillisecond);                                       \
     BENCHMARK(Floor)->Name("Out/" #name "/floor")->Arg(outBytes)->Unit(benchmark::kMillisecond)
 
 CONVERSION(dyalog_floats, RandomFloats, FloatCount * 8, FloatCount * 8);

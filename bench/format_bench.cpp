@@ -1,10 +1,11 @@
-// Formatting a million rows of ten numbers, beside the floor: a bare loop of std::to_chars over the same numbers into a fresh buffer of
-// the same size (for Booleans: filling that buffer).
+// Formatting a million rows of ten numbers, beside the floor: a bare loop of std::to_chars over the same
+// numbers into a fresh buffer of the same size (for Booleans: filling that buffer).
 //
-// Each iteration measures the floor and the formatting one after the other, so that both see the same machine; "ratio" is the quotient of
-// their best times. Fresh: both take their memory from AllocateBytes within the measured time and give it back before the other starts.
-// Blocks of this size (26 MB and more) come from the system and go back to it when freed, so every page is touched for the first
-// time. mallopt and its like are left alone; on a system that kept such blocks, both sides would be equally warm.
+// Each iteration measures the floor and the formatting one after the other, so that both see the same
+// machine; "ratio" is the quotient of their best times. Fresh: both take their memory from AllocateBytes
+// within the measured time and give it back before the other starts. Blocks of this size (26 MB and more)
+// come from the system and go back to it when freed, so every page is touched for the first time. mallopt and
+// its like are left alone; on a system that kept such blocks, both sides would be equally warm.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -38,7 +39,8 @@ template <typename Item, typename Write> double TimeFloor(const Item* items, std
         const auto buffer = AllocateArray<char>(bytes);
         const std::int64_t share = bytes / (RowCount * ColumnCount);
         char* output = buffer.get();
-        for (std::int64_t i = 0; i < RowCount * ColumnCount; ++i, output += share) write(output, output + share, items[i]);
+        for (std::int64_t i = 0; i < RowCount * ColumnCount; ++i, output += share)
+            write(output, output + share, items[i]);
         benchmark::DoNotOptimize(buffer.get());
         benchmark::ClobberMemory();
     }
@@ -68,7 +70,8 @@ template <typename Floor> void Compare(benchmark::State& state, Scdr& node, Edit
 {
     double bestFloor = std::numeric_limits<double>::infinity();
     double bestFormat = bestFloor;
-    std::int64_t bytes = TimeFormat(context, node).bytes; // the floor's buffer must be as large; also loads the numbers
+    std::int64_t bytes =
+        TimeFormat(context, node).bytes; // the floor's buffer must be as large; also loads the numbers
     for (auto _ : state) {
         bestFloor = std::min(bestFloor, floor(bytes));
         const Formatted formatted = TimeFormat(context, node);
@@ -113,7 +116,9 @@ template <typename Draw> void BenchIntegers(benchmark::State& state, Draw draw)
     auto* items = static_cast<std::int64_t*>(WritableData(*run.node));
     std::generate_n(items, RowCount * ColumnCount, [&] { return draw(run.random); });
     Compare(state, *run.node, &run.context, [&](std::int64_t bytes) {
-        return TimeFloor(items, bytes, [](char* output, char* end, std::int64_t item) { std::to_chars(output, end, item); });
+        return TimeFloor(items, bytes, [](char* output, char* end, std::int64_t item) {
+            std::to_chars(output, end, item);
+        });
     });
 }
 
@@ -144,7 +149,9 @@ void FormatAmounts(benchmark::State& state)
 
 void FormatIntegers(benchmark::State& state)
 {
-    BenchIntegers(state, [](std::mt19937_64& random) { return static_cast<std::int64_t>(static_cast<std::int32_t>(random())); });
+    BenchIntegers(state, [](std::mt19937_64& random) {
+        return static_cast<std::int64_t>(static_cast<std::int32_t>(random()));
+    });
 }
 
 void FormatSmallIntegers(benchmark::State& state)
@@ -156,7 +163,8 @@ void FormatBooleans(benchmark::State& state)
 {
     Run run(TypeBoolean);
     auto* bytes = static_cast<std::uint8_t*>(WritableData(*run.node));
-    std::generate_n(bytes, RowCount * ColumnCount / 8, [&] { return static_cast<std::uint8_t>(run.random()); });
+    std::generate_n(bytes, RowCount * ColumnCount / 8,
+                    [&] { return static_cast<std::uint8_t>(run.random()); });
     Compare(state, *run.node, &run.context, [](std::int64_t size) {
         const double start = Seconds();
         {
@@ -169,7 +177,8 @@ void FormatBooleans(benchmark::State& state)
     });
 }
 
-#define VANTREL_FORMAT_BENCHMARK(routine) BENCHMARK(routine)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(5)
+#define VANTREL_FORMAT_BENCHMARK(routine)                                                                    \
+    BENCHMARK(routine)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(5)
 VANTREL_FORMAT_BENCHMARK(FormatUniformReals);
 VANTREL_FORMAT_BENCHMARK(FormatSignedReals);
 VANTREL_FORMAT_BENCHMARK(FormatRealsOfAllSizes);

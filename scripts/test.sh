@@ -127,12 +127,14 @@ gtest_wine() {
 
 # A short run from a fixed seed; what it finds interesting goes to the build folder, not to the corpus.
 fuzz() {
-    local program=$1 name=${1##*/fuzz_}
-    local found=$root/build/fuzz-found/$name corpus=$root/tests/fuzz/corpus/$name
+    local program=$1 name=${1##*/fuzz_} corpus
+    local found=$root/build/fuzz-found/$name
     rm -rf "$found"
     mkdir -p "$found"
     local folders=("$found")
-    [ -d "$corpus" ] && folders+=("$corpus")
+    for corpus in "$root/tests/fuzz/corpus/$name" "$root/tests/fuzz/corpus/${name}_fuzz"; do
+        [ ! -d "$corpus" ] || folders+=("$corpus")
+    done
     (cd "$found" && timeout -k 5 120 "$program" -seed=1 -max_total_time=10 -timeout=20 -rss_limit_mb=2048 -print_final_stats=1 "${folders[@]}")
 }
 

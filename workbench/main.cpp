@@ -70,8 +70,8 @@ bool LoadEditor(void*, fake::EntryPoints& entryPoints, std::string& reason)
     const std::wstring path = LibraryPath();
     const HMODULE library = LoadLibraryW(path.c_str());
     if (library == nullptr) {
-        reason = "cannot load " + workbench::Utf8FromUtf16(reinterpret_cast<const char16_t*>(path.c_str())) + ": " +
-                 workbench::LastErrorText();
+        reason = "cannot load " + workbench::Utf8FromUtf16(reinterpret_cast<const char16_t*>(path.c_str())) +
+                 ": " + workbench::LastErrorText();
         return false;
     }
     return FindEntry(library, "DyalogGetInterpreterFunctions", entryPoints.getInterpreterFunctions, reason) &&
@@ -84,12 +84,13 @@ std::vector<std::u16string> Arguments()
     int count = 0;
     wchar_t** const words = CommandLineToArgvW(GetCommandLineW(), &count);
     std::vector<std::u16string> arguments;
-    for (int i = 1; i < count; ++i) arguments.emplace_back(reinterpret_cast<const char16_t*>(words[i]));
+    for (int i = 1; i < count; ++i)
+        arguments.emplace_back(reinterpret_cast<const char16_t*>(words[i]));
     LocalFree(words);
     return arguments;
 }
 
-}  // namespace
+} // namespace
 
 int main()
 {

@@ -10,16 +10,10 @@ namespace {
 
 constexpr const char16_t* NotSupported = u"Formatting of nested arrays is not supported";
 
-template <typename Text> std::int64_t Terminate(const Text& text, char16_t* buffer) noexcept
-{
-    char16_t* const end = EmitText(text, buffer);
-    *end = 0;
-    return end - buffer;
-}
-
 bool CanFormat(const Scdr& node) noexcept
 {
-    return node.Type == TypeBoolean || node.Type == TypeInteger || node.Type == TypeReal || node.Type == TypeComplex;
+    return node.Type == TypeBoolean || node.Type == TypeInteger || node.Type == TypeReal ||
+           node.Type == TypeComplex;
 }
 
 std::int64_t BlockUnits(const NumberBlock& block)
@@ -47,7 +41,8 @@ ScdrPtr AllocateTextArray(EditContext* context, const Scdr& argument, std::int64
 {
     if (argument.Rank < 2) return AllocateScdr(context, nullptr, TypeCharacter, 1, &length, false);
     const auto shape = AllocateArray<std::int64_t>(argument.Rank);
-    for (std::int32_t axis = 0; axis + 1 < argument.Rank; ++axis) shape[static_cast<std::size_t>(axis)] = argument.Shape[axis];
+    for (std::int32_t axis = 0; axis + 1 < argument.Rank; ++axis)
+        shape[static_cast<std::size_t>(axis)] = argument.Shape[axis];
     shape[static_cast<std::size_t>(argument.Rank) - 1] = length;
     ScdrPtr result = AllocateScdr(context, nullptr, TypeCharacter, argument.Rank, shape.get(), false);
     if (argument.Rank >= 3 && !CopyAxesNames(context, argument, *result)) throw VTERROR_CODE::OutOfMemory;
@@ -80,15 +75,19 @@ std::int64_t FormatF8(const LangEnv& environment, double value, char16_t* buffer
     TraceScope trace("builtin.cpp", "FormatF8");
     RealText text;
     PrepareText(value, MakeNumberStyle(environment, precision), text);
-    return Terminate(text, buffer);
+    char16_t* const end = EmitText(text, buffer);
+    *end = 0;
+    return end - buffer;
 }
 
 std::int64_t FormatI8(const LangEnv& environment, std::int64_t value, char16_t* buffer)
 {
     TraceScope trace("builtin.cpp", "FormatI8");
-    IntegerText text;
-    PrepareText(value, MakeNumberStyle(environment, 0), text);
-    return Terminate(text, buffer);
+    const auto low = static_cast<std::int32_t>(value);
+    char16_t* const end = buffer + IntegerLength(low);
+    EmitIntegerBefore(end, low, MakeNumberStyle(environment, 0));
+    *end = 0;
+    return end - buffer;
 }
 
 FormattedText FormatNumbers(EditContext* context, Scdr& node, const FormatPoll* poll)

@@ -22,10 +22,12 @@ template <typename Read> void WidenFrom(const ItemTarget& to, std::int64_t count
 {
     if (to.type == TypeInteger) {
         auto* data = static_cast<std::int64_t*>(to.data) + to.first;
-        for (std::int64_t i = 0; i < count; ++i) data[i] = static_cast<std::int64_t>(read(i));
+        for (std::int64_t i = 0; i < count; ++i)
+            data[i] = static_cast<std::int64_t>(read(i));
     } else if (to.type == TypeReal) {
         auto* data = static_cast<double*>(to.data) + to.first;
-        for (std::int64_t i = 0; i < count; ++i) data[i] = static_cast<double>(read(i));
+        for (std::int64_t i = 0; i < count; ++i)
+            data[i] = static_cast<double>(read(i));
     } else {
         auto* data = static_cast<double*>(to.data) + 2 * to.first;
         for (std::int64_t i = 0; i < count; ++i) {
@@ -40,7 +42,9 @@ void WidenItems(const ItemTarget& to, const ItemSource& from, std::int64_t count
     const bool wider = from.type >= TypeBoolean && from.type < to.type && to.type <= TypeComplex;
     if (!wider) throw VTERROR_CODE::SystemError;
     if (from.type == TypeBoolean) {
-        WidenFrom(to, count, [&](std::int64_t i) { return static_cast<std::int64_t>(GetBit(from.data, from.first + i)); });
+        WidenFrom(to, count, [&](std::int64_t i) {
+            return static_cast<std::int64_t>(GetBit(from.data, from.first + i));
+        });
     } else if (from.type == TypeInteger) {
         const auto* data = static_cast<const std::int64_t*>(from.data) + from.first;
         WidenFrom(to, count, [&](std::int64_t i) { return data[i]; });

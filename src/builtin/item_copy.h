@@ -18,8 +18,8 @@ struct ItemTarget {
     std::int64_t first;
 };
 
-// Copies `count` items of one type, or numbers to a wider type: Boolean to Integer to Real to Complex. Integers beyond 2^53 become the
-// nearest double. Throws SystemError for other pairs of types.
+// Copies `count` items of one type, or numbers to a wider type: Boolean to Integer to Real to Complex.
+// Integers beyond 2^53 become the nearest double. Throws SystemError for other pairs of types.
 void CopyItems(const ItemTarget& to, const ItemSource& from, std::int64_t count);
 
 } // namespace vantrel

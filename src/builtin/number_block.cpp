@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <type_traits>
 
 #include "entry/trace.h"
 
@@ -10,27 +11,56 @@ namespace {
 
 constexpr char16_t Blank = u' ';
 
-// One view of the node's items for each type: what prepares item i.
+// One view of the node's items for each type. `Scratch` is kept outside the loops.
 struct IntegerItems {
-    using ItemText = IntegerText;
+    struct Scratch {};
     const std::int64_t* data;
     NumberStyle style;
-    void Prepare(std::int64_t i, ItemText& text) const noexcept { PrepareText(data[i], style, text); }
+    std::int32_t Item(std::int64_t i) const noexcept { return static_cast<std::int32_t>(data[i]); }
+    TextSize Measure(std::int64_t i, Scratch&) const noexcept { return {IntegerLength(Item(i)), 0}; }
+    // With the end of its integer part at `point`.
+    void Place(std::int64_t i, Scratch&, char16_t* point) const noexcept
+    {
+        EmitIntegerBefore(point, Item(i), style);
+    }
+    char16_t* Append(std::int64_t i, Scratch&, char16_t* output) const noexcept
+    {
+        output += IntegerLength(Item(i));
+        EmitIntegerBefore(output, Item(i), style);
+        return output;
+    }
 };
 
-struct RealItems {
-    using ItemText = RealText;
+template <typename ItemText> struct PreparedItems {
+    using Scratch = ItemText;
     const double* data;
     NumberStyle style;
-    void Prepare(std::int64_t i, ItemText& text) const noexcept { PrepareText(data[i], style, text); }
+    void Prepare(std::int64_t i, Scratch& text) const noexcept
+    {
+        if constexpr (std::is_same_v<ItemText, ComplexText>) {
+            PrepareText(data[2 * i], data[2 * i + 1], style, text);
+        } else {
+            PrepareText(data[i], style, text);
+        }
+    }
+    TextSize Measure(std::int64_t i, Scratch& text) const noexcept
+    {
+        Prepare(i, text);
+        return text.size;
+    }
+    void Place(std::int64_t i, Scratch& text, char16_t* point) const noexcept
+    {
+        Prepare(i, text);
+        EmitText(text, point - text.size.integer);
+    }
+    char16_t* Append(std::int64_t i, Scratch& text, char16_t* output) const noexcept
+    {
+        Prepare(i, text);
+        return EmitText(text, output);
+    }
 };
-
-struct ComplexItems {
-    using ItemText = ComplexText;
-    const double* data;
-    NumberStyle style;
-    void Prepare(std::int64_t i, ItemText& text) const noexcept { PrepareText(data[2 * i], data[2 * i + 1], style, text); }
-};
+using RealItems = PreparedItems<RealText>;
+using ComplexItems = PreparedItems<ComplexText>;
 
 template <typename Work> auto WithItems(const EditContext& context, const Scdr& node, Work work)
 {
@@ -43,7 +73,8 @@ template <typename Work> auto WithItems(const EditContext& context, const Scdr& 
 }
 
 // Calls `part(row, firstColumn, endColumn)` for pieces of rows short enough to poll between them.
-template <typename Part> void ForRowParts(std::int64_t rows, std::int64_t columns, std::int64_t rowsDone, BlockPoll& poll, Part part)
+template <typename Part>
+void ForRowParts(std::int64_t rows, std::int64_t columns, std::int64_t rowsDone, BlockPoll& poll, Part part)
 {
     if (columns == 0) return; // there may be any number of such rows
     for (std::int64_t row = 0; row < rows; ++row) {
@@ -57,25 +88,25 @@ template <typename Part> void ForRowParts(std::int64_t rows, std::int64_t column
 
 template <typename Items> std::int64_t MeasureLine(const Items& items, std::int64_t count, BlockPoll& poll)
 {
-    typename Items::ItemText text;
+    typename Items::Scratch text;
     std::int64_t length = std::max<std::int64_t>(count - 1, 0);
     ForRowParts(1, count, 0, poll, [&](std::int64_t, std::int64_t first, std::int64_t end) {
         for (std::int64_t i = first; i < end; ++i) {
-            items.Prepare(i, text);
-            length += text.size.integer + text.size.rest;
+            const TextSize size = items.Measure(i, text);
+            length += size.integer + size.rest;
         }
     });
     return length;
 }
 
-template <typename Items> void WriteLine(const Items& items, std::int64_t count, char16_t* output, BlockPoll& poll)
+template <typename Items>
+void WriteLine(const Items& items, std::int64_t count, char16_t* output, BlockPoll& poll)
 {
-    typename Items::ItemText text;
+    typename Items::Scratch text;
     ForRowParts(1, count, 0, poll, [&](std::int64_t, std::int64_t first, std::int64_t end) {
         for (std::int64_t i = first; i < end; ++i) {
             if (i > 0) *output++ = Blank;
-            items.Prepare(i, text);
-            output = EmitText(text, output);
+            output = items.Append(i, text, output);
         }
     });
 }
@@ -83,24 +114,48 @@ template <typename Items> void WriteLine(const Items& items, std::int64_t count,
 // Leaves the widest rest of each column in `widths`.
 template <typename Items> void MeasureColumns(const Items& items, NumberBlock& block, BlockPoll& poll)
 {
-    typename Items::ItemText text;
+    typename Items::Scratch text;
     std::int32_t* const integers = block.integers.get();
     std::int32_t* const rests = block.widths.get();
-    ForRowParts(block.rows, block.columns, 0, poll, [&](std::int64_t row, std::int64_t first, std::int64_t end) {
-        const std::int64_t rowItem = row * block.columns;
-        for (std::int64_t column = first; column < end; ++column) {
-            items.Prepare(rowItem + column, text);
-            integers[column] = std::max(integers[column], text.size.integer);
-            rests[column] = std::max(rests[column], text.size.rest);
-        }
-    });
+    ForRowParts(block.rows, block.columns, 0, poll,
+                [&](std::int64_t row, std::int64_t first, std::int64_t end) {
+                    const std::int64_t rowItem = row * block.columns;
+                    for (std::int64_t column = first; column < end; ++column) {
+                        const TextSize size = items.Measure(rowItem + column, text);
+                        integers[column] = std::max(integers[column], size.integer);
+                        rests[column] = std::max(rests[column], size.rest);
+                    }
+                });
+}
+
+// The longest text of a column is that of its least or greatest item, so only those two are measured. They
+// are kept in the two arrays.
+void MeasureColumns(const IntegerItems& items, NumberBlock& block, BlockPoll& poll)
+{
+    if (block.rows == 0) return;
+    std::int32_t* const greatest = block.integers.get();
+    std::int32_t* const least = block.widths.get();
+    ForRowParts(block.rows, block.columns, 0, poll,
+                [&](std::int64_t row, std::int64_t first, std::int64_t end) {
+                    const std::int64_t rowItem = row * block.columns;
+                    for (std::int64_t column = first; column < end; ++column) {
+                        const std::int32_t item = items.Item(rowItem + column);
+                        greatest[column] = std::max(greatest[column], item);
+                        least[column] = std::min(least[column], item);
+                    }
+                });
+    for (std::int64_t column = 0; column < block.columns; ++column) {
+        greatest[column] = std::max(IntegerLength(greatest[column]), IntegerLength(least[column]));
+        least[column] = 0; // there is nothing behind the integer part
+    }
 }
 
 // Blanks come first, for some rows at a time: their memory is then still near when the digits follow.
-template <typename Items> void WriteColumns(const Items& items, const NumberBlock& block, char16_t* text, BlockPoll& poll)
+template <typename Items>
+void WriteColumns(const Items& items, const NumberBlock& block, char16_t* text, BlockPoll& poll)
 {
     if (block.columns == 0) return;
-    typename Items::ItemText item;
+    typename Items::Scratch scratch;
     const std::int32_t* const widths = block.widths.get();
     const std::int32_t* const integers = block.integers.get();
     const std::int64_t step = std::max<std::int64_t>(1, BlockPoll::ItemsBetweenClocks / block.columns);
@@ -108,15 +163,15 @@ template <typename Items> void WriteColumns(const Items& items, const NumberBloc
         const std::int64_t rows = std::min(step, block.rows - done);
         char16_t* field = text + done * block.length;
         std::fill_n(field, rows * block.length, Blank);
-        ForRowParts(rows, block.columns, done, poll, [&](std::int64_t row, std::int64_t first, std::int64_t end) {
-            const std::int64_t rowItem = (done + row) * block.columns;
-            for (std::int64_t column = first; column < end; ++column) {
-                items.Prepare(rowItem + column, item);
-                EmitText(item, field + (integers[column] - item.size.integer));
-                field += widths[column] + 1;
-            }
-            if (end == block.columns) --field; // no blank behind the last column
-        });
+        ForRowParts(rows, block.columns, done, poll,
+                    [&](std::int64_t row, std::int64_t first, std::int64_t end) {
+                        const std::int64_t rowItem = (done + row) * block.columns;
+                        for (std::int64_t column = first; column < end; ++column) {
+                            items.Place(rowItem + column, scratch, field + integers[column]);
+                            field += widths[column] + 1;
+                        }
+                        if (end == block.columns) --field; // no blank behind the last column
+                    });
     }
 }
 
@@ -145,7 +200,8 @@ std::uint8_t EightBits(const std::uint8_t* data, std::int64_t first) noexcept
 }
 
 // Writes the texts of some bits of a row; the row's last bit has no blank behind it.
-char16_t* WriteBits(const std::uint8_t* data, std::int64_t bit, std::int64_t endBit, bool endsRow, char16_t* output) noexcept
+char16_t* WriteBits(const std::uint8_t* data, std::int64_t bit, std::int64_t endBit, bool endsRow,
+                    char16_t* output) noexcept
 {
     const std::int64_t lastBit = endsRow ? endBit - 1 : endBit;
     for (; lastBit - bit >= BitsAtOnce; bit += BitsAtOnce) {
@@ -179,7 +235,8 @@ OwnedArray<std::int32_t> AllocateMeasures(std::int64_t columns, std::int32_t val
 std::int64_t RowLength(const NumberBlock& block) noexcept
 {
     std::int64_t length = std::max<std::int64_t>(block.columns - 1, 0);
-    for (std::int64_t column = 0; column < block.columns; ++column) length += block.widths[static_cast<std::size_t>(column)];
+    for (std::int64_t column = 0; column < block.columns; ++column)
+        length += block.widths[static_cast<std::size_t>(column)];
     return length;
 }
 
@@ -191,7 +248,8 @@ void MeasureMatrix(const EditContext& context, const Scdr& node, NumberBlock& bl
     if (node.Type != TypeBoolean) {
         WithItems(context, node, [&](const auto& items) { MeasureColumns(items, block, poll); });
         for (std::int64_t column = 0; column < block.columns; ++column) {
-            block.widths[static_cast<std::size_t>(column)] += block.integers[static_cast<std::size_t>(column)];
+            block.widths[static_cast<std::size_t>(column)] +=
+                block.integers[static_cast<std::size_t>(column)];
         }
     }
     block.length = RowLength(block);
@@ -200,7 +258,8 @@ void MeasureMatrix(const EditContext& context, const Scdr& node, NumberBlock& bl
 std::int64_t CountRows(const Scdr& node)
 {
     std::size_t rows = 1;
-    for (std::int32_t axis = 0; axis + 1 < node.Rank; ++axis) rows = CheckedMultiply(node.Shape[axis], rows);
+    for (std::int32_t axis = 0; axis + 1 < node.Rank; ++axis)
+        rows = CheckedMultiply(node.Shape[axis], rows);
     return static_cast<std::int64_t>(rows);
 }
 
@@ -230,12 +289,14 @@ NumberBlock MeasureNumbers(const EditContext& context, const Scdr& node, BlockPo
     if (node.Type == TypeBoolean) {
         block.length = std::max<std::int64_t>(2 * node.ElementCount - 1, 0);
     } else {
-        block.length = WithItems(context, node, [&](const auto& items) { return MeasureLine(items, node.ElementCount, poll); });
+        block.length = WithItems(
+            context, node, [&](const auto& items) { return MeasureLine(items, node.ElementCount, poll); });
     }
     return block;
 }
 
-void WriteNumbers(const EditContext& context, const Scdr& node, const NumberBlock& block, char16_t* text, BlockPoll& poll)
+void WriteNumbers(const EditContext& context, const Scdr& node, const NumberBlock& block, char16_t* text,
+                  BlockPoll& poll)
 {
     TraceScope trace("builtin.cpp", "WriteNumbers");
     if (node.Type == TypeBoolean) {

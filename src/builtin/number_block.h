@@ -1,6 +1,7 @@
 // A block of formatted rows: measured in a first pass, written straight into its final place in a second.
 //
-// Touching fresh memory costs more than forming a number's digits, so the digits are formed twice rather than kept.
+// Touching fresh memory costs more than forming a number's digits, so the digits are formed twice rather than
+// kept.
 #pragma once
 
 #include <optional>
@@ -32,14 +33,15 @@ private:
 struct NumberBlock {
     std::int64_t rows = 0;
     std::int64_t columns = 0;
-    std::int64_t length = 0;          // units of each row
-    OwnedArray<std::int32_t> widths;  // rank >= 2: units of each column
+    std::int64_t length = 0;           // units of each row
+    OwnedArray<std::int32_t> widths;   // rank >= 2: units of each column
     OwnedArray<std::int32_t> integers; // and those before the decimal point
 };
 
 // The shape of the text of a Boolean, integer, real or complex array. Throws OutOfMemory, Interrupt.
 [[nodiscard]] NumberBlock MeasureNumbers(const EditContext& context, const Scdr& node, BlockPoll& poll);
 // Fills rows * length units. Throws Interrupt.
-void WriteNumbers(const EditContext& context, const Scdr& node, const NumberBlock& block, char16_t* text, BlockPoll& poll);
+void WriteNumbers(const EditContext& context, const Scdr& node, const NumberBlock& block, char16_t* text,
+                  BlockPoll& poll);
 
 } // namespace vantrel

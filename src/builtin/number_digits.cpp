@@ -1,27 +1,11 @@
 #include "builtin/number_digits.h"
 
-#include <array>
-#include <bit>
 #include <charconv>
-#include <cstring>
-
-#include "builtin/powers_of_ten.h"
 
 namespace vantrel {
 namespace {
 
 constexpr std::uint64_t SignBit = std::uint64_t{1} << 63;
-
-constexpr auto MakeDigitPairs()
-{
-    std::array<char16_t, 200> table = {};
-    for (std::size_t i = 0; i < 100; ++i) {
-        table[2 * i] = static_cast<char16_t>(u'0' + i / 10);
-        table[2 * i + 1] = static_cast<char16_t>(u'0' + i % 10);
-    }
-    return table;
-}
-constexpr auto DigitPairs = MakeDigitPairs();
 
 // The upper half of a 128-bit product.
 std::uint64_t MultiplyHigh(std::uint64_t a, std::uint64_t b) noexcept
@@ -60,8 +44,8 @@ bool TakeWholeNumber(double magnitude, std::int32_t precision, NumberDigits& num
     return true;
 }
 
-// One multiplication by a power of ten whose 64 bits are less than one unit too small. Where that unit could change the rounding
-// the answer is false and the library's exact arithmetic decides.
+// One multiplication by a power of ten whose 64 bits are less than one unit too small. Where that unit could
+// change the rounding the answer is false and the library's exact arithmetic decides.
 bool ScaleAndRound(std::uint64_t bits, std::int32_t precision, NumberDigits& number) noexcept
 {
     const auto biased = static_cast<std::int32_t>(bits >> 52);
@@ -73,7 +57,8 @@ bool ScaleAndRound(std::uint64_t bits, std::int32_t precision, NumberDigits& num
     std::int32_t exponent = ((binaryExponent + 63) * 1262611) >> 22;
     const std::int32_t power = precision - 1 - exponent;
     const std::uint64_t scaled = MultiplyHigh(mantissa << shift, PowerOfTenFraction(power));
-    const std::int32_t pointBits = -(binaryExponent + PowerOfTenExponent(power) + 64); // 2 .. 63 bits of `scaled` are behind the point
+    const std::int32_t pointBits =
+        -(binaryExponent + PowerOfTenExponent(power) + 64); // 2 .. 63 bits of `scaled` are behind the point
     const std::uint64_t limit = IntegerPowerOfTen(precision);
 
     std::uint64_t digits = scaled >> pointBits;
@@ -100,7 +85,8 @@ bool ScaleAndRound(std::uint64_t bits, std::int32_t precision, NumberDigits& num
 void RoundExactly(double magnitude, std::int32_t precision, NumberDigits& number) noexcept
 {
     char text[32];
-    const auto end = std::to_chars(text, text + sizeof text, magnitude, std::chars_format::scientific, precision - 1).ptr;
+    const auto end =
+        std::to_chars(text, text + sizeof text, magnitude, std::chars_format::scientific, precision - 1).ptr;
     std::uint64_t digits = 0;
     const char* next = text;
     for (; *next != 'e'; ++next) {
@@ -125,22 +111,6 @@ NumberDigits RoundToDigits(double value, std::int32_t precision) noexcept
     if (TakeWholeNumber(magnitude, precision, number)) return number;
     if (!ScaleAndRound(bits & ~SignBit, precision, number)) RoundExactly(magnitude, precision, number);
     return number;
-}
-
-std::int32_t CountDigits(std::uint64_t value) noexcept
-{
-    const std::int32_t guess = (static_cast<std::int32_t>(std::bit_width(value | 1)) * 1233) >> 12; // floor(bits * log10(2)), the count or one less
-    return guess + (guess < 20 && value >= IntegerPowerOfTen(guess) ? 1 : 0) + (value == 0 ? 1 : 0);
-}
-
-void WriteDigits(std::uint64_t value, std::int32_t count, char16_t* output) noexcept
-{
-    while (count >= 2) {
-        count -= 2;
-        std::memcpy(output + count, &DigitPairs[2 * static_cast<std::size_t>(value % 100)], 2 * sizeof(char16_t));
-        value /= 100;
-    }
-    if (count == 1) *output = static_cast<char16_t>(u'0' + value);
 }
 
 } // namespace vantrel

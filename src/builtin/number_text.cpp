@@ -50,7 +50,8 @@ void FinishCompact(const char* next, const char* end, RealText& result) noexcept
         } else {
             *output++ = u'E';
             if (*next++ == '-') *output++ = result.minus;
-            while (next != end && *next == '0') ++next;
+            while (next != end && *next == '0')
+                ++next;
         }
     }
     Finish({text, static_cast<std::size_t>(output - text)}, result);
@@ -60,7 +61,8 @@ void FinishCompact(const char* next, const char* end, RealText& result) noexcept
 void FinishLong(double value, std::int32_t precision, RealText& result) noexcept
 {
     char text[2 * NumberTextSize];
-    const auto end = std::to_chars(text, text + sizeof text, value, std::chars_format::general, precision).ptr;
+    const auto end =
+        std::to_chars(text, text + sizeof text, value, std::chars_format::general, precision).ptr;
     FinishCompact(text, end, result);
 }
 
@@ -72,7 +74,8 @@ void MeasureDigits(std::int32_t precision, RealText& text) noexcept
         const auto exponentDigits = CountDigits(static_cast<std::uint64_t>(std::abs(number.exponent)));
         text.form = NumberForm::Exponent;
         text.size.integer = sign + 1;
-        text.size.rest = (number.count > 1 ? number.count : 0) + 1 + (number.exponent < 0 ? 1 : 0) + exponentDigits;
+        text.size.rest =
+            (number.count > 1 ? number.count : 0) + 1 + (number.exponent < 0 ? 1 : 0) + exponentDigits;
         return;
     }
     text.form = NumberForm::Fixed;
@@ -86,17 +89,21 @@ char16_t* EmitFixed(const NumberDigits& number, char16_t* output) noexcept
     if (number.exponent < 0) {
         *output++ = u'0';
         *output++ = u'.';
-        for (std::int32_t i = number.exponent + 1; i < 0; ++i) *output++ = u'0';
-        WriteDigits(number.digits, number.count, output);
-        return output + number.count;
+        for (std::int32_t i = number.exponent + 1; i < 0; ++i)
+            *output++ = u'0';
+        output += number.count;
+        WriteDigitsBefore(output, number.digits, number.count);
+        return output;
     }
     const std::int32_t integers = number.exponent + 1;
     if (number.count <= integers) {
-        WriteDigits(number.digits * IntegerPowerOfTen(integers - number.count), integers, output);
+        WriteDigitsBefore(output + integers, number.digits * IntegerPowerOfTen(integers - number.count),
+                          integers);
         return output + integers;
     }
-    WriteDigits(number.digits, number.count, output + 1);
-    for (std::int32_t i = 0; i < integers; ++i) output[i] = output[i + 1];
+    WriteDigitsBefore(output + 1 + number.count, number.digits, number.count);
+    for (std::int32_t i = 0; i < integers; ++i)
+        output[i] = output[i + 1];
     output[integers] = u'.';
     return output + number.count + 1;
 }
@@ -104,7 +111,7 @@ char16_t* EmitFixed(const NumberDigits& number, char16_t* output) noexcept
 char16_t* EmitExponent(const RealText& text, char16_t* output) noexcept
 {
     const NumberDigits& number = text.digits;
-    WriteDigits(number.digits, number.count, output + 1);
+    WriteDigitsBefore(output + 1 + number.count, number.digits, number.count);
     output[0] = output[1];
     ++output;
     if (number.count > 1) {
@@ -114,9 +121,9 @@ char16_t* EmitExponent(const RealText& text, char16_t* output) noexcept
     *output++ = u'E';
     if (number.exponent < 0) *output++ = text.minus;
     const auto exponent = static_cast<std::uint64_t>(std::abs(number.exponent));
-    const std::int32_t count = CountDigits(exponent);
-    WriteDigits(exponent, count, output);
-    return output + count;
+    output += CountDigits(exponent);
+    WriteDigitsBefore(output, static_cast<std::uint32_t>(exponent));
+    return output;
 }
 
 } // namespace
@@ -148,15 +155,6 @@ void PrepareText(double value, const NumberStyle& style, RealText& text) noexcep
     MeasureDigits(style.precision, text);
 }
 
-void PrepareText(std::int64_t value, const NumberStyle& style, IntegerText& text) noexcept
-{
-    const auto low = static_cast<std::int32_t>(value);
-    text.minus = style.minus;
-    text.negative = low < 0;
-    text.magnitude = low < 0 ? 0u - static_cast<std::uint32_t>(low) : static_cast<std::uint32_t>(low);
-    text.size = {CountDigits(text.magnitude) + (low < 0 ? 1 : 0), 0};
-}
-
 void PrepareText(double real, double imaginary, const NumberStyle& style, ComplexText& text) noexcept
 {
     PrepareText(real, style, text.real);
@@ -174,17 +172,6 @@ char16_t* EmitText(const RealText& text, char16_t* output) noexcept
     }
     if (text.digits.negative) *output++ = text.minus;
     return text.form == NumberForm::Fixed ? EmitFixed(text.digits, output) : EmitExponent(text, output);
-}
-
-char16_t* EmitText(const IntegerText& text, char16_t* output) noexcept
-{
-    std::int32_t digits = text.size.integer;
-    if (text.negative) {
-        *output++ = text.minus;
-        --digits;
-    }
-    WriteDigits(text.magnitude, digits, output);
-    return output + digits;
 }
 
 char16_t* EmitText(const ComplexText& text, char16_t* output) noexcept

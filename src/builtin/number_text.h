@@ -6,7 +6,8 @@
 
 namespace vantrel {
 
-// More digits than this would not fit into NumberTextSize with sign, point, leading zeros and exponent; greater precisions are cut to it.
+// More digits than this would not fit into NumberTextSize with sign, point, leading zeros and exponent;
+// greater precisions are cut to it.
 inline constexpr std::int32_t MostPrecision = NumberTextSize - 1 - 7;
 
 struct NumberStyle {
@@ -38,13 +39,6 @@ struct RealText {
     char16_t finished[NumberTextSize];
 };
 
-struct IntegerText {
-    TextSize size;
-    char16_t minus;
-    bool negative;
-    std::uint32_t magnitude;
-};
-
 struct ComplexText {
     TextSize size;
     bool hasImaginary;
@@ -53,12 +47,30 @@ struct ComplexText {
 };
 
 void PrepareText(double value, const NumberStyle& style, RealText& text) noexcept;
-void PrepareText(std::int64_t value, const NumberStyle& style, IntegerText& text) noexcept; // the low 32 bits
 void PrepareText(double real, double imaginary, const NumberStyle& style, ComplexText& text) noexcept;
 
 // Writes size.integer + size.rest units and nothing behind them; returns the end.
 char16_t* EmitText(const RealText& text, char16_t* output) noexcept;
-char16_t* EmitText(const IntegerText& text, char16_t* output) noexcept;
 char16_t* EmitText(const ComplexText& text, char16_t* output) noexcept;
+
+// Integers show their low 32 bits and need no preparation. Their texts are formed in line: a million of them
+// cost little more than the memory they fill.
+[[nodiscard]] inline std::uint32_t IntegerMagnitude(std::int32_t value) noexcept
+{
+    return value < 0 ? 0u - static_cast<std::uint32_t>(value) : static_cast<std::uint32_t>(value);
+}
+
+[[nodiscard]] inline std::int32_t IntegerLength(std::int32_t value) noexcept
+{
+    return CountDigits(IntegerMagnitude(value)) + (value < 0 ? 1 : 0);
+}
+
+// Writes backwards from `end`; returns the first unit written.
+inline char16_t* EmitIntegerBefore(char16_t* end, std::int32_t value, const NumberStyle& style) noexcept
+{
+    char16_t* first = WriteDigitsBefore(end, IntegerMagnitude(value));
+    if (value < 0) *--first = style.minus;
+    return first;
+}
 
 } // namespace vantrel

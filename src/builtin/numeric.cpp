@@ -25,13 +25,15 @@ bool IsImaginaryMark(char16_t unit) noexcept
 
 const char16_t* SkipBlanks(const char16_t* text) noexcept
 {
-    while (*text == Blank) ++text;
+    while (*text == Blank)
+        ++text;
     return text;
 }
 
 const char16_t* SkipDigits(const char16_t* text) noexcept
 {
-    while (IsDigit(*text)) ++text;
+    while (IsDigit(*text))
+        ++text;
     return text;
 }
 
@@ -40,7 +42,8 @@ const char16_t* ParseInteger(const char16_t* text, std::int64_t& value)
     const bool negative = *text == u'-';
     if (negative) ++text;
     if (!IsDigit(*text)) throw VTERROR_CODE::SyntaxError;
-    const std::uint64_t limit = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max()) + (negative ? 1 : 0);
+    const std::uint64_t limit =
+        static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max()) + (negative ? 1 : 0);
     std::uint64_t magnitude = 0;
     for (; IsDigit(*text); ++text) {
         const auto digit = static_cast<std::uint64_t>(*text - u'0');
@@ -51,7 +54,8 @@ const char16_t* ParseInteger(const char16_t* text, std::int64_t& value)
     return text;
 }
 
-// The end of "-12.5E-3" and its parts; equal to the start where no digit stands. An "E" without digits is not part of the number.
+// The end of "-12.5E-3" and its parts; equal to the start where no digit stands. An "E" without digits is not
+// part of the number.
 const char16_t* FindRealEnd(const char16_t* text) noexcept
 {
     const char16_t* next = *text == u'-' ? text + 1 : text;
@@ -69,7 +73,8 @@ const char16_t* FindRealEnd(const char16_t* text) noexcept
     return IsDigit(*exponent) ? SkipDigits(exponent) : next;
 }
 
-// Whether an out-of-range number is too great; else it is too small. Decided by the place of its first digit that is not 0.
+// Whether an out-of-range number is too great; else it is too small. Decided by the place of its first digit
+// that is not 0.
 bool IsTooGreat(const char* text, const char* end) noexcept
 {
     const char* const mark = std::find_if(text, end, [](char unit) { return unit == 'E' || unit == 'e'; });
@@ -184,13 +189,15 @@ ScdrPtr BuiltinCtn(EditContext* context, const Scdr& argument)
 void UnicodeToI8s(const char16_t* text, std::int64_t* output, std::int64_t count)
 {
     TraceScope trace("builtin.cpp", "UnicodeToI8s");
-    ParseNumbers(text, output, count, 1, [](const char16_t* at, std::int64_t* value) { return ParseInteger(at, *value); });
+    ParseNumbers(text, output, count, 1,
+                 [](const char16_t* at, std::int64_t* value) { return ParseInteger(at, *value); });
 }
 
 void UnicodeToF8s(const char16_t* text, double* output, std::int64_t count)
 {
     TraceScope trace("builtin.cpp", "UnicodeToF8s");
-    ParseNumbers(text, output, count, 1, [](const char16_t* at, double* value) { return ParseReal(at, *value); });
+    ParseNumbers(text, output, count, 1,
+                 [](const char16_t* at, double* value) { return ParseReal(at, *value); });
 }
 
 void UnicodeToJ16s(const char16_t* text, double* outputPairs, std::int64_t count)

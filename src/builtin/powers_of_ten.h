@@ -12,7 +12,8 @@ inline constexpr std::int32_t GreatestPowerOfTen = 340;
 
 namespace powers_detail {
 
-// A fraction of 128 bits, highest limb first, top bit set. 128 bits keep the error of 340 steps far below the 64 bits that are used.
+// A fraction of 128 bits, highest limb first, top bit set. 128 bits keep the error of 340 steps far below the
+// 64 bits that are used.
 struct Fraction {
     std::uint32_t limbs[4];
 };
@@ -29,7 +30,8 @@ constexpr Fraction TimesTen(const Fraction& from)
     wide[0] = static_cast<std::uint32_t>(carry);
     const int shift = wide[0] > 7 ? 4 : 3; // 5 <= wide[0] <= 9
     Fraction result = {};
-    for (int i = 0; i < 4; ++i) result.limbs[i] = wide[i] << (32 - shift) | wide[i + 1] >> shift;
+    for (int i = 0; i < 4; ++i)
+        result.limbs[i] = wide[i] << (32 - shift) | wide[i + 1] >> shift;
     return result;
 }
 
@@ -45,7 +47,8 @@ constexpr Fraction OverTen(const Fraction& from)
         remainder %= 10;
     }
     Fraction result = {};
-    for (int i = 0; i < 4; ++i) result.limbs[i] = wide[0] != 0 ? wide[i] << 31 | wide[i + 1] >> 1 : wide[i + 1];
+    for (int i = 0; i < 4; ++i)
+        result.limbs[i] = wide[0] != 0 ? wide[i] << 31 | wide[i + 1] >> 1 : wide[i + 1];
     return result;
 }
 
@@ -72,7 +75,8 @@ constexpr auto MakePowersOfTen()
 
 } // namespace powers_detail
 
-// 10^k = fraction * 2^exponent with 2^63 <= fraction < 2^64. The fraction is cut, not rounded: the true one is less than one unit greater.
+// 10^k = fraction * 2^exponent with 2^63 <= fraction < 2^64. The fraction is cut, not rounded: the true one
+// is less than one unit greater.
 inline constexpr auto PowersOfTen = powers_detail::MakePowersOfTen();
 
 [[nodiscard]] constexpr std::uint64_t PowerOfTenFraction(std::int32_t k) noexcept

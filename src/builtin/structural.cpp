@@ -9,7 +9,8 @@
 namespace vantrel {
 namespace {
 
-// What one walk over the items finds out; nodes are scattered in memory, so they are visited as seldom as possible.
+// What one walk over the items finds out; nodes are scattered in memory, so they are visited as seldom as
+// possible.
 struct ItemSurvey {
     std::uint32_t type = TypeNested; // of the result
     std::int32_t rank = 0;           // of the items that are not scalars
@@ -77,12 +78,14 @@ ItemSurvey SurveyItems(const Scdr& argument)
     return survey;
 }
 
-// Calls `copy(itemFirst, cellFirst, count)` for each run of the item's elements that lies in one piece in the padded cell as well.
+// Calls `copy(itemFirst, cellFirst, count)` for each run of the item's elements that lies in one piece in the
+// padded cell as well.
 template <typename Copy> void ForRuns(const Scdr& item, const ItemSurvey& survey, Copy copy)
 {
     if (item.ElementCount == 0) return;
     std::int32_t axis = item.Rank - 1; // the first of the axes that a run covers
-    while (axis > 0 && item.Shape[axis] == survey.shape[static_cast<std::size_t>(axis)]) --axis;
+    while (axis > 0 && item.Shape[axis] == survey.shape[static_cast<std::size_t>(axis)])
+        --axis;
     std::int64_t run = 1;
     std::int64_t cellRun = 1; // units of the cell that the axes of a run take
     for (std::int32_t k = std::max(axis, 0); k < item.Rank; ++k) {
@@ -130,7 +133,8 @@ ScdrPtr MakeElement(EditContext* context, const Scdr& item, std::int64_t index)
     return scalar;
 }
 
-void FillNested(EditContext* context, const Scdr& argument, const ItemSurvey& survey, std::int64_t cell, Scdr& result)
+void FillNested(EditContext* context, const Scdr& argument, const ItemSurvey& survey, std::int64_t cell,
+                Scdr& result)
 {
     if (result.ElementCount == 0) {
         SetChild(result, 0, Prototype(context, &result, *Children(argument)[0]));

@@ -9,15 +9,17 @@ namespace {
 
 bool HasSurrogate(const Text& text) noexcept
 {
-    return std::any_of(text.begin(), text.end(), [](char16_t unit) { return unit >= 0xD800 && unit <= 0xDFFF; });
+    return std::any_of(text.begin(), text.end(),
+                       [](char16_t unit) { return unit >= 0xD800 && unit <= 0xDFFF; });
 }
 
 bool PutSelection(EditWindow& window)
 {
     const EditSelection range = NormalisedSelection(window);
     try {
-        const Text text = RecordsToString(window.view->node->records, FirstEditRow(window),
-                                          {range.start.column, range.start.line, range.end.column, range.end.line});
+        const Text text =
+            RecordsToString(window.view->node->records, FirstEditRow(window),
+                            {range.start.column, range.start.line, range.end.column, range.end.line});
         return window.effects->putClipboardText(window, text.c_str(), static_cast<std::int64_t>(text.size()));
     } catch (VTERROR_CODE) {
         NotifyOutOfMemory(window);

@@ -11,11 +11,15 @@ Text CopyTail(const RecordList& list, std::int64_t row, std::int64_t column)
     return Text(record.text + column, static_cast<std::size_t>(record.length - column));
 }
 
-std::int64_t LengthOf(const Text& text) noexcept { return static_cast<std::int64_t>(text.size()); }
+std::int64_t LengthOf(const Text& text) noexcept
+{
+    return static_cast<std::int64_t>(text.size());
+}
 
 // What follows the range in its last row replaces what follows its start in the first; the rows after the first go. Either all of it
 // happens or nothing.
-void JoinLines(RecordList& list, std::int64_t first, std::int64_t startColumn, std::int64_t last, std::int64_t endColumn)
+void JoinLines(RecordList& list, std::int64_t first, std::int64_t startColumn, std::int64_t last,
+               std::int64_t endColumn)
 {
     const Text removed = CopyTail(list, first, startColumn);
     const Text kept = CopyTail(list, last, endColumn);

@@ -76,7 +76,8 @@ struct EditEffects {
     bool (*putClipboardText)(EditWindow& window, const char16_t* text, std::int64_t length);
     void (*closeClipboard)(EditWindow& window);
     bool (*getClipboardText)(EditWindow& window, Text& text); // false: there is none. Throws OutOfMemory
-    void (*initializeScroll)(EditWindow& window, ScrollRecord& record); // has the record drive this window's bars
+    void (*initializeScroll)(EditWindow& window,
+                             ScrollRecord& record); // has the record drive this window's bars
     EditRect (*clientRectangle)(EditWindow& window);
     void (*showScrollBars)(EditWindow& window, bool horizontal, bool vertical);
 };
@@ -101,7 +102,10 @@ struct EditWindow {
 // The view has a simple node, and an edit window has taken it into use.
 [[nodiscard]] bool HasEditedNode(const EditWindow& window) noexcept;
 // Only while HasEditedNode.
-[[nodiscard]] inline EditState& StateOf(const EditWindow& window) noexcept { return *window.view->node->editState; }
+[[nodiscard]] inline EditState& StateOf(const EditWindow& window) noexcept
+{
+    return *window.view->node->editState;
+}
 // Rows of the shown plane, and its first record in the node's list.
 [[nodiscard]] std::int64_t EditRows(const EditWindow& window) noexcept;
 [[nodiscard]] std::int64_t FirstEditRow(const EditWindow& window) noexcept;

@@ -51,8 +51,12 @@ bool OnPlainKey(EditWindow& window, std::uint32_t key)
 bool MoveByKey(EditWindow& window, std::uint32_t key, bool control)
 {
     switch (key) {
-    case KeyPageUp: MoveCaret(window, control ? -window.columnsPerPage : 0, control ? 0 : -window.linesPerPage); return true;
-    case KeyPageDown: MoveCaret(window, control ? window.columnsPerPage : 0, control ? 0 : window.linesPerPage); return true;
+    case KeyPageUp:
+        MoveCaret(window, control ? -window.columnsPerPage : 0, control ? 0 : -window.linesPerPage);
+        return true;
+    case KeyPageDown:
+        MoveCaret(window, control ? window.columnsPerPage : 0, control ? 0 : window.linesPerPage);
+        return true;
     case KeyHome: MoveCaret(window, CaretHome, control ? CaretHome : 0); return true;
     case KeyEnd: MoveCaret(window, CaretEnd, control ? CaretEnd : 0); return true;
     case KeyLeft: MoveCaret(window, -1, 0); return true;
@@ -63,7 +67,10 @@ bool MoveByKey(EditWindow& window, std::uint32_t key, bool control)
     }
 }
 
-bool IsSurrogate(char16_t character) noexcept { return character >= 0xD800 && character <= 0xDFFF; }
+bool IsSurrogate(char16_t character) noexcept
+{
+    return character >= 0xD800 && character <= 0xDFFF;
+}
 
 } // namespace
 
@@ -71,7 +78,8 @@ std::uint32_t GetShiftState(const KeyStates& states) noexcept
 {
     const bool altGr = states.alt && states.rightAlt;
     const bool control = altGr ? states.rightControl : states.control;
-    return (states.shift ? EditModifierShift : 0u) | (control ? EditModifierControl : 0u) | (states.alt ? EditModifierAlt : 0u);
+    return (states.shift ? EditModifierShift : 0u) | (control ? EditModifierControl : 0u) |
+           (states.alt ? EditModifierAlt : 0u);
 }
 
 bool OnKeyDown(EditWindow& window, std::uint32_t virtualKey)

@@ -20,13 +20,15 @@ struct VisibleLine {
     EditPoint point;
 };
 
-VisibleLine FindVisibleColumns(EditWindow& window, const RecordText& record, const EditRect& area, std::int64_t y)
+VisibleLine FindVisibleColumns(EditWindow& window, const RecordText& record, const EditRect& area,
+                               std::int64_t y)
 {
     CharWidths& widths = window.view->widths;
     const std::int64_t scrolled = StateOf(window).scroll.horizontal.position;
     const std::int64_t first = widths.ColumnAt(record.text, record.length, scrolled);
     const std::int64_t x = area.left + widths.TextWidth(record.text, first) - scrolled;
-    const std::int64_t count = widths.ColumnAt(record.text + first, record.length - first, area.right - x) + 1;
+    const std::int64_t count =
+        widths.ColumnAt(record.text + first, record.length - first, area.right - x) + 1;
     return {record, {first, std::min(first + count, record.length)}, {x, y}};
 }
 
@@ -34,12 +36,16 @@ VisibleLine FindVisibleColumns(EditWindow& window, const RecordText& record, con
 ColumnSpan SelectedColumns(const EditSelection& selection, std::int64_t line, std::int64_t length) noexcept
 {
     if (line < selection.start.line || line > selection.end.line) return {0, 0};
-    return {line == selection.start.line ? selection.start.column : 0, line == selection.end.line ? selection.end.column : length};
+    return {line == selection.start.line ? selection.start.column : 0,
+            line == selection.end.line ? selection.end.column : length};
 }
 
 class PieceWriter {
 public:
-    PieceWriter(CharWidths& widths, DrawPiece draw, void* state) noexcept : widths_(widths), draw_(draw), state_(state) {}
+    PieceWriter(CharWidths& widths, DrawPiece draw, void* state) noexcept
+        : widths_(widths), draw_(draw), state_(state)
+    {
+    }
 
     // Draws the line's columns up to `end`, from where the last piece ended.
     void WriteUpTo(VisibleLine& line, std::int64_t end, bool highlighted)
@@ -100,7 +106,8 @@ VisibleRuler FindVisibleRuler(EditWindow& window)
     const std::int64_t scrolled = StateOf(window).scroll.horizontal.position;
     const std::int64_t first = scrolled / width;
     const std::int64_t end = (scrolled + std::max<std::int64_t>(area.right - area.left, 0)) / width + 1;
-    return {first, std::clamp(end, first, std::max(first, LongestRecord(window.view->node->records))), area.left + first * width - scrolled};
+    return {first, std::clamp(end, first, std::max(first, LongestRecord(window.view->node->records))),
+            area.left + first * width - scrolled};
 }
 
 } // namespace vantrel

@@ -8,7 +8,10 @@ namespace vantrel {
 
 namespace {
 
-bool IsTextType(const Scdr& node) noexcept { return node.Type == TypeNested || node.Type == TypeCharacter; }
+bool IsTextType(const Scdr& node) noexcept
+{
+    return node.Type == TypeNested || node.Type == TypeCharacter;
+}
 
 bool MayStandInNumbers(const EditWindow& window, char16_t character) noexcept
 {
@@ -27,7 +30,8 @@ bool AcceptText(EditWindow& window, std::u16string_view text)
 {
     const Scdr& node = *window.view->node;
     const auto fits = [&](char16_t character) { return MayStandInNumbers(window, character); };
-    bool accepted = IsTextType(node) ? node.Rank > 0 || text.size() <= 1 : std::all_of(text.begin(), text.end(), fits);
+    bool accepted =
+        IsTextType(node) ? node.Rank > 0 || text.size() <= 1 : std::all_of(text.begin(), text.end(), fits);
     if (accepted && node.Rank >= 3 && text.find_first_of(u"\r\n") != text.npos) {
         window.effects->notify(window, EditNotifyPlaneLines);
         accepted = false;
@@ -42,7 +46,8 @@ bool SplitText(EditWindow& window, std::u16string_view text, RecordList& lines)
     if (text.find(u'\n') == text.npos) return true;
     // A line break at the very beginning would keep its carriage return, which only a text of its own may.
     if (text.size() >= 2 && text[0] == u'\r' && text[1] == u'\n') text.remove_prefix(1);
-    return StringToRecords(window.view->context, text.data(), static_cast<std::int64_t>(text.size()), lines, false);
+    return StringToRecords(window.view->context, text.data(), static_cast<std::int64_t>(text.size()), lines,
+                           false);
 }
 
 // Puts the records `lines` (at least two, left empty) between the two halves of a row. Either all of it happens or nothing.

@@ -7,8 +7,9 @@ namespace vantrel {
 
 namespace {
 
-// How far an edge that lies outside must move; a caret that touches the far edge is outside.
-std::int64_t DistanceOutside(std::int64_t start, std::int64_t size, std::int64_t low, std::int64_t high) noexcept
+// How far the text must move to bring a caret between the edges.
+std::int64_t DistanceOutside(std::int64_t start, std::int64_t size, std::int64_t low,
+                             std::int64_t high) noexcept
 {
     if (start < low) return start - low;
     return start + size >= high ? start + size - high : 0;
@@ -22,7 +23,10 @@ std::int64_t PulledInside(std::int64_t start, std::int64_t size, std::int64_t lo
 
 } // namespace
 
-bool ShowsMargins(const EditWindow& window) noexcept { return (window.view->node->Flags & FlagMaximized) != 0; }
+bool ShowsMargins(const EditWindow& window) noexcept
+{
+    return (window.view->node->Flags & FlagMaximized) != 0;
+}
 
 EditPoint Margins(const EditWindow& window) noexcept
 {

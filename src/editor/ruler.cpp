@@ -26,7 +26,8 @@ std::int64_t FormatLineNumber(char16_t* out, std::int64_t number) noexcept
 {
     const Digits digits = DigitsOf(number);
     *out++ = u'[';
-    for (std::int64_t i = 0; i < digits.length; ++i) *out++ = static_cast<char16_t>(digits.text[i]);
+    for (std::int64_t i = 0; i < digits.length; ++i)
+        *out++ = static_cast<char16_t>(digits.text[i]);
     *out = u']';
     return digits.length + 2;
 }

@@ -19,7 +19,8 @@ void MeasureLineNumbers(EditWindow& window)
     if (!view.lineNumbers) return;
     char16_t text[LineNumberCapacity];
     const std::int64_t length = FormatLineNumber(text, EditRows(window));
-    view.lineNumbersWidth = static_cast<std::int32_t>(view.widths.TextWidth(text, length)) + window.frameWidth;
+    view.lineNumbersWidth =
+        static_cast<std::int32_t>(view.widths.TextWidth(text, length)) + window.frameWidth;
 }
 
 void MeasureRuler(EditWindow& window) noexcept
@@ -70,7 +71,8 @@ void UpdateShownBar(ScrollRecord& scroll, ScrollAxis axis, bool shown)
 {
     if (!shown) return;
     (axis == ScrollAxis::Horizontal ? scroll.horizontal : scroll.vertical).mask = ShownBarMask;
-    if (scroll.effects != nullptr && scroll.effects->updateBar != nullptr) scroll.effects->updateBar(scroll, axis);
+    if (scroll.effects != nullptr && scroll.effects->updateBar != nullptr)
+        scroll.effects->updateBar(scroll, axis);
 }
 
 EditRect Inset(const EditRect& client) noexcept

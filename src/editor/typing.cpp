@@ -15,7 +15,10 @@ void SelectByMoving(EditWindow& window, std::int64_t columns)
     SelectionEnd(window);
 }
 
-void DeleteSelection(EditWindow& window) { PasteString(window, u"", 0, true); }
+void DeleteSelection(EditWindow& window)
+{
+    PasteString(window, u"", 0, true);
+}
 
 } // namespace
 

@@ -107,9 +107,15 @@ std::int32_t Redo(EditWindow& window)
     return 1;
 }
 
-bool CanUndo(const EditWindow& window) noexcept { return StateOf(window).undo != nullptr; }
+bool CanUndo(const EditWindow& window) noexcept
+{
+    return StateOf(window).undo != nullptr;
+}
 
-bool CanRedo(const EditWindow& window) noexcept { return StateOf(window).redo != nullptr; }
+bool CanRedo(const EditWindow& window) noexcept
+{
+    return StateOf(window).redo != nullptr;
+}
 
 void EmptyUndo(EditWindow& window) noexcept
 {

@@ -61,7 +61,8 @@ void SetLimits(DyalogHost& host) noexcept
     environment.HighestRank = 15;
     environment.MostElements = NoLimit;
     environment.AcceleratorId = DyalogAccelerators;
-    environment.Capabilities = static_cast<std::uint8_t>(DyalogCapabilities | (host.unicode ? CapabilityUnicode : 0));
+    environment.Capabilities =
+        static_cast<std::uint8_t>(DyalogCapabilities | (host.unicode ? CapabilityUnicode : 0));
     environment.ViewCapabilities = DyalogViewCapabilities;
 }
 
@@ -98,7 +99,8 @@ void DeliverResult(EditContext* context, const Localp* argument)
             if (host.resultStored) ServiceOf(host, dyalog::ReleaseArray)(host.resultSlot);
         } else if (returned != nullptr) {
             StoreResult(host, host.resultSlot, returned->block);
-        } else if (!host.resultStored && !WasCancelled(host) && argument != nullptr && argument->block != nullptr) {
+        } else if (!host.resultStored && !WasCancelled(host) && argument != nullptr &&
+                   argument->block != nullptr) {
             StoreResult(host, host.resultSlot, argument->block);
         }
     }
@@ -155,7 +157,8 @@ void DestroyLangEnv(DyalogHost& host) noexcept
     host.platform->unregisterWindows();
 }
 
-void ExternalFunction(DyalogHost& host, Localp* argument, DyalogBlock** resultSlot, const char16_t* title) noexcept
+void ExternalFunction(DyalogHost& host, Localp* argument, DyalogBlock** resultSlot,
+                      const char16_t* title) noexcept
 {
     TraceScope trace("dyalog_entry.cpp", "ExternalFunction");
     // Without an interpreter there is nobody to answer to.

@@ -81,7 +81,8 @@ const void* MessageForInterpreter(DyalogHost& host, const char16_t* text) noexce
 }
 
 // The text of an error number in characters of the edition's width, terminated.
-template <typename Character> OwnedArray<Character> FetchMessageText(const DyalogHost& host, std::int64_t number)
+template <typename Character>
+OwnedArray<Character> FetchMessageText(const DyalogHost& host, std::int64_t number)
 {
     const MessageTextService fetch = ServiceOf(host, dyalog::MessageText);
     const std::int64_t length = std::max<std::int64_t>(fetch(number, nullptr, 0), 0);

@@ -71,7 +71,8 @@ template <typename Function>
 // Keeps the table, even one of refused size; 16 when it is too small, else 0. Null changes nothing.
 std::int64_t SetInterpreterTable(DyalogHost& host, const std::int64_t* table) noexcept;
 // One edit from the interpreter's call to its return. Result and error travel through the slot and the error block.
-void ExternalFunction(DyalogHost& host, Localp* argument, DyalogBlock** resultSlot, const char16_t* title) noexcept;
+void ExternalFunction(DyalogHost& host, Localp* argument, DyalogBlock** resultSlot,
+                      const char16_t* title) noexcept;
 
 // --- setting up ---
 // Both tables, for the edition.
@@ -125,7 +126,8 @@ HostObject ScdrToObject(EditContext* context, const Scdr* scdr);
 HostObject UnicodeToObject(EditContext* context, const char16_t* text, std::int64_t length);
 
 // --- the other operations ---
-Scdr* CallPrimitiveReturningScdr(EditContext* context, std::int32_t primitive, const Scdr* argument, const Scdr* leftArgument);
+Scdr* CallPrimitiveReturningScdr(EditContext* context, std::int32_t primitive, const Scdr* argument,
+                                 const Scdr* leftArgument);
 std::int32_t CheckForInterrupt(EditContext* context);
 std::int64_t GetIntSysVar(EditContext* context, const char16_t* name, std::int64_t defaultValue);
 const char16_t* GetLibraryPath(EditContext* context);

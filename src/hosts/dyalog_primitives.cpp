@@ -45,14 +45,16 @@ constexpr PrimitiveRow Primitives[] = {
 
 const PrimitiveRow* FindPrimitive(std::int32_t command) noexcept
 {
-    const auto* row = std::find_if(std::begin(Primitives), std::end(Primitives),
-                                   [command](const PrimitiveRow& candidate) { return candidate.command == command; });
+    const auto* row =
+        std::find_if(std::begin(Primitives), std::end(Primitives),
+                     [command](const PrimitiveRow& candidate) { return candidate.command == command; });
     return row != std::end(Primitives) ? row : nullptr;
 }
 
 ScdrPtr RunPrimitive(EditContext* context, std::int32_t code, Localp* argument, Localp* result)
 {
-    const std::int64_t status = ServiceOf(HostOf(context), dyalog::CallPrimitive)(code, 3, 0, argument, 0, result, 1);
+    const std::int64_t status =
+        ServiceOf(HostOf(context), dyalog::CallPrimitive)(code, 3, 0, argument, 0, result, 1);
     if (!CheckDyalogCallbackResult(context, status)) return nullptr;
     return ScdrPtr(ObjectToScdr(context, result));
 }
@@ -69,7 +71,8 @@ ScdrPtr AskInterpreter(EditContext* context, std::int32_t code, const Scdr* scdr
     };
     const Holder argumentHolder{context, argument};
     const Holder resultHolder{context, LocalpAllocate(HostOf(context))};
-    return RunPrimitive(context, code, static_cast<Localp*>(argument), static_cast<Localp*>(resultHolder.object));
+    return RunPrimitive(context, code, static_cast<Localp*>(argument),
+                        static_cast<Localp*>(resultHolder.object));
 }
 
 bool IsNonzeroItem(const Scdr& scdr, std::int64_t index) noexcept
@@ -117,7 +120,8 @@ ScdrPtr ComputePrimitive(EditContext* context, const PrimitiveRow& row, const Sc
 
 } // namespace
 
-Scdr* CallPrimitiveReturningScdr(EditContext* context, std::int32_t primitive, const Scdr* argument, const Scdr*)
+Scdr* CallPrimitiveReturningScdr(EditContext* context, std::int32_t primitive, const Scdr* argument,
+                                 const Scdr*)
 {
     TraceScope trace("dyalog_primitives.cpp", "CallPrimitiveReturningScdr");
     ClearHostMessage(HostOf(context));

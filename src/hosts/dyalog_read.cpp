@@ -61,7 +61,9 @@ void CheckCodePoints(BlockReader& reader, const BlockHeader& header, std::int64_
 {
     if (header.elementType != DyalogCharacter32) return;
     const auto* codePoints = static_cast<const std::uint32_t*>(header.data);
-    const auto outside = [](std::uint32_t codePoint) { return static_cast<std::uint32_t>(IsOutsideUnit(codePoint)); };
+    const auto outside = [](std::uint32_t codePoint) {
+        return static_cast<std::uint32_t>(IsOutsideUnit(codePoint));
+    };
     if (NoItemHasBits<std::uint32_t>(codePoints, count, outside)) return;
     Refuse(reader, VTERROR_CODE::DomainError, MessageCodePoint);
 }
@@ -76,14 +78,16 @@ void ReadBits(const std::uint8_t* from, std::uint8_t* to, std::int64_t count)
 
 template <typename From, typename To> void Widen(const void* from, void* to, std::int64_t count)
 {
-    ConvertItems(static_cast<const From*>(from), static_cast<To*>(to), count, [](From item) { return static_cast<To>(item); });
+    ConvertItems(static_cast<const From*>(from), static_cast<To*>(to), count,
+                 [](From item) { return static_cast<To>(item); });
 }
 
 void ReadItems(BlockReader& reader, const BlockHeader& header, std::int64_t count, void* to)
 {
     switch (header.elementType) {
     case DyalogAtomic:
-        return ServiceOf(reader.host, dyalog::FromAtomic)(static_cast<char16_t*>(to), static_cast<const std::uint8_t*>(header.data), count);
+        return ServiceOf(reader.host, dyalog::FromAtomic)(
+            static_cast<char16_t*>(to), static_cast<const std::uint8_t*>(header.data), count);
     case DyalogBoolean:
         return ReadBits(static_cast<const std::uint8_t*>(header.data), static_cast<std::uint8_t*>(to), count);
     case DyalogInteger8: return Widen<std::int8_t, std::int64_t>(header.data, to, count);
@@ -107,7 +111,8 @@ void ReadChildren(BlockReader& reader, Scdr& node, const void* pointers, std::in
 {
     const auto* blocks = static_cast<const DyalogBlock* const*>(pointers);
     const std::int64_t count = ChildCount(node);
-    for (std::int64_t i = 0; i < count; ++i) SetChild(node, i, ReadBlock(reader, &node, blocks[i], depth + 1));
+    for (std::int64_t i = 0; i < count; ++i)
+        SetChild(node, i, ReadBlock(reader, &node, blocks[i], depth + 1));
 }
 
 // Throws, and leaves nothing behind then.
@@ -122,7 +127,8 @@ ScdrPtr ReadBlock(BlockReader& reader, Scdr* parent, const DyalogBlock* block, s
     // A size that overflows is refused before an item is looked at.
     static_cast<void>(BlockDataSize(header.elementType, count));
     CheckCodePoints(reader, header, count);
-    ScdrPtr node = AllocateScdr(reader.context, parent, ScdrTypeOf(header.elementType), header.rank, header.shape, false);
+    ScdrPtr node = AllocateScdr(reader.context, parent, ScdrTypeOf(header.elementType), header.rank,
+                                header.shape, false);
     if (node->Type == TypeNested) {
         ReadChildren(reader, *node, header.data, depth);
     } else {

@@ -45,7 +45,8 @@ enum ErrorKind : std::uint32_t { ErrorKindPlain = 5, ErrorKindMessage = 7 };
 using TrapRoutine = void (*)(std::int64_t code);
 
 // Group 1: arrays.
-using AllocateArrayService = DyalogBlock* (*)(std::int64_t elementType, std::int64_t rank, const std::int64_t* shape, Localp*);
+using AllocateArrayService = DyalogBlock* (*)(std::int64_t elementType, std::int64_t rank,
+                                              const std::int64_t* shape, Localp*);
 using RegisterLocalpService = void (*)(Localp*);
 using ReleaseArrayService = void (*)(DyalogBlock** resultSlot); // releases what the slot holds
 using UnregisterLocalpService = void (*)(Localp*);
@@ -53,8 +54,9 @@ using ErrorTrapService = std::uint64_t* (*)();
 using FinishArrayService = void (*)(DyalogBlock*);
 using SignalErrorService = void (*)(ErrorBlock*);
 // Group 3: language. Lengths and counts are in characters of the text's own width.
-using CallPrimitiveService = std::int32_t (*)(std::int64_t code, std::int64_t three, std::int64_t zero, Localp* argument,
-                                              std::int64_t alsoZero, Localp* result, std::uint8_t one);
+using CallPrimitiveService = std::int32_t (*)(std::int64_t code, std::int64_t three, std::int64_t zero,
+                                              Localp* argument, std::int64_t alsoZero, Localp* result,
+                                              std::uint8_t one);
 using SystemVariablesService = void (*)(std::int64_t* indexOrigin, std::int64_t* printPrecision);
 using MessageTextService = std::int64_t (*)(std::int64_t errorNumber, void* buffer, std::int64_t length);
 using InterruptService = std::int32_t (*)();

@@ -28,8 +28,8 @@ void ForgetResumeFrame() noexcept
 }
 
 // Whether the interpreter returned; else the trap was sprung. No object with a destructor lives in this frame.
-bool AllocateOrTrap(AllocateArrayService allocate, std::uint32_t elementType, std::int32_t rank, const std::int64_t* shape,
-                    Localp* localp, DyalogBlock** block)
+bool AllocateOrTrap(AllocateArrayService allocate, std::uint32_t elementType, std::int32_t rank,
+                    const std::int64_t* shape, Localp* localp, DyalogBlock** block)
 {
     if (setjmp(g_resume) != 0) return false;
     ForgetResumeFrame();
@@ -55,16 +55,17 @@ void FreeObject(EditContext* context, HostObject localp)
     FreeBytes(localp);
 }
 
-DyalogBlock* ArraySpace(EditContext* context, std::uint32_t elementType, std::int32_t rank, const std::int64_t* shape,
-                        Localp* localp)
+DyalogBlock* ArraySpace(EditContext* context, std::uint32_t elementType, std::int32_t rank,
+                        const std::int64_t* shape, Localp* localp)
 {
     TraceScope trace("dyalog_space.cpp", "ArraySpace");
     const DyalogHost& host = HostOf(context);
     std::uint64_t* trapWord = ServiceOf(host, dyalog::ErrorTrap)();
     const std::uint64_t interpretersTrap = *trapWord;
-    *trapWord = reinterpret_cast<std::uint64_t>(&TrapAllocation);
+    *trapWord = reinterpret_cast<std::uint64_t>(TrapRoutine{TrapAllocation});
     DyalogBlock* block = nullptr;
-    const bool returned = AllocateOrTrap(ServiceOf(host, dyalog::AllocateArray), elementType, rank, shape, localp, &block);
+    const bool returned =
+        AllocateOrTrap(ServiceOf(host, dyalog::AllocateArray), elementType, rank, shape, localp, &block);
     *trapWord = interpretersTrap;
     if (!returned) {
         // A trap without a number is still a failure.

@@ -38,15 +38,19 @@ bool IsInAtomicVector(const DyalogHost& host, const Scdr& scdr) noexcept
 std::uint32_t UnicodeCharacterType(const Scdr& scdr) noexcept
 {
     const auto* units = static_cast<const char16_t*>(scdr.data);
-    const bool narrow = NoItemHasBits<std::uint16_t>(units, scdr.ElementCount, [](char16_t unit) { return unit & 0xFF00; });
+    const bool narrow =
+        NoItemHasBits<std::uint16_t>(units, scdr.ElementCount, [](char16_t unit) { return unit & 0xFF00; });
     return narrow ? DyalogCharacter8 : DyalogCharacter16;
 }
 
 std::uint32_t IntegerType(const Scdr& scdr) noexcept
 {
     const auto* items = static_cast<const std::int64_t*>(scdr.data);
-    const auto beyondBit = [](std::int64_t item) { return static_cast<std::uint64_t>(item) & ~std::uint64_t{1}; };
-    return NoItemHasBits<std::uint64_t>(items, scdr.ElementCount, beyondBit) ? DyalogBoolean : DyalogInteger32;
+    const auto beyondBit = [](std::int64_t item) {
+        return static_cast<std::uint64_t>(item) & ~std::uint64_t{1};
+    };
+    return NoItemHasBits<std::uint64_t>(items, scdr.ElementCount, beyondBit) ? DyalogBoolean
+                                                                             : DyalogInteger32;
 }
 
 std::uint32_t RealType(const Scdr& scdr) noexcept
@@ -70,8 +74,10 @@ std::uint32_t ComplexType(const Scdr& scdr) noexcept
         if (imaginary != 0.0) return DyalogComplex; // also when it is not a number
         // Decides at once, whatever follows: such numbers have always been stored as floats.
         if (!IsInIntegerRange(real)) return DyalogFloat;
-        if (!IsIntegral(real)) type = DyalogFloat;
-        else if (type == DyalogBoolean && !IsBit(real)) type = DyalogInteger32;
+        if (!IsIntegral(real))
+            type = DyalogFloat;
+        else if (type == DyalogBoolean && !IsBit(real))
+            type = DyalogInteger32;
     }
     return type;
 }
@@ -95,10 +101,12 @@ std::uint32_t DialectTypeOf(const DyalogHost& host, const Scdr& scdr) noexcept
 void CollectTypes(const DyalogHost& host, const Scdr& scdr, DialectTypes& types, std::int32_t depth)
 {
     if (depth > DeepestNesting) throw VTERROR_CODE::SystemLimit;
-    if (scdr.Type == TypeCharacter && !host.unicode && !IsInAtomicVector(host, scdr)) throw VTERROR_CODE::DomainError;
+    if (scdr.Type == TypeCharacter && !host.unicode && !IsInAtomicVector(host, scdr))
+        throw VTERROR_CODE::DomainError;
     types.push_back(static_cast<std::uint8_t>(DialectTypeOf(host, scdr)));
     const std::int64_t count = ChildCount(scdr);
-    for (std::int64_t i = 0; i < count; ++i) CollectTypes(host, *Children(scdr)[i], types, depth + 1);
+    for (std::int64_t i = 0; i < count; ++i)
+        CollectTypes(host, *Children(scdr)[i], types, depth + 1);
 }
 
 } // namespace

@@ -19,7 +19,10 @@ struct BlockWriter {
 // A localp for the time of a block. Items of nested arrays are so many that theirs stand on the stack.
 class ScopedLocalp {
 public:
-    explicit ScopedLocalp(const DyalogHost& host) : host_(host) { ServiceOf(host_, dyalog::RegisterLocalp)(&localp_); }
+    explicit ScopedLocalp(const DyalogHost& host) : host_(host)
+    {
+        ServiceOf(host_, dyalog::RegisterLocalp)(&localp_);
+    }
     ~ScopedLocalp() { ServiceOf(host_, dyalog::UnregisterLocalp)(&localp_); }
     ScopedLocalp(const ScopedLocalp&) = delete;
     ScopedLocalp& operator=(const ScopedLocalp&) = delete;
@@ -46,7 +49,8 @@ std::int32_t TowardZero(double value) noexcept
 template <typename To, typename Convert> void ConvertRealParts(const Scdr& scdr, To* to, Convert convert)
 {
     const auto* pairs = static_cast<const double*>(scdr.data);
-    for (std::int64_t i = 0; i < scdr.ElementCount; ++i) to[i] = convert(pairs[2 * i]);
+    for (std::int64_t i = 0; i < scdr.ElementCount; ++i)
+        to[i] = convert(pairs[2 * i]);
 }
 
 void PackRealParts(const Scdr& scdr, std::uint8_t* bytes)
@@ -55,18 +59,23 @@ void PackRealParts(const Scdr& scdr, std::uint8_t* bytes)
         double real;
         double imaginary;
     };
-    PackBits(static_cast<const Pair*>(scdr.data), bytes, scdr.ElementCount, [](const Pair& pair) { return pair.real != 0.0; });
+    PackBits(static_cast<const Pair*>(scdr.data), bytes, scdr.ElementCount,
+             [](const Pair& pair) { return pair.real != 0.0; });
 }
 
 bool WriteBits(const Scdr& scdr, std::uint8_t* to)
 {
     switch (scdr.Type) {
-    case TypeBoolean: std::memcpy(to, scdr.data, BlockDataSize(DyalogBoolean, scdr.ElementCount)); return true;
+    case TypeBoolean:
+        std::memcpy(to, scdr.data, BlockDataSize(DyalogBoolean, scdr.ElementCount));
+        return true;
     case TypeInteger:
-        PackBits(static_cast<const std::int64_t*>(scdr.data), to, scdr.ElementCount, [](std::int64_t item) { return item != 0; });
+        PackBits(static_cast<const std::int64_t*>(scdr.data), to, scdr.ElementCount,
+                 [](std::int64_t item) { return item != 0; });
         return true;
     case TypeReal:
-        PackBits(static_cast<const double*>(scdr.data), to, scdr.ElementCount, [](double item) { return item != 0.0; });
+        PackBits(static_cast<const double*>(scdr.data), to, scdr.ElementCount,
+                 [](double item) { return item != 0.0; });
         return true;
     case TypeComplex: PackRealParts(scdr, to); return true;
     default: return false;
@@ -76,8 +85,12 @@ bool WriteBits(const Scdr& scdr, std::uint8_t* to)
 bool WriteIntegers(const Scdr& scdr, std::int32_t* to)
 {
     switch (scdr.Type) {
-    case TypeInteger: ConvertItems(static_cast<const std::int64_t*>(scdr.data), to, scdr.ElementCount, LowWord); return true;
-    case TypeReal: ConvertItems(static_cast<const double*>(scdr.data), to, scdr.ElementCount, TowardZero); return true;
+    case TypeInteger:
+        ConvertItems(static_cast<const std::int64_t*>(scdr.data), to, scdr.ElementCount, LowWord);
+        return true;
+    case TypeReal:
+        ConvertItems(static_cast<const double*>(scdr.data), to, scdr.ElementCount, TowardZero);
+        return true;
     case TypeComplex: ConvertRealParts(scdr, to, TowardZero); return true;
     default: return false;
     }
@@ -87,7 +100,8 @@ bool WriteFloats(const Scdr& scdr, double* to)
 {
     switch (scdr.Type) {
     case TypeBoolean:
-        for (std::int64_t i = 0; i < scdr.ElementCount; ++i) to[i] = GetBit(scdr.data, i) ? 1.0 : 0.0;
+        for (std::int64_t i = 0; i < scdr.ElementCount; ++i)
+            to[i] = GetBit(scdr.data, i) ? 1.0 : 0.0;
         return true;
     case TypeInteger:
         ConvertItems(static_cast<const std::int64_t*>(scdr.data), to, scdr.ElementCount,
@@ -167,8 +181,9 @@ bool WriteBlock(BlockWriter& writer, const Scdr& scdr, Localp& holder)
     DyalogBlock* block = ArraySpace(writer.context, dialectType, scdr.Rank, scdr.Shape, &holder);
     if (block == nullptr) return false;
     void* items = BlockData(*block, scdr.Rank);
-    const bool written = dialectType == DyalogPointer ? WriteChildren(writer, scdr, static_cast<DyalogBlock**>(items))
-                                                      : WriteItems(writer.context, scdr, dialectType, items);
+    const bool written = dialectType == DyalogPointer
+                             ? WriteChildren(writer, scdr, static_cast<DyalogBlock**>(items))
+                             : WriteItems(writer.context, scdr, dialectType, items);
     if (!written) return false;
     ServiceOf(writer.host, dyalog::FinishArray)(block);
     return true;

@@ -25,14 +25,16 @@ void UseCharacterTable(const char16_t* table) noexcept
     if (g_membership.known && std::memcmp(g_membership.table, table, sizeof g_membership.table) == 0) return;
     std::memcpy(g_membership.table, table, sizeof g_membership.table);
     std::memset(g_membership.units, 0, sizeof g_membership.units);
-    for (std::size_t i = 0; i < TableSize; ++i) SetBit(g_membership.units, table[i], true);
+    for (std::size_t i = 0; i < TableSize; ++i)
+        SetBit(g_membership.units, table[i], true);
     g_membership.known = true;
 }
 
 bool FitsLimits(const LangEnv& host, const Scdr& node) noexcept
 {
     if (node.ElementCount > host.MostElements || node.Rank > host.HighestRank) return false;
-    return std::all_of(node.Shape, node.Shape + node.Rank, [&](std::int64_t axis) { return axis <= host.LongestAxis; });
+    return std::all_of(node.Shape, node.Shape + node.Rank,
+                       [&](std::int64_t axis) { return axis <= host.LongestAxis; });
 }
 
 bool HasCapability(const LangEnv& host, Capability capability) noexcept
@@ -44,7 +46,8 @@ bool FitIn32Bits(const std::int64_t* values, std::int64_t count) noexcept
 {
     constexpr std::int64_t lowest = std::numeric_limits<std::int32_t>::min();
     constexpr std::int64_t highest = std::numeric_limits<std::int32_t>::max();
-    return std::all_of(values, values + count, [](std::int64_t value) { return value >= lowest && value <= highest; });
+    return std::all_of(values, values + count,
+                       [](std::int64_t value) { return value >= lowest && value <= highest; });
 }
 
 bool HasNoImaginaryParts(const double* pairs, std::int64_t count) noexcept
@@ -87,7 +90,8 @@ bool CanSaveScdr(EditContext* context, const Scdr& node) noexcept
 {
     TraceScope trace("can_save.cpp", "CanSaveScdr");
     const LangEnv& host = *context->langEnv;
-    if (!HasCapability(host, CapabilityUnicode) && host.CharacterTable != nullptr) UseCharacterTable(host.CharacterTable);
+    if (!HasCapability(host, CapabilityUnicode) && host.CharacterTable != nullptr)
+        UseCharacterTable(host.CharacterTable);
     for (SubtreeWalk walk(node); walk.Node() != nullptr; walk.Next()) {
         if (!FitsLimits(host, *walk.Node()) || !FitsType(host, *walk.Node())) return false;
     }

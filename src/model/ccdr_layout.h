@@ -11,7 +11,8 @@
 
 namespace vantrel {
 
-static_assert(std::endian::native == std::endian::little, "images are little-endian and copied as they stand");
+static_assert(std::endian::native == std::endian::little,
+              "images are little-endian and copied as they stand");
 
 inline constexpr std::uint32_t CcdrMagic = 0x52444343; // "CCDR"
 inline constexpr std::uint32_t CcdrVersion = 1;

@@ -127,7 +127,8 @@ private:
         if (old) FindOldRank(header);
         Require(HasShape(header, header.rank) && HasPayload(header, header.rank));
         header.payload = header.shape + 8 * std::int64_t{header.rank};
-        header.payloadEnd = header.payload + static_cast<std::int64_t>(CcdrPayloadSize(header.type, header.count));
+        header.payloadEnd =
+            header.payload + static_cast<std::int64_t>(CcdrPayloadSize(header.type, header.count));
         header.hasAxisNames = !old && header.rank >= 3;
         return header;
     }
@@ -143,7 +144,8 @@ private:
     {
         AllowDecimals(header);
         shape_.resize(static_cast<std::size_t>(header.rank));
-        if (header.rank > 0) std::memcpy(shape_.data(), image_ + header.shape, shape_.size() * sizeof(std::int64_t));
+        if (header.rank > 0)
+            std::memcpy(shape_.data(), image_ + header.shape, shape_.size() * sizeof(std::int64_t));
         // Decimal data is not in the image; zeroes are at least nobody's old memory.
         const bool fill = header.type == TypeNested || header.type == TypeDecimal;
         ScdrPtr node = AllocateScdr(context_, parent, header.type, header.rank, shape_.data(), fill);
@@ -159,7 +161,8 @@ private:
 
     void Open(Scdr& node, const BlockHeader& header)
     {
-        if (!IsSimple(node) && static_cast<std::int64_t>(open_.size()) >= DeepestNesting) throw VTERROR_CODE::SystemLimit;
+        if (!IsSimple(node) && static_cast<std::int64_t>(open_.size()) >= DeepestNesting)
+            throw VTERROR_CODE::SystemLimit;
         open_.push_back({&node, header, header.payloadEnd, 0});
     }
 
@@ -168,7 +171,8 @@ private:
     {
         const std::int64_t index = block.nextChild++;
         const auto offset = Load<std::int64_t>(block.header.payload + 8 * index);
-        Require(offset >= block.childrenEnd - block.header.start && offset <= block.header.end - block.header.start);
+        Require(offset >= block.childrenEnd - block.header.start &&
+                offset <= block.header.end - block.header.start);
         const BlockHeader header = ReadHeader(block.header.start + offset, block.header.end);
         block.childrenEnd = header.end;
         ScdrPtr child = MakeNode(block.node, header);

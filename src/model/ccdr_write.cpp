@@ -19,7 +19,8 @@ std::size_t AxisNamesBytes(const Scdr& node)
 {
     if (node.Rank < 3) return 0;
     std::size_t units = 0;
-    for (std::int32_t axis = 0; axis < node.Rank; ++axis) units += NameUnits(node.extra->AxisNames[axis]);
+    for (std::int32_t axis = 0; axis < node.Rank; ++axis)
+        units += NameUnits(node.extra->AxisNames[axis]);
     return units * sizeof(char16_t);
 }
 
@@ -90,7 +91,8 @@ private:
         StoreNumber(image_ + block.payload + 8 * index, start - block.start);
         const Scdr& child = *Children(*block.node)[index];
         OpenBlock(child);
-        if ((child.Flags & FlagKeptSize) != 0) image_[start + CcdrHeaderSize + CcdrFlagsAt] |= CcdrFlagKeptSize;
+        if ((child.Flags & FlagKeptSize) != 0)
+            image_[start + CcdrHeaderSize + CcdrFlagsAt] |= CcdrFlagKeptSize;
     }
 
     void CloseBlock(const Block& block) noexcept
@@ -119,8 +121,10 @@ std::int64_t CalcCcdrSize(const Scdr& node)
 {
     TraceScope trace("ccdr_write.cpp", "CalcCcdrSize");
     std::size_t size = 0;
-    for (SubtreeWalk walk(node); walk.Node() != nullptr; walk.Next()) size = CheckedAdd(size, OwnBytes(*walk.Node()));
-    if (size > static_cast<std::size_t>(std::numeric_limits<std::int64_t>::max())) throw VTERROR_CODE::OutOfMemory;
+    for (SubtreeWalk walk(node); walk.Node() != nullptr; walk.Next())
+        size = CheckedAdd(size, OwnBytes(*walk.Node()));
+    if (size > static_cast<std::size_t>(std::numeric_limits<std::int64_t>::max()))
+        throw VTERROR_CODE::OutOfMemory;
     return static_cast<std::int64_t>(size);
 }
 

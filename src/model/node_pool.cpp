@@ -29,6 +29,11 @@ void ReturnNode(Scdr* node) noexcept
     FreeBytes(node);
 }
 
+std::int64_t NodePoolBytes() noexcept
+{
+    return 0;
+}
+
 #else
 
 namespace {
@@ -58,7 +63,8 @@ NodePool g_pool;
 // The slab itself stays out of the books of entry/memory: its nodes are in them, one by one.
 void AddSlab()
 {
-    const std::size_t nodes = g_pool.slabs == nullptr ? SmallestSlab : std::min(g_pool.slabs->nodes * 2, LargestSlab);
+    const std::size_t nodes =
+        g_pool.slabs == nullptr ? SmallestSlab : std::min(g_pool.slabs->nodes * 2, LargestSlab);
     auto* slab = static_cast<Slab*>(std::malloc(sizeof(Slab) + nodes * sizeof(Scdr)));
     if (slab == nullptr) throw VTERROR_CODE::OutOfMemory;
     slab->next = g_pool.slabs;
@@ -110,6 +116,14 @@ void ReturnNode(Scdr* node) noexcept
         return;
     }
     g_pool.returned = new (static_cast<void*>(node)) FreeNode{g_pool.returned};
+}
+
+std::int64_t NodePoolBytes() noexcept
+{
+    std::size_t bytes = 0;
+    for (const Slab* slab = g_pool.slabs; slab != nullptr; slab = slab->next)
+        bytes += sizeof(Slab) + slab->nodes * sizeof(Scdr);
+    return static_cast<std::int64_t>(bytes);
 }
 
 #endif

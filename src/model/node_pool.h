@@ -12,5 +12,7 @@ namespace vantrel {
 [[nodiscard]] Scdr* TakeNode();
 // Null is not allowed.
 void ReturnNode(Scdr* node) noexcept;
+// Bytes of the slabs now held, for measurements; 0 where nodes are plain blocks.
+[[nodiscard]] std::int64_t NodePoolBytes() noexcept;
 
 } // namespace vantrel

@@ -26,8 +26,9 @@ ScdrPtr PrototypeOfItem(EditContext* context, Scdr* parent, const Scdr& item)
 ScdrPtr Prototype(EditContext* context, Scdr* parent, const Scdr& source)
 {
     TraceScope trace("prototype.cpp", "Prototype");
-    ScdrPtr prototype = IsSimple(source) ? AllocateScdr(context, parent, FillType(source.Type), 0, nullptr, true)
-                                         : PrototypeOfItem(context, parent, *Children(source)[0]);
+    ScdrPtr prototype = IsSimple(source)
+                            ? AllocateScdr(context, parent, FillType(source.Type), 0, nullptr, true)
+                            : PrototypeOfItem(context, parent, *Children(source)[0]);
     SetSimplestType(*prototype);
     return prototype;
 }

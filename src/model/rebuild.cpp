@@ -32,7 +32,8 @@ ScdrPtr IntegerVector(EditContext* context, Scdr* parent, std::int64_t length)
 // Null, with the host's ErrorCode, where the host does not take the argument.
 ScdrPtr CallHost(EditContext* context, std::int32_t action, const Scdr& argument)
 {
-    return ScdrPtr(context->langEnv->Operations.CallPrimitiveReturningScdr(context, action, &argument, nullptr));
+    return ScdrPtr(
+        context->langEnv->Operations.CallPrimitiveReturningScdr(context, action, &argument, nullptr));
 }
 
 // --- scalars and vectors ---
@@ -82,7 +83,8 @@ std::int64_t RowsInAll(const Scdr& node)
     const std::int64_t* end = shape + node.Rank - 1;
     if (std::find(shape, end, 0) != end) return 0;
     std::size_t rows = 1;
-    for (const std::int64_t* axis = shape; axis != end; ++axis) rows = CheckedMultiply(*axis, rows);
+    for (const std::int64_t* axis = shape; axis != end; ++axis)
+        rows = CheckedMultiply(*axis, rows);
     if (static_cast<std::int64_t>(rows) > node.records.count) throw VTERROR_CODE::LengthError;
     return static_cast<std::int64_t>(rows);
 }
@@ -192,7 +194,8 @@ ScdrPtr ScdrRecordsToScdrVectrix(EditContext* context, const Scdr& node)
 {
     TraceScope trace("rebuild.cpp", "ScdrRecordsToScdrVectrix");
     try {
-        return VectrixOfRows(context, node, node.Rank >= 3 ? std::min(Rows(node), node.records.count) : node.records.count);
+        return VectrixOfRows(context, node,
+                             node.Rank >= 3 ? std::min(Rows(node), node.records.count) : node.records.count);
     } catch (VTERROR_CODE code) {
         SetErrorCode(context, code);
         return nullptr;

@@ -49,14 +49,16 @@ struct OwnedTextLink {
 void FreeOwnedTexts(RecordList& list) noexcept;
 
 // Calls `visit(RecordText)` for `count` rows from `first` on; they must exist.
-template <typename Visit> void ForEachRecord(const RecordList& list, std::int64_t first, std::int64_t count, Visit visit)
+template <typename Visit>
+void ForEachRecord(const RecordList& list, std::int64_t first, std::int64_t count, Visit visit)
 {
     if (count <= 0) return;
     std::int32_t chunk = FindChunk(list, first);
     std::int64_t row = first - ChunkStart(list, chunk);
     while (count > 0) {
         const RecordChunk& present = list.chunks[chunk++];
-        for (; row < present.count && count > 0; ++row, --count) visit(RowOfChunk(present, row));
+        for (; row < present.count && count > 0; ++row, --count)
+            visit(RowOfChunk(present, row));
         row = 0;
     }
 }

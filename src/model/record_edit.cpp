@@ -18,7 +18,8 @@ bool LiesInside(const char16_t* text, std::int64_t length, const Record& record)
 }
 
 // Writes into the record's own buffer; the new text must fit and come from elsewhere.
-void SpliceInPlace(Record& record, std::int64_t column, std::int64_t removed, const char16_t* text, std::int64_t length) noexcept
+void SpliceInPlace(Record& record, std::int64_t column, std::int64_t removed, const char16_t* text,
+                   std::int64_t length) noexcept
 {
     auto* buffer = const_cast<char16_t*>(record.text);
     char16_t* rest = buffer + column + removed;
@@ -29,7 +30,8 @@ void SpliceInPlace(Record& record, std::int64_t column, std::int64_t removed, co
 }
 
 // Room for further typing is taken with the buffer, so that a long line is not copied for every key.
-void SpliceIntoNewBuffer(Record& record, std::int64_t column, std::int64_t removed, const char16_t* text, std::int64_t length)
+void SpliceIntoNewBuffer(Record& record, std::int64_t column, std::int64_t removed, const char16_t* text,
+                         std::int64_t length)
 {
     const std::int64_t newLength = record.length - removed + length;
     const std::int64_t capacity = newLength + std::max(SmallestSlack, newLength / 8);
@@ -123,7 +125,8 @@ void MoveTexts(RecordList& list, RecordList& from) noexcept
     if (from.ownedText == nullptr) return;
     if (list.ownedText != nullptr) {
         auto* last = static_cast<OwnedTextLink*>(from.ownedText);
-        while (last->next != nullptr) last = last->next;
+        while (last->next != nullptr)
+            last = last->next;
         last->next = static_cast<OwnedTextLink*>(list.ownedText);
     }
     list.ownedText = from.ownedText;
@@ -147,7 +150,8 @@ void InsertIntoChunk(RecordList& list, std::int32_t index, std::int32_t offset, 
     RecordChunk& chunk = list.chunks[index];
     PrepareTextMove(list, from);
     MakeEdited(chunk, rows);
-    std::copy_backward(chunk.records + offset, chunk.records + chunk.count, chunk.records + chunk.count + rows);
+    std::copy_backward(chunk.records + offset, chunk.records + chunk.count,
+                       chunk.records + chunk.count + rows);
     Record* place = chunk.records + offset;
     for (std::int32_t i = 0; i < from.chunkCount; ++i) {
         const RecordChunk& source = from.chunks[i];
@@ -185,7 +189,8 @@ void MakeEdited(RecordChunk& chunk, std::int32_t more)
 {
     const std::int32_t needed = chunk.count + more;
     if (!IsBulk(chunk) && needed <= chunk.capacity) return;
-    const std::int32_t capacity = std::max(needed, std::min<std::int32_t>(chunk.capacity * 2, RecordsPerChunk));
+    const std::int32_t capacity =
+        std::max(needed, std::min<std::int32_t>(chunk.capacity * 2, RecordsPerChunk));
     OwnedArray<Record> records = AllocateArray<Record>(capacity);
     for (std::int32_t row = 0; row < chunk.count; ++row) {
         const RecordText text = RowOfChunk(chunk, row);
@@ -199,12 +204,13 @@ void MakeEdited(RecordChunk& chunk, std::int32_t more)
 void RefreshChunk(RecordChunk& chunk) noexcept
 {
     chunk.longest = 0;
-    for (std::int32_t i = 0; i < chunk.count; ++i) chunk.longest = std::max(chunk.longest, chunk.records[i].length);
+    for (std::int32_t i = 0; i < chunk.count; ++i)
+        chunk.longest = std::max(chunk.longest, chunk.records[i].length);
     chunk.widest = -1;
 }
 
-void SpliceRecord(RecordList& list, std::int64_t row, std::int64_t column, std::int64_t removed, const char16_t* text,
-                  std::int64_t length)
+void SpliceRecord(RecordList& list, std::int64_t row, std::int64_t column, std::int64_t removed,
+                  const char16_t* text, std::int64_t length)
 {
     TraceScope trace("record_edit.cpp", "SpliceRecord");
     const std::int32_t index = FindChunk(list, row);
@@ -240,7 +246,8 @@ void EraseRecords(RecordList& list, std::int64_t first, std::int64_t count)
         const std::int64_t chunkStart = ChunkStart(list, i);
         const std::int64_t from = std::max<std::int64_t>(first - chunkStart, 0);
         const std::int64_t end = std::min<std::int64_t>(first + count - chunkStart, list.chunks[i].count);
-        EraseFromChunk(list.chunks[i], static_cast<std::int32_t>(from), static_cast<std::int32_t>(end - from));
+        EraseFromChunk(list.chunks[i], static_cast<std::int32_t>(from),
+                       static_cast<std::int32_t>(end - from));
     }
     RemoveEmptyChunks(list, start, tail);
 }

@@ -51,12 +51,14 @@ void ReserveChunks(RecordList& list, std::int64_t more)
         return;
     }
     std::uint8_t bits = 2;
-    while ((std::int64_t{1} << bits) < needed) ++bits;
+    while ((std::int64_t{1} << bits) < needed)
+        ++bits;
     if (HasBlock(list) && bits <= list.capacityBits) return;
     auto* chunks = static_cast<RecordChunk*>(AllocateBytes(BlockBytes(bits)));
     auto* starts = reinterpret_cast<std::int64_t*>(chunks + (std::int64_t{1} << bits));
     std::copy_n(list.chunks, list.chunkCount, chunks);
-    for (std::int32_t i = 0; i < list.chunkCount; ++i) starts[i] = ChunkStart(list, i);
+    for (std::int32_t i = 0; i < list.chunkCount; ++i)
+        starts[i] = ChunkStart(list, i);
     if (HasBlock(list)) FreeBytes(list.chunks);
     list.chunks = chunks;
     list.starts = starts;
@@ -65,7 +67,8 @@ void ReserveChunks(RecordList& list, std::int64_t more)
 
 void OpenChunkGap(RecordList& list, std::int32_t at, std::int32_t chunks) noexcept
 {
-    std::copy_backward(list.chunks + at, list.chunks + list.chunkCount, list.chunks + list.chunkCount + chunks);
+    std::copy_backward(list.chunks + at, list.chunks + list.chunkCount,
+                       list.chunks + list.chunkCount + chunks);
     list.chunkCount += chunks;
 }
 
@@ -116,7 +119,8 @@ void FreeOwnedTexts(RecordList& list) noexcept
 
 void FreeRecords(RecordList& list) noexcept
 {
-    for (std::int32_t i = 0; i < list.chunkCount; ++i) FreeChunk(list.chunks[i]);
+    for (std::int32_t i = 0; i < list.chunkCount; ++i)
+        FreeChunk(list.chunks[i]);
     if (HasBlock(list)) FreeBytes(list.chunks);
     FreeOwnedTexts(list);
     list = RecordList{};
@@ -149,7 +153,8 @@ std::int64_t LongestRecord(const RecordList& list) noexcept
 {
     TraceScope trace("record_list.cpp", "LongestRecord");
     std::int64_t longest = 0;
-    for (std::int32_t i = 0; i < list.chunkCount; ++i) longest = std::max(longest, list.chunks[i].longest);
+    for (std::int32_t i = 0; i < list.chunkCount; ++i)
+        longest = std::max(longest, list.chunks[i].longest);
     return longest;
 }
 

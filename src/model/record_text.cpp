@@ -15,7 +15,10 @@ constexpr char16_t LineEnd[2] = {CarriageReturn, LineFeed};
 // Cuts one line off the front of what is left of a text.
 class LineCutter {
 public:
-    LineCutter(const char16_t* text, std::int64_t length) noexcept : text_(text), next_(text), end_(text + length) {}
+    LineCutter(const char16_t* text, std::int64_t length) noexcept
+        : text_(text), next_(text), end_(text + length)
+    {
+    }
 
     RecordText Next() noexcept
     {
@@ -120,7 +123,8 @@ Text TextOfSpan(const RecordList& list, const RowSpan& span)
 {
     Text text;
     text.reserve(static_cast<std::size_t>(SpanLength(list, span)));
-    WriteSpan(list, span, [&](RecordText part) { text.append(part.text, static_cast<std::size_t>(part.length)); });
+    WriteSpan(list, span,
+              [&](RecordText part) { text.append(part.text, static_cast<std::size_t>(part.length)); });
     return text;
 }
 
@@ -132,7 +136,8 @@ RowSpan WholeList(const RecordList& list) noexcept
 
 } // namespace
 
-bool StringToRecords(EditContext* context, const char16_t* text, std::int64_t length, RecordList& list, bool borrow)
+bool StringToRecords(EditContext* context, const char16_t* text, std::int64_t length, RecordList& list,
+                     bool borrow)
 {
     TraceScope trace("record_text.cpp", "StringToRecords");
     try {
@@ -156,7 +161,8 @@ Text RecordsToString(const RecordList& list, std::int64_t firstRow, const Record
     return TextOfSpan(list, SpanOfRange(list, firstRow, range));
 }
 
-std::int64_t RecordsToStringLength(const RecordList& list, std::int64_t firstRow, const RecordRange& range) noexcept
+std::int64_t RecordsToStringLength(const RecordList& list, std::int64_t firstRow,
+                                   const RecordRange& range) noexcept
 {
     TraceScope trace("record_text.cpp", "RecordsToStringLength");
     return SpanLength(list, SpanOfRange(list, firstRow, range));
@@ -175,7 +181,8 @@ std::int64_t AllRecordsLength(const RecordList& records) noexcept
 
 void WriteAllRecords(const RecordList& records, char16_t* destination) noexcept
 {
-    WriteSpan(records, WholeList(records), [&](RecordText part) { destination = std::copy_n(part.text, part.length, destination); });
+    WriteSpan(records, WholeList(records),
+              [&](RecordText part) { destination = std::copy_n(part.text, part.length, destination); });
 }
 
 } // namespace vantrel

@@ -31,7 +31,8 @@ std::int64_t CountUnmeasured(const RecordChunk& chunk) noexcept
 {
     if (chunk.widest >= 0) return 0;
     if (IsBulk(chunk)) return chunk.count;
-    return std::count_if(chunk.records, chunk.records + chunk.count, [](const Record& record) { return record.width < 0; });
+    return std::count_if(chunk.records, chunk.records + chunk.count,
+                         [](const Record& record) { return record.width < 0; });
 }
 
 } // namespace
@@ -57,7 +58,8 @@ std::int64_t CountUnmeasuredRecords(const RecordList& list) noexcept
 {
     TraceScope trace("record_widths.cpp", "CountUnmeasuredRecords");
     std::int64_t count = 0;
-    for (std::int32_t i = 0; i < list.chunkCount; ++i) count += CountUnmeasured(list.chunks[i]);
+    for (std::int32_t i = 0; i < list.chunkCount; ++i)
+        count += CountUnmeasured(list.chunks[i]);
     return count;
 }
 
@@ -68,7 +70,8 @@ void ForgetRecordWidths(RecordList& list) noexcept
         RecordChunk& chunk = list.chunks[i];
         chunk.widest = -1;
         if (IsBulk(chunk)) continue;
-        for (std::int32_t row = 0; row < chunk.count; ++row) chunk.records[row].width = -1;
+        for (std::int32_t row = 0; row < chunk.count; ++row)
+            chunk.records[row].width = -1;
     }
 }
 

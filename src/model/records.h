@@ -45,12 +45,13 @@ struct RecordChunk {
 // Owned by its node; plain so that a node can hold it. A zero-filled list has no records and is valid. A list that holds records must not
 // be moved or copied: `chunks` may point into it.
 struct RecordList {
-    RecordChunk* chunks; // `&single`, or a block of chunks and starts
+    RecordChunk* chunks;  // `&single`, or a block of chunks and starts
     std::int64_t* starts; // first row of each chunk; null with `single`
     RecordChunk single;   // a list of one chunk needs no block of its own
-    void* ownedText;      // the text block that bulk chunks and borrowed records point into, or null; see RecordsTextChain
-    std::int64_t count;   // public: rows in all
-    std::int64_t formattedWidth;  // public: box size as last computed, margins and edges included
+    void*
+        ownedText; // the text block that bulk chunks and borrowed records point into, or null; see RecordsTextChain
+    std::int64_t count;          // public: rows in all
+    std::int64_t formattedWidth; // public: box size as last computed, margins and edges included
     std::int64_t formattedHeight;
     std::int64_t widest; // public: greatest record width, as GetRecordWidths found it last
     std::int32_t chunkCount;
@@ -80,13 +81,15 @@ struct OwnedRecords {
 // Fills an empty list with `rows` rows of `length` units each, one behind the other in `text`. Borrowed: `text` must outlive
 // the list (it is the node's data). Owned: `text` came from AllocateBytes and the list frees it.
 void SetBulkRecords(RecordList& list, const char16_t* text, std::int64_t rows, std::int64_t length);
-void SetBulkRecordsOwning(RecordList& list, OwnedArray<char16_t> text, std::int64_t rows, std::int64_t length);
+void SetBulkRecordsOwning(RecordList& list, OwnedArray<char16_t> text, std::int64_t rows,
+                          std::int64_t length);
 
 // Splits a text at line feeds into an empty list: a carriage return directly before a line feed is left out (unless it is
 // the text's first character); the remainder after the last line feed is always a record. `borrow` points into `text`
 // instead of copying; the text must then outlive the list. An allocation failure is stored in ErrorCode, the list is left empty and the
 // result is false.
-[[nodiscard]] bool StringToRecords(EditContext* context, const char16_t* text, std::int64_t length, RecordList& list, bool borrow);
+[[nodiscard]] bool StringToRecords(EditContext* context, const char16_t* text, std::int64_t length,
+                                   RecordList& list, bool borrow);
 
 struct RecordRange {
     std::int64_t startColumn;
@@ -98,7 +101,8 @@ struct RecordRange {
 // the end stand for the end.
 [[nodiscard]] Text RecordsToString(const RecordList& list, std::int64_t firstRow, const RecordRange& range);
 // The length of that text in units, without making it.
-[[nodiscard]] std::int64_t RecordsToStringLength(const RecordList& list, std::int64_t firstRow, const RecordRange& range) noexcept;
+[[nodiscard]] std::int64_t RecordsToStringLength(const RecordList& list, std::int64_t firstRow,
+                                                 const RecordRange& range) noexcept;
 // All records joined by CR LF.
 [[nodiscard]] Text AllRecordsText(const RecordList& list);
 
@@ -109,8 +113,8 @@ struct RecordRange {
 
 // Replaces `removed` units at `column` of one row by `length` units of `text` (which may be part of the list). The row becomes an edited
 // record. Column and `removed` lie within the row.
-void SpliceRecord(RecordList& list, std::int64_t row, std::int64_t column, std::int64_t removed, const char16_t* text,
-                  std::int64_t length);
+void SpliceRecord(RecordList& list, std::int64_t row, std::int64_t column, std::int64_t removed,
+                  const char16_t* text, std::int64_t length);
 // Takes rows out. What reaches beyond the last row is ignored.
 void EraseRecords(RecordList& list, std::int64_t first, std::int64_t count);
 // Puts the rows of `from` (left empty) before row `at`, 0 .. count. Chunks move, texts stay: what `from` borrowed must outlive `list`, too.
@@ -123,7 +127,8 @@ struct MeasureProgress {
     bool (*step)(void* state, std::int64_t rowsMeasured);
     void* state;
 };
-[[nodiscard]] std::int64_t GetRecordWidths(RecordList& list, CharWidths& widths, const MeasureProgress* progress);
+[[nodiscard]] std::int64_t GetRecordWidths(RecordList& list, CharWidths& widths,
+                                           const MeasureProgress* progress);
 // Rows whose width is not known.
 [[nodiscard]] std::int64_t CountUnmeasuredRecords(const RecordList& list) noexcept;
 // Forgets all widths (the font changed).

@@ -54,7 +54,7 @@ struct ScdrExtra {
     char16_t** AxisNames = nullptr;     // rank >= 3: Rank owned terminated strings
     std::int64_t* PlaneIndex = nullptr; // rank >= 3: shown position along each leading axis
     std::int64_t CurrentPlane = 0;
-    std::int64_t PlaneCount = 1; // product of max(length, 1) over all axes but the last two
+    std::int64_t PlaneCount = 1;          // product of max(length, 1) over all axes but the last two
     std::int64_t* columnWidths = nullptr; // nested, rank >= 2: one entry per column, at least one
     std::int64_t* rowHeights = nullptr;
     std::int64_t savedWidth = 0; // size before minimising
@@ -62,16 +62,17 @@ struct ScdrExtra {
     struct Scdr* savedTop = nullptr; // set while maximised
     struct Scdr* savedParent = nullptr;
     ScrollRecord* boxScroll = nullptr; // the box's own small scroll bars
-    std::int32_t* recordColumnWidths = nullptr;   // simple, rank >= 2: widest text of each column, in characters
-    std::int32_t* recordColumnIntegers = nullptr; // and its widest integer part
+    // Simple, rank >= 2: widest text of each column, in characters, and its widest integer part.
+    std::int32_t* recordColumnWidths = nullptr;
+    std::int32_t* recordColumnIntegers = nullptr;
 };
 
 struct Scdr {
     void* data;
     Scdr* parent;
-    std::int64_t* Shape; // Rank lengths, null for a scalar; points into the node for ranks 1 and 2
-    ScdrExtra* extra;    // never null for rank >= 3; below that made when first needed
-    EditState* editState; // caret, selection and undo of the cell editor; null until the editor takes the node
+    std::int64_t* Shape;  // Rank lengths, null for a scalar; points into the node for ranks 1 and 2
+    ScdrExtra* extra;     // never null for rank >= 3; below that made when first needed
+    EditState* editState; // what the cell editor remembers; null until it takes the node
     std::int64_t ElementCount;
     std::int64_t originX; // pixels, in the space of the displayed top node
     std::int64_t originY;
@@ -81,7 +82,7 @@ struct Scdr {
     std::int32_t Rank;
     std::int32_t SimplestType; // -1 for an invalid type
     std::uint8_t Flags;
-    std::uint8_t storage; // which blocks the node owns; private to this room
+    std::uint8_t storage;       // which blocks the node owns; private to this room
     std::int64_t indexInParent; // kept by SetChild; read through IndexInParent, which repairs it
     std::int64_t shortShape[2];
     alignas(8) unsigned char shortData[32]; // data of at most 32 bytes lies here
@@ -128,16 +129,22 @@ void ZeroScdr(Scdr& node) noexcept;
     if (node.Type != TypeNested) return 0;
     return node.ElementCount > 0 ? node.ElementCount : 1;
 }
-[[nodiscard]] inline Scdr** Children(const Scdr& node) noexcept { return static_cast<Scdr**>(node.data); }
-[[nodiscard]] inline bool IsSimple(const Scdr& node) noexcept { return node.Type != TypeNested; }
+[[nodiscard]] inline Scdr** Children(const Scdr& node) noexcept
+{
+    return static_cast<Scdr**>(node.data);
+}
+[[nodiscard]] inline bool IsSimple(const Scdr& node) noexcept
+{
+    return node.Type != TypeNested;
+}
 // Stores the child and its parent link; the slot's old child is not freed.
 void SetChild(Scdr& parent, std::int64_t index, ScdrPtr child) noexcept;
 // The child's index in its parent, -1 at the root. Constant time for children stored by SetChild, with or without a hint; where somebody
 // moved children by hand, one pass renumbers them all.
 [[nodiscard]] std::int64_t IndexInParent(const Scdr& node, std::int64_t hint = 0) noexcept;
 
-[[nodiscard]] std::int64_t Rows(const Scdr& node) noexcept;    // next-to-last axis, 1 below rank 2
-[[nodiscard]] std::int64_t Columns(const Scdr& node) noexcept; // last axis, 1 for a scalar
+[[nodiscard]] std::int64_t Rows(const Scdr& node) noexcept;         // next-to-last axis, 1 below rank 2
+[[nodiscard]] std::int64_t Columns(const Scdr& node) noexcept;      // last axis, 1 for a scalar
 [[nodiscard]] std::int64_t PlaneCount(const Scdr& node) noexcept;   // 1 below rank 3
 [[nodiscard]] std::int64_t CurrentPlane(const Scdr& node) noexcept; // 0 below rank 3
 
@@ -157,7 +164,8 @@ ScdrExtra& ExtraOf(Scdr& node);
 }
 void SetBit(void* data, std::int64_t index, bool value) noexcept;
 // Copies `count` bits between blocks that do not overlap; bits of the target around them are kept.
-void CopyBits(void* to, std::int64_t toIndex, const void* from, std::int64_t fromIndex, std::int64_t count) noexcept;
+void CopyBits(void* to, std::int64_t toIndex, const void* from, std::int64_t fromIndex,
+              std::int64_t count) noexcept;
 
 // Walking (Tab, Shift+Tab, Ctrl+Tab, Ctrl+Up). Modifier bits: 1 Shift, 2 Ctrl; key: 9 Tab, 38 Up. Null: the selection stays.
 [[nodiscard]] Scdr* TabToNextScdr(Scdr& node, std::int32_t modifiers, std::int32_t key) noexcept;

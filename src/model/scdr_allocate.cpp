@@ -44,7 +44,8 @@ std::int64_t ElementProduct(std::int32_t rank, const std::int64_t* shape)
     // A zero makes the array empty even where the other axes overflow.
     if (shape == nullptr || std::find(shape, shape + rank, 0) != shape + rank) return 0;
     std::int64_t product = 1;
-    for (std::int32_t axis = 0; axis < rank; ++axis) product = MultiplyAxis(product, shape[axis]);
+    for (std::int32_t axis = 0; axis < rank; ++axis)
+        product = MultiplyAxis(product, shape[axis]);
     return product;
 }
 
@@ -63,8 +64,10 @@ OwnedArray<char16_t> DefaultAxisName(std::int64_t number)
     constexpr std::size_t prefixLength = std::size(prefix) - 1;
     char digits[24];
     const char* end = std::to_chars(digits, digits + sizeof digits, number).ptr;
-    OwnedArray<char16_t> name = AllocateArray<char16_t>(static_cast<std::int64_t>(prefixLength) + (end - digits) + 1);
-    char16_t* terminator = std::copy(static_cast<const char*>(digits), end, std::copy_n(prefix, prefixLength, name.get()));
+    OwnedArray<char16_t> name =
+        AllocateArray<char16_t>(static_cast<std::int64_t>(prefixLength) + (end - digits) + 1);
+    char16_t* terminator =
+        std::copy(static_cast<const char*>(digits), end, std::copy_n(prefix, prefixLength, name.get()));
     *terminator = 0;
     return name;
 }
@@ -77,7 +80,8 @@ LongShape MakeLongShape(EditContext* context, std::int32_t rank, const std::int6
     made.planeIndex = AllocateZeroedArray<std::int64_t>(rank);
     made.axisNames = AxisNameList(AllocateZeroedArray<char16_t*>(rank).release(), AxisNamesDeleter{rank});
     const std::int64_t origin = context != nullptr ? context->indexOrigin : 0;
-    for (std::int32_t axis = 0; axis < rank; ++axis) made.axisNames.get()[axis] = DefaultAxisName(origin + axis).release();
+    for (std::int32_t axis = 0; axis < rank; ++axis)
+        made.axisNames.get()[axis] = DefaultAxisName(origin + axis).release();
     return made;
 }
 
@@ -141,12 +145,14 @@ void StoreData(Scdr& node, std::size_t bytes, bool fill)
         node.data = zero ? AllocateZeroed(bytes) : AllocateBytes(bytes);
         node.storage |= StorageOwnsData;
     }
-    if (fill && node.Type == TypeCharacter) std::fill_n(static_cast<char16_t*>(node.data), node.ElementCount, u' ');
+    if (fill && node.Type == TypeCharacter)
+        std::fill_n(static_cast<char16_t*>(node.data), node.ElementCount, u' ');
 }
 
 } // namespace
 
-ScdrPtr AllocateScdr(EditContext* context, Scdr* parent, std::uint32_t type, std::int32_t rank, const std::int64_t* shape, bool fill)
+ScdrPtr AllocateScdr(EditContext* context, Scdr* parent, std::uint32_t type, std::int32_t rank,
+                     const std::int64_t* shape, bool fill)
 {
     TraceScope trace("scdr_allocate.cpp", "AllocateScdr");
     CheckAxes(rank, shape);

@@ -106,7 +106,8 @@ ScdrPtr CopyScdrPlaneInner(EditContext* context, const Scdr& source)
 {
     TraceScope trace("scdr_copy.cpp", "CopyScdrPlaneInner");
     if (source.Rank < 3) return CopyScdrInner(context, nullptr, source);
-    ScdrPtr plane = AllocateScdr(context, nullptr, source.Type, 2, source.Shape + source.Rank - 2, source.ElementCount == 0);
+    ScdrPtr plane = AllocateScdr(context, nullptr, source.Type, 2, source.Shape + source.Rank - 2,
+                                 source.ElementCount == 0);
     plane->SimplestType = source.SimplestType;
     plane->Flags = source.Flags & AdapterFlags;
     const std::int64_t first = plane->ElementCount * CurrentPlane(source);

@@ -48,7 +48,8 @@ Scdr* TakeChild(Scdr& node) noexcept
 void FreeAxisNames(char16_t** names, std::int32_t rank) noexcept
 {
     if (names == nullptr) return;
-    for (std::int32_t axis = 0; axis < rank; ++axis) FreeBytes(names[axis]);
+    for (std::int32_t axis = 0; axis < rank; ++axis)
+        FreeBytes(names[axis]);
     FreeBytes(names);
 }
 

@@ -23,7 +23,8 @@ void ClearEarlierOriginsOfMatrix(Scdr& parent, std::int64_t index) noexcept
     if (parent.Rank != 2 || parent.ElementCount == 0) return;
     const std::int64_t stride = parent.Shape[0];
     const std::int64_t place = index % stride;
-    for (std::int64_t k = 0; k < index / stride; ++k) ClearChildOrigins(parent, k * stride + place, (k + 1) * stride);
+    for (std::int64_t k = 0; k < index / stride; ++k)
+        ClearChildOrigins(parent, k * stride + place, (k + 1) * stride);
 }
 
 } // namespace

@@ -65,7 +65,8 @@ std::int32_t ScdrDepth(const Scdr& node) noexcept
     TraceScope trace("scdr_tree.cpp", "ScdrDepth");
     std::int64_t deepest = 0;
     for (SubtreeWalk walk(node); walk.Node() != nullptr; walk.Next()) {
-        if (IsSimple(*walk.Node())) deepest = std::max(deepest, walk.Depth() + (walk.Node()->Rank > 0 ? 1 : 0));
+        if (IsSimple(*walk.Node()))
+            deepest = std::max(deepest, walk.Depth() + (walk.Node()->Rank > 0 ? 1 : 0));
     }
     return static_cast<std::int32_t>(deepest);
 }

@@ -78,11 +78,13 @@ void SetBit(void* data, std::int64_t index, bool value) noexcept
     byte = static_cast<std::uint8_t>(value ? byte | mask : byte & ~mask);
 }
 
-void CopyBits(void* to, std::int64_t toIndex, const void* from, std::int64_t fromIndex, std::int64_t count) noexcept
+void CopyBits(void* to, std::int64_t toIndex, const void* from, std::int64_t fromIndex,
+              std::int64_t count) noexcept
 {
     auto* target = static_cast<std::uint8_t*>(to);
     const auto* source = static_cast<const std::uint8_t*>(from);
-    for (; count > 0 && (toIndex & 7) != 0; --count) SetBit(target, toIndex++, GetBit(source, fromIndex++));
+    for (; count > 0 && (toIndex & 7) != 0; --count)
+        SetBit(target, toIndex++, GetBit(source, fromIndex++));
     const std::int64_t bytes = count / 8;
     target += toIndex >> 3;
     source += fromIndex >> 3;
@@ -94,7 +96,8 @@ void CopyBits(void* to, std::int64_t toIndex, const void* from, std::int64_t fro
             target[i] = static_cast<std::uint8_t>((source[i] << shift) | (source[i + 1] >> (8 - shift)));
         }
     }
-    for (std::int64_t i = bytes * 8; i < count; ++i) SetBit(target, i, GetBit(source, i + shift));
+    for (std::int64_t i = bytes * 8; i < count; ++i)
+        SetBit(target, i, GetBit(source, i + shift));
 }
 
 } // namespace vantrel

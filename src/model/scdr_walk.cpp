@@ -28,7 +28,8 @@ Scdr* NextByTab(Scdr& node) noexcept
 
 Scdr* LastLeaf(Scdr* node) noexcept
 {
-    while (!IsSimple(*node)) node = ChildAt(*node, ChildCount(*node) - 1);
+    while (!IsSimple(*node))
+        node = ChildAt(*node, ChildCount(*node) - 1);
     return node;
 }
 

@@ -57,7 +57,8 @@ std::int32_t SimplestOfComplexes(const double* pairs, std::int64_t count) noexce
 std::int32_t SimplestType(const Scdr& node) noexcept
 {
     switch (node.Type) {
-    case TypeInteger: return SimplestOfIntegers(static_cast<const std::int64_t*>(node.data), node.ElementCount);
+    case TypeInteger:
+        return SimplestOfIntegers(static_cast<const std::int64_t*>(node.data), node.ElementCount);
     case TypeReal: return SimplestOfReals(static_cast<const double*>(node.data), node.ElementCount);
     case TypeComplex: return SimplestOfComplexes(static_cast<const double*>(node.data), node.ElementCount);
     default: return IsValidType(node.Type) ? static_cast<std::int32_t>(node.Type) : -1;

@@ -54,7 +54,8 @@ void UpdateBar(ScrollRecord& record, ScrollAxis axis, std::uint32_t mask)
     const bool horizontal = axis == ScrollAxis::Horizontal;
     (horizontal ? record.horizontal : record.vertical).mask = mask;
     if (!TakesUpdates(record, horizontal ? record.horizontalShown : record.verticalShown)) return;
-    if (record.effects != nullptr && record.effects->updateBar != nullptr) record.effects->updateBar(record, axis);
+    if (record.effects != nullptr && record.effects->updateBar != nullptr)
+        record.effects->updateBar(record, axis);
 }
 
 std::int64_t ResolveDelta(const ScrollInformation& information, ScrollAxis axis, std::int64_t delta) noexcept
@@ -94,7 +95,8 @@ void ChangeScrollPositions(ScrollRecord& record, std::int64_t dx, std::int64_t d
     const bool movedHorizontally = MoveAlongAxis(record, ScrollAxis::Horizontal, dx);
     const bool movedVertically = MoveAlongAxis(record, ScrollAxis::Vertical, dy);
     if (!movedHorizontally && !movedVertically) return;
-    if (record.effects != nullptr && record.effects->invalidate != nullptr) record.effects->invalidate(record);
+    if (record.effects != nullptr && record.effects->invalidate != nullptr)
+        record.effects->invalidate(record);
 }
 
 void AdjustScrollPositions(ScrollRecord& record)
@@ -121,7 +123,8 @@ void SetScrollBarsWindowSize(ScrollRecord& record, std::int64_t width, std::int6
     UpdateBar(record, ScrollAxis::Vertical, MaskPage);
 }
 
-std::int64_t ScrollCodeDelta(std::int32_t code, ScrollAxis axis, std::int64_t position, std::int64_t trackPosition) noexcept
+std::int64_t ScrollCodeDelta(std::int32_t code, ScrollAxis axis, std::int64_t position,
+                             std::int64_t trackPosition) noexcept
 {
     const bool horizontal = axis == ScrollAxis::Horizontal;
     switch (code) {
@@ -138,9 +141,11 @@ std::int64_t ScrollCodeDelta(std::int32_t code, ScrollAxis axis, std::int64_t po
 BarPicture PictureOfScroll(std::int64_t maximum, std::int64_t position, std::int64_t page) noexcept
 {
     const auto bits32 = [](std::int64_t value) {
-        return static_cast<std::int32_t>(std::clamp<std::int64_t>(value, std::numeric_limits<std::int32_t>::min(), LargestBarMaximum));
+        return static_cast<std::int32_t>(
+            std::clamp<std::int64_t>(value, std::numeric_limits<std::int32_t>::min(), LargestBarMaximum));
     };
-    const auto pageBits = static_cast<std::uint32_t>(std::clamp<std::int64_t>(page, 0, std::numeric_limits<std::uint32_t>::max()));
+    const auto pageBits = static_cast<std::uint32_t>(
+        std::clamp<std::int64_t>(page, 0, std::numeric_limits<std::uint32_t>::max()));
     if (maximum <= LargestBarMaximum) return {bits32(maximum), bits32(position), pageBits};
     return {static_cast<std::int32_t>(ScaledMaximum), bits32(position / (maximum / ScaledMaximum)), pageBits};
 }

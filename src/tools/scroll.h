@@ -57,7 +57,8 @@ void AdjustScrollPositions(ScrollRecord& record);
 void SetScrollBarsDataSize(ScrollRecord& record, std::int64_t width, std::int64_t height);
 void SetScrollBarsWindowSize(ScrollRecord& record, std::int64_t width, std::int64_t height);
 // The delta of a WM_HSCROLL / WM_VSCROLL code (SB_ value) given the track position; 0 for codes that do not scroll.
-[[nodiscard]] std::int64_t ScrollCodeDelta(std::int32_t code, ScrollAxis axis, std::int64_t position, std::int64_t trackPosition) noexcept;
+[[nodiscard]] std::int64_t ScrollCodeDelta(std::int32_t code, ScrollAxis axis, std::int64_t position,
+                                           std::int64_t trackPosition) noexcept;
 
 // What a 32-bit bar shows of 64-bit numbers.
 struct BarPicture {
@@ -65,9 +66,11 @@ struct BarPicture {
     std::int32_t position;
     std::uint32_t page;
 };
-[[nodiscard]] BarPicture PictureOfScroll(std::int64_t maximum, std::int64_t position, std::int64_t page) noexcept;
+[[nodiscard]] BarPicture PictureOfScroll(std::int64_t maximum, std::int64_t position,
+                                         std::int64_t page) noexcept;
 // The 64-bit position that a bar's 32-bit value stands for.
-[[nodiscard]] std::int64_t PositionFromBar(std::int32_t value, std::int64_t maximum, std::int64_t page) noexcept;
+[[nodiscard]] std::int64_t PositionFromBar(std::int32_t value, std::int64_t maximum,
+                                           std::int64_t page) noexcept;
 
 struct WheelScroll {
     std::int64_t dx = 0;
@@ -75,7 +78,8 @@ struct WheelScroll {
 };
 // Pixels that a wheel movement scrolls. `lines` is the system's number of lines, -1 for a page. Deltas under 120 in
 // size scroll nothing.
-[[nodiscard]] WheelScroll WheelDistance(const ScrollRecord& record, std::int32_t wheelDelta, bool shift, std::int32_t lines,
-                                        std::int64_t characterWidth, std::int64_t lineHeight) noexcept;
+[[nodiscard]] WheelScroll WheelDistance(const ScrollRecord& record, std::int32_t wheelDelta, bool shift,
+                                        std::int32_t lines, std::int64_t characterWidth,
+                                        std::int64_t lineHeight) noexcept;
 
 } // namespace vantrel

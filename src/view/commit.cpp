@@ -1,5 +1,7 @@
 #include "view/commit.h"
 
+#include <algorithm>
+
 #include "entry/trace.h"
 #include "model/rebuild.h"
 #include "view/busy.h"
@@ -41,18 +43,39 @@ ScdrPtr BuildFromText(View& view, const Scdr& node)
     return fresh;
 }
 
+// A maximised array remembers its place; the room for that is made here, where a failure still harms nothing.
+bool MakeRoomForState(View& view, const Scdr& node, Scdr& fresh)
+{
+    if ((node.Flags & FlagMaximized) == 0) return true;
+    try {
+        ExtraOf(fresh);
+        return true;
+    } catch (VTERROR_CODE code) {
+        return SetErrorCode(view.context, code);
+    }
+}
+
 ScdrPtr BuildFormatted(View& view, const Scdr& node)
 {
     ScdrPtr fresh = BuildFromText(view, node);
-    if (fresh != nullptr && FormatScdr(view, *fresh) != 0) fresh.reset();
-    return fresh;
+    if (fresh == nullptr || FormatScdr(view, *fresh) != 0) return nullptr;
+    return MakeRoomForState(view, node, *fresh) ? std::move(fresh) : nullptr;
+}
+
+// The user goes on where he was: a closed box stays closed, the shown plane stays shown.
+void TakeState(const Scdr& old, Scdr& fresh) noexcept
+{
+    fresh.Flags = static_cast<std::uint8_t>(fresh.Flags | (old.Flags & FlagMinimized));
+    if (old.Rank > 2 && fresh.Rank == old.Rank) {
+        SetCurrentPlane(fresh, std::min(CurrentPlane(old), PlaneCount(fresh) - 1));
+    }
 }
 
 // From here on nothing can fail: the new node stands where the old one stood, and the old one is freed.
 Scdr& TakePlace(View& view, Scdr& node, ScdrPtr fresh) noexcept
 {
     Scdr* const taken = fresh.get();
-    taken->Flags = static_cast<std::uint8_t>(taken->Flags | (node.Flags & FlagMinimized));
+    TakeState(node, *taken);
     if (view.root == &node) view.root = taken;
     if (view.top == &node) view.top = taken;
     if (view.edit.node == &node) view.edit.node = taken;
@@ -88,7 +111,6 @@ bool CheckSimpleScdr(Commit& commit, Scdr& node)
     commit.replacedAny = true;
     Scdr& placed = TakePlace(view, node, std::move(fresh));
     if (selected) ReloadEditor(view); // before anything else asks the editor for what it knew of the old node
-    // The text is safe; where only the memory to maximise is missing, the box stays small.
     if (maximized) MaximizeScdr(view);
     InvalidateAncestorsSizesAndLaterSiblingsOrigins(placed);
     return true;

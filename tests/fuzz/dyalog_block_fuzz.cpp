@@ -3,6 +3,7 @@
 // The bytes describe a tree of blocks with any type words and shapes. Each block lies in memory of exactly its size, so that the
 // address sanitizer sees every step too far; a shape that needs more than a small block is given only its header, and only where its size
 // overflows, which the adapter has to notice before it looks at an item.
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
@@ -19,6 +20,7 @@ using namespace vantrel;
 
 constexpr std::size_t LargestBlock = std::size_t{1} << 16;
 constexpr int DeepestInput = 12;
+constexpr int MostSharedItems = 8; // each may double the tree
 
 void Require(bool holds)
 {
@@ -49,7 +51,10 @@ struct FreeBlock {
     void operator()(DyalogBlock* block) const { std::free(block); }
 };
 using BlockPtr = std::unique_ptr<DyalogBlock, FreeBlock>;
-using Blocks = std::vector<BlockPtr>;
+struct Blocks {
+    std::vector<BlockPtr> all;
+    int sharedItems = 0;
+};
 
 // Mostly short axes, sometimes absurd ones.
 std::int64_t AxisLength(Input& input)
@@ -85,15 +90,16 @@ DyalogBlock* MakeBlock(Input& input, Blocks& blocks, int depth)
     if ((word & 8) != 0) word |= 15;
     const std::uint32_t elementType = (word >> 8) & 15;
     std::vector<std::int64_t> shape((word >> 4) & 15);
-    for (std::int64_t& length : shape) length = AxisLength(input);
+    for (std::int64_t& length : shape)
+        length = AxisLength(input);
     bool hopeless = false;
     const std::int64_t bytes = DataBytes(elementType, shape, &hopeless);
     if (bytes < 0) return nullptr;
     const std::size_t size = sizeof(DyalogBlock) + shape.size() * 8 + static_cast<std::size_t>(bytes);
     auto* block = static_cast<DyalogBlock*>(std::malloc(size));
-    blocks.emplace_back(block);
+    blocks.all.emplace_back(block);
     *block = {0x1234, 1, word, 0x5678};
-    std::memcpy(block + 1, shape.data(), shape.size() * 8);
+    std::copy(shape.begin(), shape.end(), reinterpret_cast<std::int64_t*>(block + 1));
     void* data = BlockData(*block, static_cast<std::int32_t>(shape.size()));
     if (hopeless) return block;
     if (elementType != DyalogPointer) {
@@ -104,8 +110,10 @@ DyalogBlock* MakeBlock(Input& input, Blocks& blocks, int depth)
     for (std::int64_t i = 0; i < bytes / 8; ++i) {
         // Shared items and arrays that contain themselves occur as well.
         const std::uint8_t choice = input.Byte();
-        if (choice >= 0xFE) items[i] = blocks[choice % blocks.size()].get();
-        else items[i] = depth < DeepestInput ? MakeBlock(input, blocks, depth + 1) : nullptr;
+        if (choice >= 0xFE && blocks.sharedItems++ < MostSharedItems)
+            items[i] = blocks.all[choice % blocks.all.size()].get();
+        else
+            items[i] = depth < DeepestInput ? MakeBlock(input, blocks, depth + 1) : nullptr;
     }
     return block;
 }
@@ -153,18 +161,21 @@ bool SameNumbers(const Scdr& before, const Scdr& after)
 bool SameShape(const Scdr& before, const Scdr& after)
 {
     if (before.Rank != after.Rank || before.ElementCount != after.ElementCount) return false;
-    return before.Rank == 0 || std::memcmp(before.Shape, after.Shape, static_cast<std::size_t>(before.Rank) * 8) == 0;
+    return before.Rank == 0 ||
+           std::memcmp(before.Shape, after.Shape, static_cast<std::size_t>(before.Rank) * 8) == 0;
 }
 
 bool SameTree(const Scdr& before, const Scdr& after)
 {
     if (!SameShape(before, after)) return false;
-    if (before.Type == TypeBoolean || before.Type == TypeInteger || before.Type == TypeReal || before.Type == TypeComplex) {
+    if (before.Type == TypeBoolean || before.Type == TypeInteger || before.Type == TypeReal ||
+        before.Type == TypeComplex) {
         return after.Type >= TypeBoolean && after.Type <= TypeComplex && SameNumbers(before, after);
     }
     if (before.Type != after.Type) return false;
     if (before.Type != TypeNested) {
-        return before.ElementCount == 0 || std::memcmp(before.data, after.data, DataSize(before.Type, before.ElementCount)) == 0;
+        return before.ElementCount == 0 ||
+               std::memcmp(before.data, after.data, DataSize(before.Type, before.ElementCount)) == 0;
     }
     for (std::int64_t i = 0; i < ChildCount(before); ++i) {
         if (!SameTree(*Children(before)[i], *Children(after)[i])) return false;
@@ -183,7 +194,8 @@ void RoundTrip(EditContext* context, const Scdr& tree)
 {
     HostObject written = ScdrToObject(context, &tree);
     // A Classic edition lacks most characters, which must have been noticed.
-    if (written == nullptr) return Require(!HostOf(context).unicode && context->langEnv->ErrorCode == VTERROR_CODE::DomainError);
+    if (written == nullptr)
+        return Require(!HostOf(context).unicode && context->langEnv->ErrorCode == VTERROR_CODE::DomainError);
     const ScdrPtr back(ObjectToScdr(context, written));
     Require(back != nullptr && SameTree(tree, *back));
     FreeObject(context, written);
@@ -210,7 +222,8 @@ void Run(Input input)
     const ScdrPtr tree(ObjectToScdr(&context, &argument));
     Require((tree == nullptr) == HasError(&context));
     if (tree != nullptr) RoundTrip(&context, *tree);
-    for (const BlockPtr& block : blocks) Require(block->referenceCount == 1 && block->interpreterWord == 0x1234);
+    for (const BlockPtr& block : blocks.all)
+        Require(block->referenceCount == 1 && block->interpreterWord == 0x1234);
     Require(interpreter.CheckBooks().empty());
     Require(interpreter.TheBooks().LiveBlocks() == 0 && interpreter.TheBooks().LiveLocalps() == 0);
     ClearHostMessage(host);

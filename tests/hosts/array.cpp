@@ -13,16 +13,14 @@
 namespace vantrel::fake {
 namespace {
 
-template <typename T>
-T Load(const Array& array, std::size_t index)
+template <typename T> T Load(const Array& array, std::size_t index)
 {
     T value;
     std::memcpy(&value, array.data.data() + index * sizeof(T), sizeof(T));
     return value;
 }
 
-template <typename T>
-void Store(Array& array, std::size_t index, T value)
+template <typename T> void Store(Array& array, std::size_t index, T value)
 {
     std::memcpy(array.data.data() + index * sizeof(T), &value, sizeof(T));
 }
@@ -55,7 +53,8 @@ void StoreInteger(Array& array, std::size_t index, std::int64_t value)
 {
     switch (array.type) {
     case ElementType::Bit:
-        if (value != 0) array.data[index / 8] = static_cast<std::uint8_t>(array.data[index / 8] | 128 >> index % 8);
+        if (value != 0)
+            array.data[index / 8] = static_cast<std::uint8_t>(array.data[index / 8] | 128 >> index % 8);
         break;
     case ElementType::Int8: Store(array, index, static_cast<std::int8_t>(value)); break;
     case ElementType::Int16: Store(array, index, static_cast<std::int16_t>(value)); break;
@@ -81,7 +80,8 @@ int SmallestType(const std::vector<double>& values)
             (value == 0 && std::signbit(value))) {
             return ElementType::Float;
         }
-        while (!FitsInteger(type, value)) ++type;
+        while (!FitsInteger(type, value))
+            ++type;
     }
     return type;
 }
@@ -101,7 +101,8 @@ std::string Quoted(const std::u16string& text)
             out += static_cast<char>(unit);
         } else {
             char buffer[8];
-            const auto end = std::to_chars(buffer, buffer + sizeof buffer, static_cast<unsigned>(unit), 16).ptr;
+            const auto end =
+                std::to_chars(buffer, buffer + sizeof buffer, static_cast<unsigned>(unit), 16).ptr;
             out += "\\{" + std::string(buffer, end) + "}";
         }
     }
@@ -110,8 +111,9 @@ std::string Quoted(const std::u16string& text)
 
 const char* TypeName(int type)
 {
-    static const char* const names[] = {"atomic", "bit",   "int8",   "int16",  "int32",   "float",    "nested",
-                                        "char8",  "char16", "char32", "complex", "rational", "decimal"};
+    static const char* const names[] = {"atomic",  "bit",      "int8",   "int16",  "int32",
+                                        "float",   "nested",   "char8",  "char16", "char32",
+                                        "complex", "rational", "decimal"};
     return type >= 0 && type <= 12 ? names[type] : "unknown";
 }
 
@@ -148,13 +150,12 @@ bool SameSimpleItems(const Array& a, const Array& b)
     return true;
 }
 
-template <typename Compare>
-bool SameItems(const Array& a, const Array& b, Compare compare)
+template <typename Compare> bool SameItems(const Array& a, const Array& b, Compare compare)
 {
     return std::equal(a.items.begin(), a.items.end(), b.items.begin(), b.items.end(), compare);
 }
 
-}  // namespace
+} // namespace
 
 std::size_t CountOf(const Shape& shape)
 {
@@ -167,7 +168,8 @@ std::size_t CountOf(const Shape& shape)
     if (empty) return 0;
     for (const std::int64_t length : shape) {
         const auto factor = static_cast<std::size_t>(length);
-        if (count > std::numeric_limits<std::size_t>::max() / factor) throw std::length_error("the shape is too big");
+        if (count > std::numeric_limits<std::size_t>::max() / factor)
+            throw std::length_error("the shape is too big");
         count *= factor;
     }
     return count;
@@ -197,13 +199,15 @@ std::size_t DataBytes(int type, std::size_t count)
         break;
     default: break;
     }
-    if (count > std::numeric_limits<std::size_t>::max() / size) throw std::length_error("the array is too big");
+    if (count > std::numeric_limits<std::size_t>::max() / size)
+        throw std::length_error("the array is too big");
     return count * size;
 }
 
 Array RawArray(int type, Shape shape, std::vector<std::uint8_t> data)
 {
-    if (data.size() != DataBytes(type, CountOf(shape))) throw std::invalid_argument("wrong number of data bytes");
+    if (data.size() != DataBytes(type, CountOf(shape)))
+        throw std::invalid_argument("wrong number of data bytes");
     Array array;
     array.type = type;
     array.shape = std::move(shape);
@@ -215,7 +219,8 @@ Array BooleanArray(Shape shape, const std::vector<int>& bits)
 {
     RequireCount(shape, bits.size());
     Array array = AllocatedArray(ElementType::Bit, std::move(shape));
-    for (std::size_t i = 0; i < bits.size(); ++i) StoreInteger(array, i, bits[i]);
+    for (std::size_t i = 0; i < bits.size(); ++i)
+        StoreInteger(array, i, bits[i]);
     return array;
 }
 
@@ -224,7 +229,8 @@ Array IntegerArray(int type, Shape shape, const std::vector<std::int64_t>& value
     RequireCount(shape, values.size());
     Array array = AllocatedArray(type, std::move(shape));
     for (std::size_t i = 0; i < values.size(); ++i) {
-        if (!FitsInteger(type, static_cast<double>(values[i]))) throw std::invalid_argument("the value does not fit");
+        if (!FitsInteger(type, static_cast<double>(values[i])))
+            throw std::invalid_argument("the value does not fit");
         StoreInteger(array, i, values[i]);
     }
     return array;
@@ -252,7 +258,8 @@ Array DecimalArray(Shape shape, const std::vector<std::string>& texts)
     Array array = AllocatedArray(ElementType::Decimal, std::move(shape));
     for (std::size_t i = 0; i < texts.size(); ++i) {
         DecimalBytes bytes;
-        if (!DecimalFromText(texts[i], bytes)) throw std::invalid_argument("not a decimal number: " + texts[i]);
+        if (!DecimalFromText(texts[i], bytes))
+            throw std::invalid_argument("not a decimal number: " + texts[i]);
         Store(array, i, bytes);
     }
     return array;
@@ -319,7 +326,8 @@ Array NumericArray(Shape shape, const std::vector<double>& values)
     if (type == ElementType::Float) return FloatArray(std::move(shape), values);
     RequireCount(shape, values.size());
     Array array = AllocatedArray(type, std::move(shape));
-    for (std::size_t i = 0; i < values.size(); ++i) StoreInteger(array, i, static_cast<std::int64_t>(values[i]));
+    for (std::size_t i = 0; i < values.size(); ++i)
+        StoreInteger(array, i, static_cast<std::int64_t>(values[i]));
     return array;
 }
 
@@ -335,7 +343,8 @@ Array EmptyVector()
 
 bool IsCharacterType(int type)
 {
-    return type == ElementType::AtomicCharacter || (type >= ElementType::Char8 && type <= ElementType::Char32);
+    return type == ElementType::AtomicCharacter ||
+           (type >= ElementType::Char8 && type <= ElementType::Char32);
 }
 
 bool IsRealType(int type)
@@ -396,7 +405,8 @@ std::u16string TextOfArray(const Array& array)
 std::vector<double> RealsOf(const Array& array)
 {
     std::vector<double> values(CountOf(array));
-    for (std::size_t i = 0; i < values.size(); ++i) values[i] = RealAt(array, i);
+    for (std::size_t i = 0; i < values.size(); ++i)
+        values[i] = RealAt(array, i);
     return values;
 }
 
@@ -476,8 +486,9 @@ bool ToAtomicCharacters(Array& array, char32_t* missing)
 
 void FromAtomicCharacters(Array& array)
 {
-    for (Array& item : array.items) FromAtomicCharacters(item);
+    for (Array& item : array.items)
+        FromAtomicCharacters(item);
     if (array.type == ElementType::AtomicCharacter) array = TextOf(array.shape, TextOfArray(array));
 }
 
-}  // namespace vantrel::fake
+} // namespace vantrel::fake

@@ -12,28 +12,28 @@ namespace vantrel::fake {
 
 // How one item is stored. The numbers are the interpreter's own.
 namespace ElementType {
-inline constexpr int AtomicCharacter = 0;  // 1 byte, a position in the atomic vector (Classic edition)
-inline constexpr int Bit = 1;              // packed, item 0 is bit 7 of the first byte
+inline constexpr int AtomicCharacter = 0; // 1 byte, a position in the atomic vector (Classic edition)
+inline constexpr int Bit = 1;             // packed, item 0 is bit 7 of the first byte
 inline constexpr int Int8 = 2;
 inline constexpr int Int16 = 3;
 inline constexpr int Int32 = 4;
 inline constexpr int Float = 5;
-inline constexpr int Nested = 6;           // a pointer to the item's block
+inline constexpr int Nested = 6; // a pointer to the item's block
 inline constexpr int Char8 = 7;
-inline constexpr int Char16 = 8;           // a UTF-16 unit
-inline constexpr int Char32 = 9;           // a code point
-inline constexpr int Complex = 10;         // two floats
-inline constexpr int Rational = 11;        // no editor accepts it; 16 opaque bytes here
-inline constexpr int Decimal = 12;         // 16 bytes, IEEE 754 decimal128 with a binary coefficient
-}  // namespace ElementType
+inline constexpr int Char16 = 8;    // a UTF-16 unit
+inline constexpr int Char32 = 9;    // a code point
+inline constexpr int Complex = 10;  // two floats
+inline constexpr int Rational = 11; // no editor accepts it; 16 opaque bytes here
+inline constexpr int Decimal = 12;  // 16 bytes, IEEE 754 decimal128 with a binary coefficient
+} // namespace ElementType
 
 using Shape = std::vector<std::int64_t>;
 
 struct Array {
     int type = ElementType::Bit;
-    Shape shape;                      // empty for a scalar
-    std::vector<std::uint8_t> data;   // simple arrays: exactly DataBytes(type, count) bytes
-    std::vector<Array> items;         // nested arrays: max(count, 1) items; of an empty one, the prototype
+    Shape shape;                    // empty for a scalar
+    std::vector<std::uint8_t> data; // simple arrays: exactly DataBytes(type, count) bytes
+    std::vector<Array> items;       // nested arrays: max(count, 1) items; of an empty one, the prototype
 };
 
 struct ComplexNumber {
@@ -67,12 +67,12 @@ Array TextOf(Shape shape, std::u16string_view text);
 // A numeric array in the smallest storage that holds the values exactly, as an interpreter squeezes it.
 Array NumericArray(Shape shape, const std::vector<double>& values);
 Array Number(double value);
-Array EmptyVector();  // an empty numeric vector
+Array EmptyVector(); // an empty numeric vector
 
 // --- looking ---
 bool IsCharacterType(int type);
-bool IsNumericType(int type);           // real or complex or decimal
-bool IsRealType(int type);              // Bit, Int8, Int16, Int32, Float
+bool IsNumericType(int type); // real or complex or decimal
+bool IsRealType(int type);    // Bit, Int8, Int16, Int32, Float
 // Item i of a real array (Bit … Float) as a float; of a complex array the real part.
 double RealAt(const Array& array, std::size_t index);
 ComplexNumber ComplexAt(const Array& array, std::size_t index);
@@ -98,4 +98,4 @@ bool ToAtomicCharacters(Array& array, char32_t* missing);
 // Positions back into UTF-16 characters.
 void FromAtomicCharacters(Array& array);
 
-}  // namespace vantrel::fake
+} // namespace vantrel::fake

@@ -10,4 +10,4 @@ char16_t FromAtomic(std::uint8_t position);
 // The position of a unit, -1 where the vector lacks it.
 int ToAtomic(char32_t unit);
 
-}  // namespace vantrel::fake
+} // namespace vantrel::fake

@@ -15,7 +15,7 @@ struct Coefficient {
 };
 
 // 128-bit arithmetic in four 32-bit limbs: a built-in wide type is not portable.
-using Limbs = std::array<std::uint32_t, 4>;  // most significant first
+using Limbs = std::array<std::uint32_t, 4>; // most significant first
 
 Limbs ToLimbs(const Coefficient& c)
 {
@@ -48,7 +48,8 @@ std::string CoefficientDigits(const Coefficient& coefficient)
 {
     Limbs limbs = ToLimbs(coefficient);
     std::string reversed;
-    while (limbs != Limbs{}) reversed += static_cast<char>('0' + DivideByTen(limbs));
+    while (limbs != Limbs{})
+        reversed += static_cast<char>('0' + DivideByTen(limbs));
     if (reversed.empty()) reversed = "0";
     return {reversed.rbegin(), reversed.rend()};
 }
@@ -59,7 +60,8 @@ std::string PlaceDecimalPoint(std::string digits, int exponent)
     if (exponent > 0 || pointAt < -5) {
         const int scientific = pointAt - 1;
         if (digits.size() > 1) digits.insert(1, ".");
-        return digits + (scientific < 0 ? "E-" : "E+") + std::to_string(scientific < 0 ? -scientific : scientific);
+        return digits + (scientific < 0 ? "E-" : "E+") +
+               std::to_string(scientific < 0 ? -scientific : scientific);
     }
     if (exponent == 0) return digits;
     if (pointAt <= 0) digits.insert(0, static_cast<std::size_t>(1 - pointAt), '0');
@@ -69,7 +71,7 @@ std::string PlaceDecimalPoint(std::string digits, int exponent)
 
 struct ScannedNumber {
     bool negative = false;
-    std::string digits;  // without leading zeros
+    std::string digits; // without leading zeros
     int exponent = 0;
 };
 
@@ -78,7 +80,8 @@ bool ScanExponent(std::string_view text, int& exponent)
     if (!text.empty() && text.front() == '+') text.remove_prefix(1);
     int value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (error != std::errc() || end != text.data() + text.size() || value > 100000 || value < -100000) return false;
+    if (error != std::errc() || end != text.data() + text.size() || value > 100000 || value < -100000)
+        return false;
     exponent += value;
     return true;
 }
@@ -106,7 +109,7 @@ bool ScanNumber(std::string_view text, ScannedNumber& number)
     return seenDigit && (i == text.size() || ScanExponent(text.substr(i + 1), number.exponent));
 }
 
-}  // namespace
+} // namespace
 
 std::string DecimalToText(const DecimalBytes& bytes)
 {
@@ -136,13 +139,15 @@ bool DecimalFromText(std::string_view text, DecimalBytes& bytes)
     const int biased = number.exponent + exponentBias;
     if (biased < 0 || biased > 12287) return false;
     Limbs limbs{};
-    for (const char digit : number.digits) MultiplyByTenAndAdd(limbs, static_cast<unsigned>(digit - '0'));
+    for (const char digit : number.digits)
+        MultiplyByTenAndAdd(limbs, static_cast<unsigned>(digit - '0'));
     const std::uint64_t low = std::uint64_t{limbs[2]} << 32 | limbs[3];
-    const std::uint64_t high = (std::uint64_t{limbs[0]} << 32 | limbs[1]) | static_cast<std::uint64_t>(biased) << 49 |
+    const std::uint64_t high = (std::uint64_t{limbs[0]} << 32 | limbs[1]) |
+                               static_cast<std::uint64_t>(biased) << 49 |
                                static_cast<std::uint64_t>(number.negative) << 63;
     std::memcpy(bytes.data(), &low, 8);
     std::memcpy(bytes.data() + 8, &high, 8);
     return true;
 }
 
-}  // namespace vantrel::fake
+} // namespace vantrel::fake

@@ -16,4 +16,4 @@ std::string DecimalToText(const DecimalBytes& bytes);
 // False where the text is no decimal number or has more than 34 significant digits.
 bool DecimalFromText(std::string_view text, DecimalBytes& bytes);
 
-}  // namespace vantrel::fake
+} // namespace vantrel::fake

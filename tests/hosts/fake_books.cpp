@@ -54,10 +54,11 @@ std::uint64_t OwnWord(std::uint64_t serial)
 
 void FillUnwritten(std::uint8_t* data, std::size_t bytes)
 {
-    for (std::size_t i = 0; i < bytes; i += 8) std::memcpy(data + i, &unwritten, std::min<std::size_t>(8, bytes - i));
+    for (std::size_t i = 0; i < bytes; i += 8)
+        std::memcpy(data + i, &unwritten, std::min<std::size_t>(8, bytes - i));
 }
 
-}  // namespace
+} // namespace
 
 #if defined(VANTREL_ADDRESS_SANITIZER)
 const std::size_t BooksOptions::defaultGuardBytes = 0;
@@ -70,12 +71,14 @@ Books::Books(const BooksOptions& options) : options_(options) {}
 Books::~Books()
 {
     EvictFreed();
-    for (auto& [block, record] : blocks_) std::free(record.memory);
+    for (auto& [block, record] : blocks_)
+        std::free(record.memory);
 }
 
 std::string Books::Describe(const BlockRecord& record)
 {
-    std::string text = "block " + std::to_string(record.serial) + " (element type " + std::to_string(record.type);
+    std::string text =
+        "block " + std::to_string(record.serial) + " (element type " + std::to_string(record.type);
     for (std::size_t i = 0; i < record.shape.size(); ++i) {
         text += (i == 0 ? ", shape " : " ") + std::to_string(record.shape[i]);
     }
@@ -110,8 +113,8 @@ Block* Books::NewBlock(int type, const Shape& shape)
     if (record.memory == nullptr) return nullptr;
     record.serial = nextSerial_++;
     const std::uint32_t arrayClass = type == ElementType::Nested ? 7 : 15;
-    record.typeWord =
-        typeNoise | static_cast<std::uint32_t>(type) << 8 | static_cast<std::uint32_t>(shape.size()) << 4 | arrayClass;
+    record.typeWord = typeNoise | static_cast<std::uint32_t>(type) << 8 |
+                      static_cast<std::uint32_t>(shape.size()) << 4 | arrayClass;
     std::memset(record.memory, guardByte, guard);
     std::memset(record.memory + guard + record.bytes, guardByte, guard);
     auto* block = reinterpret_cast<Block*>(record.memory + guard);
@@ -120,8 +123,10 @@ Block* Books::NewBlock(int type, const Shape& shape)
     std::uint8_t* data = record.memory + guard + DataOffset(record);
     const std::size_t dataBytes = record.bytes - DataOffset(record);
     // Pointers start as null in any case: a half-written nested array must be freed safely.
-    if (type == ElementType::Nested) std::memset(data, 0, dataBytes);
-    else if (options_.strict) FillUnwritten(data, dataBytes);
+    if (type == ElementType::Nested)
+        std::memset(data, 0, dataBytes);
+    else if (options_.strict)
+        FillUnwritten(data, dataBytes);
     liveBytes_ += record.bytes;
     blocks_.emplace(block, std::move(record));
     return block;
@@ -210,19 +215,23 @@ void Books::EvictFreed()
 void Books::CheckGuards(const Block* block, const BlockRecord& record)
 {
     const auto intact = [this](const std::uint8_t* guard) {
-        return std::all_of(guard, guard + options_.guardBytes, [](std::uint8_t byte) { return byte == guardByte; });
+        return std::all_of(guard, guard + options_.guardBytes,
+                           [](std::uint8_t byte) { return byte == guardByte; });
     };
     if (!intact(record.memory)) Complain(Describe(record) + ": memory before the block was overwritten");
     const auto* bytes = reinterpret_cast<const std::uint8_t*>(block);
-    if (!intact(bytes + record.bytes)) Complain(Describe(record) + ": memory behind the block was overwritten");
+    if (!intact(bytes + record.bytes))
+        Complain(Describe(record) + ": memory behind the block was overwritten");
 }
 
 void Books::CheckHeader(const Block* block, const BlockRecord& record)
 {
-    if (block->own != OwnWord(record.serial)) Complain(Describe(record) + ": the interpreter's own word was changed");
+    if (block->own != OwnWord(record.serial))
+        Complain(Describe(record) + ": the interpreter's own word was changed");
     if (block->typeWord != record.typeWord) Complain(Describe(record) + ": the type word was changed");
     if (block->ignored != ignoredNoise) Complain(Describe(record) + ": the word at offset 20 was changed");
-    if (!std::equal(record.shape.begin(), record.shape.end(), reinterpret_cast<const std::int64_t*>(block + 1))) {
+    if (!std::equal(record.shape.begin(), record.shape.end(),
+                    reinterpret_cast<const std::int64_t*>(block + 1))) {
         Complain(Describe(record) + ": the shape was changed");
     }
 }
@@ -233,11 +242,16 @@ bool Books::CheckPointers(const Block* block, const BlockRecord& record)
         const Block* item = PointerAt(block, record, i);
         const std::string where = Describe(record) + ", item " + std::to_string(i);
         const BlockRecord* itemRecord = Find(item);
-        if (item == nullptr) Complain(where + ": the pointer is null");
-        else if (item == block) Complain(where + ": the array contains itself");
-        else if (itemRecord == nullptr) Complain(where + ": the pointer is not a live array block");
-        else if (!itemRecord->finished) Complain(where + ": the item was not finished before its array");
-        else continue;
+        if (item == nullptr)
+            Complain(where + ": the pointer is null");
+        else if (item == block)
+            Complain(where + ": the array contains itself");
+        else if (itemRecord == nullptr)
+            Complain(where + ": the pointer is not a live array block");
+        else if (!itemRecord->finished)
+            Complain(where + ": the item was not finished before its array");
+        else
+            continue;
         return false;
     }
     return true;
@@ -294,7 +308,8 @@ Array Books::Value(const Block* block)
     }
     const std::size_t count = PointerCount(*record);
     array.items.reserve(count);
-    for (std::size_t i = 0; i < count; ++i) array.items.push_back(Value(PointerAt(block, *record, i)));
+    for (std::size_t i = 0; i < count; ++i)
+        array.items.push_back(Value(PointerAt(block, *record, i)));
     return array;
 }
 
@@ -309,11 +324,13 @@ void Books::RegisterLocalp(Localp* localp)
         return;
     }
     const Localp zeroed{};
-    if (std::memcmp(localp, &zeroed, sizeof zeroed) != 0) Complain("a localp is registered that is not zeroed");
+    if (std::memcmp(localp, &zeroed, sizeof zeroed) != 0)
+        Complain("a localp is registered that is not zeroed");
     const std::uint64_t serial = nextSerial_++;
     localps_.emplace(localp, LocalpRecord{serial, nullptr});
     localp->block = nullptr;
-    for (std::uint64_t& link : localp->links) link = OwnWord(serial);
+    for (std::uint64_t& link : localp->links)
+        link = OwnWord(serial);
 }
 
 void Books::UnregisterLocalp(Localp* localp)
@@ -326,7 +343,8 @@ void Books::UnregisterLocalp(Localp* localp)
     const LocalpRecord record = found->second;
     localps_.erase(found);
     const auto changed = [&record](std::uint64_t link) { return link != OwnWord(record.serial); };
-    if (localp->block != record.held || std::any_of(std::begin(localp->links), std::end(localp->links), changed)) {
+    if (localp->block != record.held ||
+        std::any_of(std::begin(localp->links), std::end(localp->links), changed)) {
         Complain("localp " + std::to_string(record.serial) + ": its words were changed by the client");
     }
     *localp = Localp{};
@@ -368,7 +386,8 @@ Snapshot Books::Take(const Block* block) const
         if (record == nullptr) continue;
         const auto* bytes = reinterpret_cast<const std::uint8_t*>(next);
         snapshot.parts.push_back({next, record->serial, {bytes, bytes + record->bytes}});
-        for (std::size_t i = 0; i < PointerCount(*record); ++i) open.push_back(PointerAt(next, *record, i));
+        for (std::size_t i = 0; i < PointerCount(*record); ++i)
+            open.push_back(PointerAt(next, *record, i));
     }
     return snapshot;
 }
@@ -394,17 +413,22 @@ void Books::CountHolders()
 {
     const auto note = [this](const Block* block) {
         const auto found = blocks_.find(block);
-        if (found != blocks_.end()) ++found->second.holders;
-        else if (block != nullptr) Complain("something holds memory that is not a live array block");
+        if (found != blocks_.end())
+            ++found->second.holders;
+        else if (block != nullptr)
+            Complain("something holds memory that is not a live array block");
     };
-    for (auto& [block, record] : blocks_) record.holders = 0;
+    for (auto& [block, record] : blocks_)
+        record.holders = 0;
     for (auto& [block, record] : blocks_) {
         for (std::size_t i = 0; i < PointerCount(record); ++i) {
             note(PointerAt(static_cast<const Block*>(block), record, i));
         }
     }
-    for (const auto& [localp, record] : localps_) note(record.held);
-    for (Block** root : roots_) note(*root);
+    for (const auto& [localp, record] : localps_)
+        note(record.held);
+    for (Block** root : roots_)
+        note(*root);
 }
 
 void Books::Audit()
@@ -423,10 +447,11 @@ void Books::Audit()
 void Books::ComplainAboutLeftovers()
 {
     EvictFreed();
-    for (const auto& [block, record] : blocks_) Complain("leaked: " + Describe(record));
+    for (const auto& [block, record] : blocks_)
+        Complain("leaked: " + Describe(record));
     for (const auto& [localp, record] : localps_) {
         Complain("localp " + std::to_string(record.serial) + " was never unregistered");
     }
 }
 
-}  // namespace vantrel::fake
+} // namespace vantrel::fake

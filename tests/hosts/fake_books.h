@@ -15,21 +15,25 @@ namespace vantrel::fake {
 
 // The first words of an array block; the shape and then the data follow.
 struct Block {
-    std::uint64_t own;        // the interpreter's; a client neither reads nor writes it
-    std::int64_t count;       // references: localps, result slots and nested arrays that hold the block
-    std::uint32_t typeWord;   // bits 0–3 class (7 nested, 15 simple), 4–7 rank, 8–11 element type, the rest noise
-    std::uint32_t ignored;    // a client neither reads nor writes it
+    std::uint64_t own;  // the interpreter's; a client neither reads nor writes it
+    std::int64_t count; // references: localps, result slots and nested arrays that hold the block
+    std::uint32_t
+        typeWord; // bits 0–3 class (7 nested, 15 simple), 4–7 rank, 8–11 element type, the rest noise
+    std::uint32_t ignored; // a client neither reads nor writes it
 };
 static_assert(sizeof(Block) == 24);
 
 // A client's holder of one array. The client owns the memory, registers it zeroed and unregisters it.
 struct Localp {
     Block* block;
-    std::uint64_t links[4];   // the interpreter's once registered
+    std::uint64_t links[4]; // the interpreter's once registered
 };
 static_assert(sizeof(Localp) == 40);
 
-inline std::int64_t* ShapeOf(Block* block) { return reinterpret_cast<std::int64_t*>(block + 1); }
+inline std::int64_t* ShapeOf(Block* block)
+{
+    return reinterpret_cast<std::int64_t*>(block + 1);
+}
 
 struct BooksOptions {
     // Unwritten data are noticed, freed blocks are kept and watched. Costs a pass over each block.
@@ -44,15 +48,15 @@ struct BooksOptions {
 
 // What the books know of one block: the client may have overwritten the block itself.
 struct BlockRecord {
-    std::uint8_t* memory = nullptr;  // the guard before the block begins here
-    std::size_t bytes = 0;           // of the block without its guards
+    std::uint8_t* memory = nullptr; // the guard before the block begins here
+    std::size_t bytes = 0;          // of the block without its guards
     std::uint64_t serial = 0;
     std::uint32_t typeWord = 0;
     int type = 0;
     Shape shape;
     std::size_t count = 0;
     bool finished = false;
-    std::int64_t holders = 0;        // counted anew by each audit
+    std::int64_t holders = 0; // counted anew by each audit
 };
 
 // Bytes of the blocks that an argument consists of, to prove that an edit left them alone. Reference counts are left
@@ -139,4 +143,4 @@ private:
     std::vector<std::string> complaints_;
 };
 
-}  // namespace vantrel::fake
+} // namespace vantrel::fake

@@ -5,16 +5,12 @@
 #include <stdexcept>
 #include <utility>
 
-#include "hosts/atomic_vector.h"
 #include "hosts/fake_primitives.h"
 
 namespace vantrel::fake {
 namespace {
 
-Interpreter* current = nullptr;
-
 constexpr std::int64_t maxRank = 15;
-constexpr std::size_t informationBytes = 32;
 
 // The library's error block.
 struct ErrorBlock {
@@ -29,256 +25,38 @@ struct ErrorBlock {
 static_assert(sizeof(ErrorBlock) == 48);
 
 const std::pair<std::int64_t, const char16_t*> usualMessages[] = {
-    {1, u"WS FULL"},       {2, u"SYNTAX ERROR"}, {3, u"INDEX ERROR"},  {4, u"RANK ERROR"},  {5, u"LENGTH ERROR"},
-    {6, u"VALUE ERROR"},   {7, u"FORMAT ERROR"}, {10, u"LIMIT ERROR"}, {11, u"DOMAIN ERROR"},
-    {12, u"HOLD ERROR"},   {16, u"NONCE ERROR"}, {1003, u"INTERRUPT"},
+    {1, u"WS FULL"},       {2, u"SYNTAX ERROR"}, {3, u"INDEX ERROR"},  {4, u"RANK ERROR"},
+    {5, u"LENGTH ERROR"},  {6, u"VALUE ERROR"},  {7, u"FORMAT ERROR"}, {10, u"LIMIT ERROR"},
+    {11, u"DOMAIN ERROR"}, {12, u"HOLD ERROR"},  {16, u"NONCE ERROR"}, {1003, u"INTERRUPT"},
 };
 
-// What stands in the trap word while no client has set one: the interpreter itself would give up the expression.
-void OwnTrap(std::int64_t) {}
+} // namespace
 
-}  // namespace
-
-// The service functions. Every one is a plain function of words: it finds its interpreter in `current`.
-struct Services {
-    static Block* AllocateArray(std::int64_t type, std::int64_t rank, const std::int64_t* shape, Localp* localp)
-    {
-        std::int64_t code = 0;
-        Block* block = current->TryAllocate(type, rank, shape, localp, &code);
-        if (block != nullptr) return block;
-        // Nothing with a destructor may live here: the trap leaves without unwinding.
-        const auto trap = reinterpret_cast<void (*)(std::int64_t)>(current->trapWord_);
-        if (trap == OwnTrap) current->books_.Complain("an allocation failed while no error trap was set");
-        trap(code);
-        current->books_.Complain("the error trap routine returned");
-        return nullptr;
-    }
-
-    static void RegisterLocalp(Localp* localp)
-    {
-        current->Note(Service::RegisterLocalp);
-        current->books_.RegisterLocalp(localp);
-    }
-
-    static void ReleaseResult(void* blockOrSlot)
-    {
-        current->Note(Service::ReleaseResult);
-        Books& books = current->books_;
-        if (blockOrSlot == nullptr) return;
-        if (!books.IsRoot(blockOrSlot)) {
-            books.Release(static_cast<Block*>(blockOrSlot), "releasing a result");
-            return;
-        }
-        Block* block = std::exchange(*static_cast<Block**>(blockOrSlot), nullptr);
-        if (block != nullptr) books.Release(block, "releasing a result slot");
-    }
-
-    static void UnregisterLocalp(Localp* localp)
-    {
-        current->Note(Service::UnregisterLocalp);
-        current->books_.UnregisterLocalp(localp);
-    }
-
-    static std::uint64_t* ErrorTrap()
-    {
-        current->Note(Service::ErrorTrap);
-        return &current->trapWord_;
-    }
-
-    static void FinishArray(void* blockOrLocalp)
-    {
-        current->Note(Service::FinishArray);
-        const bool isLocalp = current->books_.IsRegistered(static_cast<const Localp*>(blockOrLocalp));
-        current->books_.Finish(isLocalp ? static_cast<Localp*>(blockOrLocalp)->block
-                                        : static_cast<Block*>(blockOrLocalp));
-    }
-
-    static void SignalError(const void* errorBlock)
-    {
-        current->Note(Service::SignalError);
-        current->ReadError(errorBlock);
-    }
-
-    static std::int64_t CallPrimitive(std::int64_t code, std::int64_t three, std::int64_t zero, Localp* argument,
-                                      std::int64_t alsoZero, Localp* result, std::uint8_t one)
-    {
-        current->Note(Service::CallPrimitive, std::to_string(code));
-        if (three != 3 || zero != 0 || alsoZero != 0 || one != 1) {
-            current->books_.Complain("a primitive is called with other fixed arguments than 3, 0, 0 and 1");
-        }
-        return current->RunPrimitive(code, argument, result);
-    }
-
-    static void SystemVariables(std::int64_t* indexOrigin, std::int64_t* printPrecision)
-    {
-        current->Note(Service::SystemVariables);
-        *indexOrigin = current->options_.indexOrigin;
-        *printPrecision = current->options_.printPrecision;
-    }
-
-    static std::int64_t MessageText(std::int64_t number, void* buffer, std::int64_t length)
-    {
-        current->Note(Service::MessageText, std::to_string(number));
-        return current->WriteText(current->Message(number), buffer, length);
-    }
-
-    static std::int64_t PollInterrupt()
-    {
-        current->Note(Service::PollInterrupt);
-        // Only bit 0 means the interrupt; the others are whatever the interpreter keeps there.
-        return (current->interrupt_ ? 1 : 0) | 0x40;
-    }
-
-    static void FromAtomicVector(char16_t* units, const std::uint8_t* positions, std::int64_t count)
-    {
-        current->Note(Service::FromAtomicVector);
-        std::transform(positions, positions + count, units, FromAtomic);
-    }
-
-    static void ToAtomicVector(std::uint8_t* positions, const char16_t* units, std::int64_t count)
-    {
-        current->Note(Service::ToAtomicVector);
-        const auto translate = [](char16_t unit) {
-            const int position = ToAtomic(unit);
-            if (position >= 0) return static_cast<std::uint8_t>(position);
-            current->books_.Complain("a character is translated that the atomic vector lacks: " +
-                                     std::to_string(static_cast<unsigned>(unit)));
-            return static_cast<std::uint8_t>(ToAtomic(u'?'));
-        };
-        std::transform(units, units + count, positions, translate);
-    }
-
-    static std::int64_t PutCopyBuffer(Localp* localp)
-    {
-        current->Note(Service::PutCopyBuffer);
-        const std::int64_t forced = current->forced_[static_cast<std::size_t>(Service::PutCopyBuffer)];
-        if (forced != 0) return forced;
-        current->SetCopyBuffer(current->ValueOf(localp));
-        return 0;
-    }
-
-    static std::int64_t GetCopyBuffer(Localp* localp)
-    {
-        current->Note(Service::GetCopyBuffer);
-        const std::int64_t forced = current->forced_[static_cast<std::size_t>(Service::GetCopyBuffer)];
-        if (forced != 0) return forced;
-        if (current->copyBuffer_ == nullptr) return ErrorNumber::Domain;
-        current->books_.Hold(localp, current->copyBuffer_);
-        return 0;
-    }
-
-    static std::int64_t AskCopyBuffer()
-    {
-        current->Note(Service::AskCopyBuffer);
-        return current->copyBuffer_ != nullptr ? 1 : 0;
-    }
-
-    static std::int64_t ReadSetting(const void* name, const void* defaultText, void* buffer, std::int64_t length)
-    {
-        current->Note(Service::ReadSetting);
-        const std::u16string wanted = current->ReadText(name);
-        const auto found = current->settings_.find(wanted);
-        if (found == current->settings_.end()) {
-            current->books_.Complain("a setting is read that the interpreter does not know");
-        }
-        const bool isSet = found != current->settings_.end() && !found->second.empty();
-        return current->WriteText(isSet ? found->second : current->ReadText(defaultText), buffer, length);
-    }
-
-    static void Information(void* record)
-    {
-        current->Note(Service::Information);
-        std::array<std::uint8_t, informationBytes> expected{informationBytes};
-        if (std::memcmp(record, expected.data(), expected.size()) != 0) {
-            current->books_.Complain("the information record does not hold its length and zeros");
-        }
-        // Nonzero in a high byte only: the flag is the whole word.
-        const std::uint32_t flag = current->options_.unicode ? 0x10000 : 0;
-        std::memcpy(static_cast<std::uint8_t*>(record) + 28, &flag, sizeof flag);
-    }
-
-    template <int group, int slot>
-    static std::int64_t Unassigned()
-    {
-        current->books_.Complain("service " + std::to_string(group) + "." + std::to_string(slot) +
-                                 " is called, which no client should know");
-        return 0;
-    }
-
-    static constexpr int slots = 24;
-    using Group = std::array<std::uint64_t, slots>;
-
-    template <int group, int... slot>
-    static Group UnassignedGroup(std::integer_sequence<int, slot...>)
-    {
-        return {reinterpret_cast<std::uint64_t>(&Unassigned<group, slot>)...};
-    }
-
-    template <int group>
-    static Group& GroupOf()
-    {
-        static Group functions = UnassignedGroup<group>(std::make_integer_sequence<int, slots>{});
-        return functions;
-    }
-
-    template <typename Function>
-    static std::uint64_t Word(Function* function)
-    {
-        return reinterpret_cast<std::uint64_t>(function);
-    }
-};
+Interpreter* Interpreter::current_ = nullptr;
 
 Interpreter::Interpreter(const InterpreterOptions& options)
-    : options_(options), books_(options.books), previous_(std::exchange(current, this))
+    : options_(options), books_(options.books), previous_(std::exchange(current_, this))
 {
-    for (const auto& [number, text] : usualMessages) messages_[number] = text;
+    for (const auto& [number, text] : usualMessages)
+        messages_[number] = text;
     settings_[u"DyalogHelpDir"] = u"";
-    trapWord_ = Services::Word(OwnTrap);
+    trapWord_ = OwnTrapWord();
     books_.AddRoot(&copyBuffer_);
     BuildTable();
 }
 
 Interpreter::~Interpreter()
 {
-    current = previous_;
-}
-
-void Interpreter::BuildTable()
-{
-    using S = Services;
-    auto& arrays = S::GroupOf<1>();
-    arrays[1] = S::Word(S::AllocateArray);
-    arrays[2] = S::Word(S::RegisterLocalp);
-    arrays[4] = S::Word(S::ReleaseResult);
-    arrays[5] = S::Word(S::UnregisterLocalp);
-    arrays[8] = S::Word(S::ErrorTrap);
-    arrays[15] = S::Word(S::FinishArray);
-    arrays[18] = S::Word(S::SignalError);
-    auto& language = S::GroupOf<3>();
-    language[1] = S::Word(S::CallPrimitive);
-    language[2] = S::Word(S::SystemVariables);
-    language[3] = S::Word(S::MessageText);
-    language[4] = S::Word(S::PollInterrupt);
-    language[7] = S::Word(S::FromAtomicVector);
-    language[8] = S::Word(S::ToAtomicVector);
-    auto& copyBuffer = S::GroupOf<4>();
-    copyBuffer[1] = S::Word(S::PutCopyBuffer);
-    copyBuffer[2] = S::Word(S::GetCopyBuffer);
-    copyBuffer[3] = S::Word(S::AskCopyBuffer);
-    auto& environment = S::GroupOf<5>();
-    environment[1] = S::Word(S::ReadSetting);
-    environment[2] = S::Word(S::Information);
-    const auto address = [](S::Group& group) { return reinterpret_cast<std::uint64_t>(group.data()); };
-    table_ = {sizeof table_, address(arrays), address(S::GroupOf<2>()), address(language), address(copyBuffer),
-              address(environment)};
+    current_ = previous_;
 }
 
 void Interpreter::Note(Service service, std::string_view detail)
 {
     static const char* const names[serviceCount] = {
-        "AllocateArray", "RegisterLocalp", "ReleaseResult", "UnregisterLocalp", "ErrorTrap",      "FinishArray",
-        "SignalError",   "CallPrimitive",  "SystemVariables", "MessageText",    "PollInterrupt",  "FromAtomicVector",
-        "ToAtomicVector", "PutCopyBuffer", "GetCopyBuffer",  "AskCopyBuffer",   "ReadSetting",    "Information"};
+        "AllocateArray", "RegisterLocalp",   "ReleaseResult",  "UnregisterLocalp", "ErrorTrap",
+        "FinishArray",   "SignalError",      "CallPrimitive",  "SystemVariables",  "MessageText",
+        "PollInterrupt", "FromAtomicVector", "ToAtomicVector", "PutCopyBuffer",    "GetCopyBuffer",
+        "AskCopyBuffer", "ReadSetting",      "Information"};
     const auto index = static_cast<std::size_t>(service);
     ++calls_[index];
     if (!tracing_) return;
@@ -287,8 +65,8 @@ void Interpreter::Note(Service service, std::string_view detail)
     trace_.push_back(std::move(line));
 }
 
-Block* Interpreter::TryAllocate(std::int64_t type, std::int64_t rank, const std::int64_t* shape, Localp* localp,
-                                std::int64_t* code)
+Block* Interpreter::TryAllocate(std::int64_t type, std::int64_t rank, const std::int64_t* shape,
+                                Localp* localp, std::int64_t* code)
 {
     Note(Service::AllocateArray, tracing_ ? "type " + std::to_string(type) : std::string());
     const bool injected = failAllocationIn_ > 0 && --failAllocationIn_ == 0;
@@ -316,7 +94,8 @@ std::u16string Interpreter::ReadText(const void* text) const
     if (options_.unicode) return static_cast<const char16_t*>(text);
     const std::string narrow = static_cast<const char*>(text);
     std::u16string wide;
-    for (const char c : narrow) wide += static_cast<char16_t>(static_cast<unsigned char>(c));
+    for (const char c : narrow)
+        wide += static_cast<char16_t>(static_cast<unsigned char>(c));
     return wide;
 }
 
@@ -325,10 +104,13 @@ std::int64_t Interpreter::WriteText(std::u16string_view text, void* buffer, std:
     const auto room = static_cast<std::size_t>(std::max<std::int64_t>(length, 0));
     const std::size_t copied = buffer == nullptr ? 0 : std::min(room, text.size());
     const auto put = [&](std::size_t index, char16_t unit) {
-        if (options_.unicode) static_cast<char16_t*>(buffer)[index] = unit;
-        else static_cast<char*>(buffer)[index] = unit < 256 ? static_cast<char>(unit) : '?';
+        if (options_.unicode)
+            static_cast<char16_t*>(buffer)[index] = unit;
+        else
+            static_cast<char*>(buffer)[index] = unit < 256 ? static_cast<char>(unit) : '?';
     };
-    for (std::size_t i = 0; i < copied; ++i) put(i, text[i]);
+    for (std::size_t i = 0; i < copied; ++i)
+        put(i, text[i]);
     if (buffer != nullptr && copied < room) put(copied, u'\0');
     return static_cast<std::int64_t>(text.size());
 }
@@ -395,7 +177,8 @@ void Interpreter::SetCopyBuffer(const Array& array)
 
 void Interpreter::ClearCopyBuffer()
 {
-    if (copyBuffer_ != nullptr) books_.Release(std::exchange(copyBuffer_, nullptr), "clearing the copy buffer");
+    if (copyBuffer_ != nullptr)
+        books_.Release(std::exchange(copyBuffer_, nullptr), "clearing the copy buffer");
 }
 
 std::optional<Array> Interpreter::CopyBuffer()
@@ -447,9 +230,9 @@ Array Interpreter::ValueOf(const Localp* localp)
 
 const std::vector<std::string>& Interpreter::CheckBooks()
 {
-    if (trapWord_ != Services::Word(OwnTrap)) {
+    if (trapWord_ != OwnTrapWord()) {
         books_.Complain("the error-trap word was not restored");
-        trapWord_ = Services::Word(OwnTrap);
+        trapWord_ = OwnTrapWord();
     }
     books_.Audit();
     return books_.Complaints();
@@ -462,10 +245,12 @@ void Interpreter::CollectResult(Block** slot, const Block* argument, EditResult&
     outcome.unchanged = *slot == argument;
     if (outcome.hasResult) outcome.result = books_.Value(*slot);
     // A result slot that keeps an array after an error would hand that array to the expression that failed.
-    if (outcome.hasResult && error_.signalled) books_.Complain("a result was stored although an error was signalled");
+    if (outcome.hasResult && error_.signalled)
+        books_.Complain("a result was stored although an error was signalled");
 }
 
-EditResult Interpreter::Edit(const EntryPoints& entryPoints, const Array& argument, const EditOptions& options)
+EditResult Interpreter::Edit(const EntryPoints& entryPoints, const Array& argument,
+                             const EditOptions& options)
 {
     EditResult outcome;
     const std::size_t complaintsBefore = books_.Complaints().size();
@@ -488,12 +273,15 @@ EditResult Interpreter::Edit(const EntryPoints& entryPoints, const Array& argume
     }
     Block* const argumentBlock = descriptor[0];
     const std::array<Block*, 8> descriptorBefore = descriptor;
-    const Snapshot snapshot = options.checkArgument && !options.patchArgument ? books_.Take(argumentBlock) : Snapshot{};
+    const Snapshot snapshot =
+        options.checkArgument && !options.patchArgument ? books_.Take(argumentBlock) : Snapshot{};
     if (options.patchArgument) options.patchArgument(argumentBlock);
 
     Block** const offeredSlot = options.withResultSlot ? &slot : nullptr;
-    if (options.title) entryPoints.editArrayTitle(descriptor.data(), offeredSlot, options.title->c_str());
-    else entryPoints.editArray(descriptor.data(), offeredSlot);
+    if (options.title)
+        entryPoints.editArrayTitle(descriptor.data(), offeredSlot, options.title->c_str());
+    else
+        entryPoints.editArray(descriptor.data(), offeredSlot);
 
     if (descriptor != descriptorBefore) books_.Complain("the argument descriptor was changed");
     descriptor = descriptorBefore;
@@ -505,7 +293,8 @@ EditResult Interpreter::Edit(const EntryPoints& entryPoints, const Array& argume
     books_.RemoveRoot(descriptor.data());
     books_.Release(argumentBlock, "the end of the expression");
     if (books_.LiveLocalps() != localpsBefore) {
-        books_.Complain(std::to_string(books_.LiveLocalps() - localpsBefore) + " localps were never unregistered");
+        books_.Complain(std::to_string(books_.LiveLocalps() - localpsBefore) +
+                        " localps were never unregistered");
     }
     if (books_.LiveBlocks() != blocksBefore) {
         books_.Complain(std::to_string(books_.LiveBlocks() - blocksBefore) + " array blocks leaked");
@@ -515,4 +304,4 @@ EditResult Interpreter::Edit(const EntryPoints& entryPoints, const Array& argume
     return outcome;
 }
 
-}  // namespace vantrel::fake
+} // namespace vantrel::fake

@@ -42,24 +42,24 @@ struct EntryPoints {
 
 // The service functions, named after what they do; the comment is group and slot.
 enum class Service {
-    AllocateArray,      // 1.1
-    RegisterLocalp,     // 1.2
-    ReleaseResult,      // 1.4
-    UnregisterLocalp,   // 1.5
-    ErrorTrap,          // 1.8
-    FinishArray,        // 1.15
-    SignalError,        // 1.18
-    CallPrimitive,      // 3.1
-    SystemVariables,    // 3.2
-    MessageText,        // 3.3
-    PollInterrupt,      // 3.4
-    FromAtomicVector,   // 3.7
-    ToAtomicVector,     // 3.8
-    PutCopyBuffer,      // 4.1
-    GetCopyBuffer,      // 4.2
-    AskCopyBuffer,      // 4.3
-    ReadSetting,        // 5.1
-    Information,        // 5.2
+    AllocateArray,    // 1.1
+    RegisterLocalp,   // 1.2
+    ReleaseResult,    // 1.4
+    UnregisterLocalp, // 1.5
+    ErrorTrap,        // 1.8
+    FinishArray,      // 1.15
+    SignalError,      // 1.18
+    CallPrimitive,    // 3.1
+    SystemVariables,  // 3.2
+    MessageText,      // 3.3
+    PollInterrupt,    // 3.4
+    FromAtomicVector, // 3.7
+    ToAtomicVector,   // 3.8
+    PutCopyBuffer,    // 4.1
+    GetCopyBuffer,    // 4.2
+    AskCopyBuffer,    // 4.3
+    ReadSetting,      // 5.1
+    Information,      // 5.2
 };
 inline constexpr std::size_t serviceCount = 18;
 
@@ -73,7 +73,7 @@ inline constexpr std::int64_t Limit = 10;
 inline constexpr std::int64_t Domain = 11;
 inline constexpr std::int64_t Nonce = 16;
 inline constexpr std::int64_t Interrupt = 1003;
-}  // namespace ErrorNumber
+} // namespace ErrorNumber
 
 struct InterpreterOptions {
     bool unicode = true;
@@ -108,12 +108,12 @@ struct EditOptions {
 };
 
 struct EditResult {
-    bool hasResult = false;   // an array stands in the result slot
-    bool unchanged = false;   // it is the argument's own block
-    Array result;             // its value
+    bool hasResult = false; // an array stands in the result slot
+    bool unchanged = false; // it is the argument's own block
+    Array result;           // its value
     SignalledError error;
-    std::int64_t handshake = 0;            // what DyalogGetInterpreterFunctions answered; not 0: no edit took place
-    std::vector<std::string> complaints;   // everything found wrong during this edit; empty is balanced
+    std::int64_t handshake = 0; // what DyalogGetInterpreterFunctions answered; not 0: no edit took place
+    std::vector<std::string> complaints; // everything found wrong during this edit; empty is balanced
 };
 
 class Interpreter {
@@ -158,7 +158,10 @@ public:
     void SetMessage(std::int64_t number, std::u16string text) { messages_[number] = std::move(text); }
     std::u16string Message(std::int64_t number) const;
     // An interpreter setting that slot 5.1 reads, such as the help folder.
-    void SetSetting(std::u16string name, std::u16string value) { settings_[std::move(name)] = std::move(value); }
+    void SetSetting(std::u16string name, std::u16string value)
+    {
+        settings_[std::move(name)] = std::move(value);
+    }
     // The user's interrupt key. May be called from any thread.
     void SetInterrupt(bool on) { interrupt_ = on; }
 
@@ -174,7 +177,10 @@ public:
     // How many allocations failed since FailAllocation was called.
     std::int64_t FailedAllocations() const { return failedAllocations_; }
     // Makes CallPrimitive, PutCopyBuffer or GetCopyBuffer answer this status without doing anything, until 0 is set.
-    void ForceStatus(Service service, std::int64_t status) { forced_[static_cast<std::size_t>(service)] = status; }
+    void ForceStatus(Service service, std::int64_t status)
+    {
+        forced_[static_cast<std::size_t>(service)] = status;
+    }
     std::int64_t Calls(Service service) const { return calls_[static_cast<std::size_t>(service)]; }
     void ResetCalls() { calls_ = {}; }
     // One line a call, oldest first, while tracing is on.
@@ -185,6 +191,7 @@ private:
     friend struct Services;
 
     void BuildTable();
+    static std::uint64_t OwnTrapWord();
     void Note(Service service, std::string_view detail = {});
     Block* TryAllocate(std::int64_t type, std::int64_t rank, const std::int64_t* shape, Localp* localp,
                        std::int64_t* code);
@@ -214,6 +221,7 @@ private:
     std::vector<std::unique_ptr<Localp>> ownLocalps_;
     std::vector<std::unique_ptr<std::array<Block*, 8>>> descriptors_;
     Interpreter* previous_ = nullptr;
+    static Interpreter* current_; // the one that answers
 };
 
-}  // namespace vantrel::fake
+} // namespace vantrel::fake

@@ -1,19 +1,14 @@
 #include "hosts/fake_primitives.h"
 
 #include <algorithm>
-#include <charconv>
-#include <cmath>
-#include <cstdio>
 #include <cstring>
 #include <numeric>
 
-#include "hosts/decimal.h"
 #include "hosts/fake_dyalog.h"
+#include "hosts/fake_format.h"
 
 namespace vantrel::fake {
 namespace {
-
-constexpr char16_t highMinus = 0xAF;
 
 // --- picking items ---
 
@@ -38,13 +33,15 @@ Array Pick(const Array& array, Shape shape, const std::vector<std::size_t>& indi
 {
     if (array.type == ElementType::Nested) {
         std::vector<Array> items;
-        for (const std::size_t index : indices) items.push_back(array.items[index]);
+        for (const std::size_t index : indices)
+            items.push_back(array.items[index]);
         if (items.empty()) return EmptyNestedArray(std::move(shape), array.items[0]);
         return NestedArray(std::move(shape), std::move(items));
     }
     if (array.type == ElementType::Bit) {
         std::vector<int> bits;
-        for (const std::size_t index : indices) bits.push_back(RealAt(array, index) != 0);
+        for (const std::size_t index : indices)
+            bits.push_back(RealAt(array, index) != 0);
         return BooleanArray(std::move(shape), bits);
     }
     const std::size_t size = ItemBytes(array.type);
@@ -65,16 +62,20 @@ bool IsSimpleScalar(const Array& array)
 char32_t MaxCharacter(const std::vector<Array>& scalars)
 {
     char32_t most = 0;
-    for (const Array& scalar : scalars) most = std::max(most, CharacterAt(scalar, 0));
+    for (const Array& scalar : scalars)
+        most = std::max(most, CharacterAt(scalar, 0));
     return most;
 }
 
 Array JoinCharacters(Shape shape, const std::vector<Array>& scalars)
 {
     std::u32string text;
-    for (const Array& scalar : scalars) text += CharacterAt(scalar, 0);
+    for (const Array& scalar : scalars)
+        text += CharacterAt(scalar, 0);
     const char32_t most = MaxCharacter(scalars);
-    const int type = most < 0x100 ? ElementType::Char8 : most < 0x10000 ? ElementType::Char16 : ElementType::Char32;
+    const int type = most < 0x100     ? ElementType::Char8
+                     : most < 0x10000 ? ElementType::Char16
+                                      : ElementType::Char32;
     return CharacterArray(type, std::move(shape), text);
 }
 
@@ -82,7 +83,8 @@ Array JoinNumbers(Shape shape, const std::vector<Array>& scalars, int widest)
 {
     if (widest == ElementType::Decimal) {
         std::vector<std::string> texts;
-        for (const Array& scalar : scalars) texts.push_back(DecimalTextAt(scalar, 0));
+        for (const Array& scalar : scalars)
+            texts.push_back(DecimalTextAt(scalar, 0));
         return DecimalArray(std::move(shape), texts);
     }
     std::vector<ComplexNumber> values;
@@ -91,7 +93,8 @@ Array JoinNumbers(Shape shape, const std::vector<Array>& scalars, int widest)
         values.push_back(ComplexAt(scalar, 0));
         reals.push_back(values.back().real);
     }
-    return widest == ElementType::Complex ? ComplexArray(std::move(shape), values) : NumericArray(std::move(shape), reals);
+    return widest == ElementType::Complex ? ComplexArray(std::move(shape), values)
+                                          : NumericArray(std::move(shape), reals);
 }
 
 // One array of all the items: simple where they are simple scalars of one kind, else nested. Never called with none.
@@ -107,7 +110,8 @@ Array Join(Shape shape, std::vector<Array> items)
         bool decimalWithOthers = false;
         for (const Array& item : items) {
             widest = std::max(widest, item.type);
-            decimalWithOthers |= (item.type == ElementType::Decimal) != (items[0].type == ElementType::Decimal);
+            decimalWithOthers |=
+                (item.type == ElementType::Decimal) != (items[0].type == ElementType::Decimal);
         }
         if (!decimalWithOthers) return JoinNumbers(std::move(shape), items, widest);
     }
@@ -141,8 +145,10 @@ void CollectLeaves(const Array& array, std::vector<Array>& leaves)
 {
     const std::size_t count = CountOf(array);
     for (std::size_t i = 0; i < count; ++i) {
-        if (array.type == ElementType::Nested) CollectLeaves(array.items[i], leaves);
-        else leaves.push_back(ItemAt(array, i));
+        if (array.type == ElementType::Nested)
+            CollectLeaves(array.items[i], leaves);
+        else
+            leaves.push_back(ItemAt(array, i));
     }
 }
 
@@ -161,7 +167,8 @@ Array ReverseAlong(const Array& array, std::size_t axis)
     const std::size_t count = CountOf(array);
     if (array.shape.empty() || count == 0) return array;
     const auto length = static_cast<std::size_t>(array.shape[axis]);
-    const std::size_t stride = CountOf(Shape(array.shape.begin() + static_cast<std::ptrdiff_t>(axis) + 1, array.shape.end()));
+    const std::size_t stride =
+        CountOf(Shape(array.shape.begin() + static_cast<std::ptrdiff_t>(axis) + 1, array.shape.end()));
     std::vector<std::size_t> indices(count);
     for (std::size_t i = 0; i < count; ++i) {
         const std::size_t along = i / stride % length;
@@ -181,7 +188,8 @@ Array Transpose(const Array& array)
         // The last axis of the result is the argument's first, whose stride is the largest.
         for (std::size_t axis = 0; axis < shape.size(); ++axis) {
             std::size_t block = 1;
-            for (std::size_t k = axis + 1; k < shape.size(); ++k) block *= static_cast<std::size_t>(shape[k]);
+            for (std::size_t k = axis + 1; k < shape.size(); ++k)
+                block *= static_cast<std::size_t>(shape[k]);
             from += rest / block * stride;
             rest %= block;
             stride *= static_cast<std::size_t>(shape[axis]);
@@ -202,7 +210,8 @@ bool MixedShape(const Array& array, Shape& itemShape)
         if (seen && item.shape.size() != itemShape.size()) return false;
         itemShape.resize(item.shape.size());
         seen = true;
-        for (std::size_t k = 0; k < itemShape.size(); ++k) itemShape[k] = std::max(itemShape[k], item.shape[k]);
+        for (std::size_t k = 0; k < itemShape.size(); ++k)
+            itemShape[k] = std::max(itemShape[k], item.shape[k]);
     }
     return true;
 }
@@ -230,15 +239,19 @@ void AppendPadded(const Array& item, const Shape& shape, std::vector<Array>& out
 std::int64_t Mix(const Array& array, Array& result)
 {
     result = array;
-    if (array.type != ElementType::Nested || std::all_of(array.items.begin(), array.items.end(), IsSimpleScalar)) return 0;
+    if (array.type != ElementType::Nested ||
+        std::all_of(array.items.begin(), array.items.end(), IsSimpleScalar))
+        return 0;
     Shape itemShape;
     if (!MixedShape(array, itemShape)) return ErrorNumber::Rank;
     Shape shape = array.shape;
     shape.insert(shape.end(), itemShape.begin(), itemShape.end());
     std::vector<Array> items;
     const std::size_t count = CountOf(array);
-    for (std::size_t i = 0; i < count; ++i) AppendPadded(array.items[i], itemShape, items);
-    result = items.empty() ? EmptyNestedArray(std::move(shape), First(array.items[0])) : Join(std::move(shape), std::move(items));
+    for (std::size_t i = 0; i < count; ++i)
+        AppendPadded(array.items[i], itemShape, items);
+    result = items.empty() ? EmptyNestedArray(std::move(shape), First(array.items[0]))
+                           : Join(std::move(shape), std::move(items));
     // An empty result of simple items is simple.
     if (result.type == ElementType::Nested && CountOf(result) == 0 && IsSimpleScalar(result.items[0])) {
         result = Pick(WithShape(result.items[0], result.shape), result.shape, {});
@@ -276,7 +289,8 @@ std::int64_t Grade(const Array& array, std::int64_t indexOrigin, bool down, Arra
         return false;
     });
     std::vector<double> values;
-    for (const std::size_t index : order) values.push_back(static_cast<double>(index) + static_cast<double>(indexOrigin));
+    for (const std::size_t index : order)
+        values.push_back(static_cast<double>(index) + static_cast<double>(indexOrigin));
     result = NumericArray(VectorShape(rows), values);
     return 0;
 }
@@ -318,151 +332,18 @@ std::int64_t VerifyAndFix(const Array& array, Array& result)
         complex = complex || values.back().imaginary != 0;
     }
     std::vector<double> reals;
-    for (const ComplexNumber& value : values) reals.push_back(value.real);
+    for (const ComplexNumber& value : values)
+        reals.push_back(value.real);
     const Shape shape = VectorShape(values.size());
-    result = NestedArray({2}, {BooleanArray(shape, valid), complex ? ComplexArray(shape, values) : NumericArray(shape, reals)});
+    result = NestedArray({2}, {BooleanArray(shape, valid),
+                               complex ? ComplexArray(shape, values) : NumericArray(shape, reals)});
     return 0;
 }
 
-// --- format ---
+} // namespace
 
-using Lines = std::vector<std::u16string>;
-
-std::u16string Widened(const std::string& text)
-{
-    std::u16string wide(text.begin(), text.end());
-    std::replace(wide.begin(), wide.end(), u'-', highMinus);
-    return wide;
-}
-
-std::u16string FormatItem(const Array& array, std::size_t index, std::int64_t precision)
-{
-    if (IsCharacterType(array.type)) return TextOfArray(ItemAt(array, index));
-    if (array.type == ElementType::Decimal) return Widened(DecimalTextAt(array, index));
-    const ComplexNumber value = ComplexAt(array, index);
-    std::u16string text = FormatNumber(value.real, precision);
-    if (value.imaginary != 0) text += u"J" + FormatNumber(value.imaginary, precision);
-    return text;
-}
-
-std::size_t WidthOf(const Lines& lines)
-{
-    std::size_t width = 0;
-    for (const std::u16string& line : lines) width = std::max(width, line.size());
-    return width;
-}
-
-std::u16string PaddedTo(const std::u16string& text, std::size_t width, bool right)
-{
-    const std::u16string blanks(width - std::min(width, text.size()), u' ');
-    return right ? blanks + text : text + blanks;
-}
-
-// Puts cells of text beside and under each other, `columns` a row.
-Lines PlaceCells(const std::vector<Lines>& cells, std::size_t columns, bool alignRight)
-{
-    std::vector<std::size_t> widths(columns);
-    for (std::size_t i = 0; i < cells.size(); ++i) widths[i % columns] = std::max(widths[i % columns], WidthOf(cells[i]));
-    Lines out;
-    for (std::size_t row = 0; row < cells.size(); row += columns) {
-        std::size_t height = 1;
-        for (std::size_t column = 0; column < columns; ++column) height = std::max(height, cells[row + column].size());
-        for (std::size_t k = 0; k < height; ++k) {
-            std::u16string line;
-            for (std::size_t column = 0; column < columns; ++column) {
-                const Lines& cell = cells[row + column];
-                line += (column == 0 ? u"" : u" ") + PaddedTo(k < cell.size() ? cell[k] : u"", widths[column], alignRight);
-            }
-            out.push_back(std::move(line));
-        }
-    }
-    return out;
-}
-
-Lines FormatLines(const Array& array, std::int64_t precision);
-
-Lines FormatCell(const Array& array, std::size_t index, std::int64_t precision)
-{
-    if (array.type == ElementType::Nested) return FormatLines(array.items[index], precision);
-    return {FormatItem(array, index, precision)};
-}
-
-Lines FormatLines(const Array& array, std::int64_t precision)
-{
-    const std::size_t count = CountOf(array);
-    if (count == 0) return {u""};
-    const std::size_t columns = array.shape.empty() ? 1 : static_cast<std::size_t>(array.shape.back());
-    if (IsCharacterType(array.type)) {
-        const std::u16string text = TextOfArray(array);
-        Lines lines;
-        for (std::size_t i = 0; i < count; i += columns) lines.push_back(text.substr(i, columns));
-        return lines;
-    }
-    std::vector<Lines> cells;
-    for (std::size_t i = 0; i < count; ++i) cells.push_back(FormatCell(array, i, precision));
-    return PlaceCells(cells, columns, array.type != ElementType::Nested);
-}
-
-Array Format(const Array& array, std::int64_t precision)
-{
-    if (IsCharacterType(array.type)) return array;
-    const Lines lines = FormatLines(array, precision);
-    if (lines.size() == 1 && array.shape.size() < 2) return Text(lines[0]);
-    const std::size_t width = WidthOf(lines);
-    std::u16string text;
-    for (const std::u16string& line : lines) text += PaddedTo(line, width, false);
-    Shape shape{static_cast<std::int64_t>(lines.size()), static_cast<std::int64_t>(width)};
-    if (array.type != ElementType::Nested && array.shape.size() > 2) {
-        shape.assign(array.shape.begin(), array.shape.end() - 1);
-        shape.push_back(static_cast<std::int64_t>(width));
-    }
-    return TextOf(std::move(shape), text);
-}
-
-// --- numbers ---
-
-// One real part: the text up to where a number of the language ends, with plain minus signs.
-bool ParseReal(const std::string& text, double& value)
-{
-    const std::size_t digits = text.find_first_of("0123456789");
-    if (digits == std::string::npos || text.find_first_not_of("-0123456789.E") != std::string::npos) return false;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    return error == std::errc() && end == text.data() + text.size();
-}
-
-}  // namespace
-
-bool ParseNumber(std::u16string_view text, ComplexNumber& value)
-{
-    std::string plain;
-    for (const char16_t unit : text) {
-        if (unit == highMinus) plain += '-';
-        else if (unit == u'e' || unit == u'j') plain += static_cast<char>(unit - 32);
-        else if (unit < 128) plain += static_cast<char>(unit);
-        else return false;
-    }
-    const std::size_t j = plain.find('J');
-    value = {};
-    if (!ParseReal(plain.substr(0, j), value.real)) return false;
-    return j == std::string::npos || ParseReal(plain.substr(j + 1), value.imaginary);
-}
-
-std::u16string FormatNumber(double value, std::int64_t printPrecision)
-{
-    char buffer[64];
-    std::snprintf(buffer, sizeof buffer, "%.*G", static_cast<int>(std::clamp<std::int64_t>(printPrecision, 1, 17)), value);
-    std::string text = buffer;
-    const std::size_t exponent = text.find('E');
-    if (exponent != std::string::npos) {
-        std::size_t digits = exponent + 1;
-        if (text[digits] == '+') text.erase(digits, 1);
-        else if (text[digits] == '-') ++digits;
-        while (digits + 1 < text.size() && text[digits] == '0') text.erase(digits, 1);
-    }
-    return Widened(text);
-}
-
-std::int64_t ComputePrimitive(std::int64_t code, const Array& argument, const LanguageSettings& settings, Array& result)
+std::int64_t ComputePrimitive(std::int64_t code, const Array& argument, const LanguageSettings& settings,
+                              Array& result)
 {
     switch (code) {
     case PrimitiveCode::Ravel: result = Ravel(argument); return 0;
@@ -474,7 +355,7 @@ std::int64_t ComputePrimitive(std::int64_t code, const Array& argument, const La
         return 0;
     case PrimitiveCode::ReverseFirst: result = ReverseAlong(argument, 0); return 0;
     case PrimitiveCode::Transpose: result = Transpose(argument); return 0;
-    case PrimitiveCode::Format: result = Format(argument, settings.printPrecision); return 0;
+    case PrimitiveCode::Format: result = FormatArray(argument, settings.printPrecision); return 0;
     case PrimitiveCode::Mix: return Mix(argument, result);
     case PrimitiveCode::GradeUp: return Grade(argument, settings.indexOrigin, false, result);
     case PrimitiveCode::GradeDown: return Grade(argument, settings.indexOrigin, true, result);
@@ -483,4 +364,4 @@ std::int64_t ComputePrimitive(std::int64_t code, const Array& argument, const La
     }
 }
 
-}  // namespace vantrel::fake
+} // namespace vantrel::fake

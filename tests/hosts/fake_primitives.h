@@ -20,7 +20,7 @@ inline constexpr std::int64_t Format = 48;
 inline constexpr std::int64_t Enclose = 50;
 inline constexpr std::int64_t Mix = 51;
 inline constexpr std::int64_t VerifyAndFix = 145;
-}  // namespace PrimitiveCode
+} // namespace PrimitiveCode
 
 struct LanguageSettings {
     std::int64_t indexOrigin = 1;
@@ -28,12 +28,7 @@ struct LanguageSettings {
 };
 
 // Computes a monadic primitive. Returns 0, or the interpreter's error number (16 for a primitive it does not have).
-std::int64_t ComputePrimitive(std::int64_t code, const Array& argument, const LanguageSettings& settings, Array& result);
+std::int64_t ComputePrimitive(std::int64_t code, const Array& argument, const LanguageSettings& settings,
+                              Array& result);
 
-// One number of the language: digits, a decimal point, an exponent after E, a complex part after J; a minus is
-// either the high minus or a hyphen. False where the text is none.
-bool ParseNumber(std::u16string_view text, ComplexNumber& value);
-// A number as the language shows it, with the high minus.
-std::u16string FormatNumber(double value, std::int64_t printPrecision);
-
-}  // namespace vantrel::fake
+} // namespace vantrel::fake

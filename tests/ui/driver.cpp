@@ -28,7 +28,7 @@ constexpr UINT GetBusyMessage = 32986;
 constexpr int ExitForce = 4110;
 constexpr int PollMilliseconds = 10;
 constexpr int PatienceMilliseconds = 30000;
-constexpr int TestLimitSeconds = 120;
+constexpr int TestLimitSeconds = 60;
 
 bool PollUntil(const std::function<bool()>& condition)
 {
@@ -125,7 +125,7 @@ public:
                   if (std::chrono::steady_clock::now() > end) {
                       std::fprintf(stderr, "%s hangs\n", name.c_str());
                       std::fflush(stderr);
-                      std::_Exit(3);
+                      TerminateProcess(GetCurrentProcess(), 3);
                   }
                   Sleep(PollMilliseconds);
               }

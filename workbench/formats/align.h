@@ -18,15 +18,19 @@ std::vector<std::size_t> AlignItems(std::size_t newCount, std::size_t oldCount, 
     std::size_t head = 0;
     std::size_t tail = 0;
     if (newCount != oldCount) {
-        while (head < least && same(head, head)) ++head;
-        while (tail < least - head && same(newCount - 1 - tail, oldCount - 1 - tail)) ++tail;
+        while (head < least && same(head, head))
+            ++head;
+        while (tail < least - head && same(newCount - 1 - tail, oldCount - 1 - tail))
+            ++tail;
     }
     std::vector<std::size_t> matches(newCount, noMatch);
     for (std::size_t i = 0; i < newCount; ++i) {
-        if (i >= newCount - tail) matches[i] = oldCount - (newCount - i);
-        else if (i < oldCount - tail) matches[i] = i;
+        if (i >= newCount - tail)
+            matches[i] = oldCount - (newCount - i);
+        else if (i < oldCount - tail)
+            matches[i] = i;
     }
     return matches;
 }
 
-}  // namespace vantrel::workbench
+} // namespace vantrel::workbench

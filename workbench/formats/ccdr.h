@@ -15,8 +15,8 @@ namespace vantrel::workbench {
 struct CcdrNode {
     std::uint32_t type = 0;
     std::uint8_t flags = 0;
-    std::vector<std::int64_t> integers;      // the values of a whole-number node, all 64 bits
-    std::vector<std::u16string> axisNames;   // rank 3 and above, version 1
+    std::vector<std::int64_t> integers;    // the values of a whole-number node, all 64 bits
+    std::vector<std::u16string> axisNames; // rank 3 and above, version 1
     std::vector<CcdrNode> children;
 };
 
@@ -27,4 +27,4 @@ struct CcdrSource {
 Document ReadCcdr(std::string bytes);
 std::string WriteCcdr(const fake::Array& array, const Document* original);
 
-}  // namespace vantrel::workbench
+} // namespace vantrel::workbench

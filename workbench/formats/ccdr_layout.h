@@ -9,7 +9,7 @@ namespace vantrel::workbench {
 
 namespace CcdrLayout {
 inline constexpr std::string_view magic = "CCDR";
-inline constexpr std::size_t magicBytes = 8;   // magic and version
+inline constexpr std::size_t magicBytes = 8; // magic and version
 inline constexpr std::size_t version = 4;
 inline constexpr std::size_t size = 16;
 inline constexpr std::size_t count = 24;
@@ -17,7 +17,7 @@ inline constexpr std::size_t type = 32;
 inline constexpr std::size_t rank = 36;
 inline constexpr std::size_t flags = 40;
 inline constexpr std::size_t shape = 48;
-}  // namespace CcdrLayout
+} // namespace CcdrLayout
 
 namespace CcdrType {
 inline constexpr std::uint32_t Nested = 0;
@@ -27,6 +27,6 @@ inline constexpr std::uint32_t Integer = 22;
 inline constexpr std::uint32_t Real = 23;
 inline constexpr std::uint32_t Complex = 24;
 inline constexpr std::uint32_t Decimal = 25;
-}  // namespace CcdrType
+} // namespace CcdrType
 
-}  // namespace vantrel::workbench
+} // namespace vantrel::workbench

@@ -45,8 +45,7 @@ private:
         throw FormatError("byte " + std::to_string(fileOffset_ + at) + ": " + reason);
     }
 
-    template <typename T>
-    T Load(std::size_t at) const
+    template <typename T> T Load(std::size_t at) const
     {
         if (at > bytes_.size() || bytes_.size() - at < sizeof(T)) Fail(at, "the image ends too early");
         T value;
@@ -61,16 +60,20 @@ private:
         if (hasMagic && version_ != 1) Fail(4, "version " + std::to_string(version_) + " is not supported");
         base_ = hasMagic ? 0 : CcdrLayout::magicBytes;
         const auto size = Load<std::uint64_t>(CcdrLayout::size - base_);
-        if (size > bytes_.size()) Fail(CcdrLayout::size - base_, "the block claims more bytes than there are");
+        if (size > bytes_.size())
+            Fail(CcdrLayout::size - base_, "the block claims more bytes than there are");
         size_ = static_cast<std::size_t>(size);
-        if (size_ < CcdrLayout::shape - base_) Fail(CcdrLayout::size - base_, "the block claims fewer bytes than its header has");
+        if (size_ < CcdrLayout::shape - base_)
+            Fail(CcdrLayout::size - base_, "the block claims fewer bytes than its header has");
         bytes_ = bytes_.substr(0, size_);
         type_ = Load<std::uint32_t>(CcdrLayout::type - base_);
         const auto rank = Load<std::int32_t>(CcdrLayout::rank - base_);
         flags_ = Load<std::uint8_t>(CcdrLayout::flags - base_);
-        if (rank < 0 || rank > maxRank) Fail(CcdrLayout::rank - base_, "the rank " + std::to_string(rank) + " is not possible");
+        if (rank < 0 || rank > maxRank)
+            Fail(CcdrLayout::rank - base_, "the rank " + std::to_string(rank) + " is not possible");
         payload_ = CcdrLayout::shape - base_;
-        for (std::int32_t k = 0; k < rank; ++k, payload_ += 8) shape_.push_back(Load<std::int64_t>(payload_));
+        for (std::int32_t k = 0; k < rank; ++k, payload_ += 8)
+            shape_.push_back(Load<std::int64_t>(payload_));
         ReadCount();
     }
 
@@ -110,10 +113,13 @@ private:
             if (count_ > 0) std::memcpy(text.data(), data, 2 * count_);
             return fake::TextOf(shape_, text);
         }
-        case CcdrType::Boolean: return fake::RawArray(fake::ElementType::Bit, shape_, CopyPayload(1, count_ / 8 + (count_ % 8 != 0)));
+        case CcdrType::Boolean:
+            return fake::RawArray(fake::ElementType::Bit, shape_,
+                                  CopyPayload(1, count_ / 8 + (count_ % 8 != 0)));
         case CcdrType::Integer: return ReadIntegers(node);
         case CcdrType::Real: return fake::RawArray(fake::ElementType::Float, shape_, CopyPayload(8, count_));
-        case CcdrType::Complex: return fake::RawArray(fake::ElementType::Complex, shape_, CopyPayload(16, count_));
+        case CcdrType::Complex:
+            return fake::RawArray(fake::ElementType::Complex, shape_, CopyPayload(16, count_));
         case CcdrType::Decimal: return ReadDecimals();
         default: Fail(CcdrLayout::type - base_, "the type code " + std::to_string(type_) + " is unknown");
         }
@@ -156,7 +162,8 @@ private:
         for (std::size_t i = 0; i < children; ++i) {
             const auto offset = Load<std::uint64_t>(payload_ + 8 * i);
             // Blocks stand one behind the other: two that share bytes could multiply without end.
-            if (offset < end_ || offset > bytes_.size()) Fail(payload_ + 8 * i, "the offset of a child is not possible");
+            if (offset < end_ || offset > bytes_.size())
+                Fail(payload_ + 8 * i, "the offset of a child is not possible");
             const auto at = static_cast<std::size_t>(offset);
             BlockReader child(bytes_.substr(at), fileOffset_ + at, depth_ + 1, notes_);
             node.children.emplace_back();
@@ -184,7 +191,7 @@ private:
     std::size_t fileOffset_;
     std::size_t depth_;
     Notes& notes_;
-    std::size_t base_ = 0;        // bytes that this version's header lacks at its beginning
+    std::size_t base_ = 0; // bytes that this version's header lacks at its beginning
     std::uint32_t version_ = 0;
     std::size_t size_ = 0;
     std::size_t count_ = 0;
@@ -192,10 +199,10 @@ private:
     std::uint8_t flags_ = 0;
     fake::Shape shape_;
     std::size_t payload_ = 0;
-    std::size_t end_ = 0;         // behind what has been read
+    std::size_t end_ = 0; // behind what has been read
 };
 
-}  // namespace
+} // namespace
 
 Document ReadCcdr(std::string bytes)
 {
@@ -210,9 +217,10 @@ Document ReadCcdr(std::string bytes)
                                  " whole numbers have more digits than the array can hold; "
                                  "what is not edited is written back with every digit");
     }
-    if (notes.decimal) document.notes.push_back("the image carries no digits of its decimal elements; they are shown as 0");
+    if (notes.decimal)
+        document.notes.push_back("the image carries no digits of its decimal elements; they are shown as 0");
     document.ccdr = std::move(source);
     return document;
 }
 
-}  // namespace vantrel::workbench
+} // namespace vantrel::workbench

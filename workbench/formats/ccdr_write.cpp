@@ -41,9 +41,11 @@ std::uint32_t ChooseType(const Array& array, const CcdrNode* node)
     if (array.type == fake::ElementType::Decimal) return CcdrType::Decimal;
     if (array.type == fake::ElementType::Complex || before == CcdrType::Complex) return CcdrType::Complex;
     if (before == CcdrType::Real) return CcdrType::Real;
-    const bool whole = array.type != fake::ElementType::Float || (before == CcdrType::Integer && AllWhole(array));
+    const bool whole =
+        array.type != fake::ElementType::Float || (before == CcdrType::Integer && AllWhole(array));
     if (!whole) return CcdrType::Real;
-    return array.type == fake::ElementType::Bit && before != CcdrType::Integer ? CcdrType::Boolean : CcdrType::Integer;
+    return array.type == fake::ElementType::Bit && before != CcdrType::Integer ? CcdrType::Boolean
+                                                                               : CcdrType::Integer;
 }
 
 class BlockWriter {
@@ -58,21 +60,23 @@ public:
         out_ += CcdrLayout::magic;
         Append<std::uint32_t>(1);
         Append<std::uint64_t>(0);
-        Append<std::uint64_t>(0);  // the size, known at the end
+        Append<std::uint64_t>(0); // the size, known at the end
         Append(static_cast<std::int64_t>(fake::CountOf(array)));
         Append(type);
         Append(static_cast<std::int32_t>(array.shape.size()));
         Append<std::uint64_t>(original.node != nullptr ? original.node->flags : 0);
-        for (const std::int64_t length : array.shape) Append(length);
-        if (isNested) WriteChildren(array, original, start);
-        else WriteItems(array, type, original);
+        for (const std::int64_t length : array.shape)
+            Append(length);
+        if (isNested)
+            WriteChildren(array, original, start);
+        else
+            WriteItems(array, type, original);
         if (array.shape.size() >= 3) WriteAxisNames(array.shape.size(), original.node);
         Patch(start + CcdrLayout::size, out_.size() - start);
     }
 
 private:
-    template <typename T>
-    void Append(T value)
+    template <typename T> void Append(T value)
     {
         char bytes[sizeof(T)];
         std::memcpy(bytes, &value, sizeof(T));
@@ -87,9 +91,11 @@ private:
         if (type == CcdrType::Boolean) {
             out_.append(reinterpret_cast<const char*>(array.data.data()), array.data.size());
         } else if (type == CcdrType::Character) {
-            for (const char16_t unit : fake::TextOfArray(array)) Append(unit);
+            for (const char16_t unit : fake::TextOfArray(array))
+                Append(unit);
         } else if (type != CcdrType::Decimal) {
-            for (std::size_t i = 0; i < count; ++i) WriteNumber(array, i, type, original);
+            for (std::size_t i = 0; i < count; ++i)
+                WriteNumber(array, i, type, original);
         }
     }
 
@@ -111,7 +117,8 @@ private:
                                 original.array->shape == array.shape;
         if (comparable) {
             const std::int64_t before = original.node->integers[index];
-            const NumberChange change = CompareNumbers(static_cast<double>(before), value, wholeNumberPrecision);
+            const NumberChange change =
+                CompareNumbers(static_cast<double>(before), value, wholeNumberPrecision);
             if (change != NumberChange::Edited) return before;
         }
         return static_cast<std::int64_t>(value);
@@ -134,10 +141,13 @@ private:
         std::vector<Original> matches(array.items.size());
         if (original.node == nullptr || original.node->type != CcdrType::Nested) return matches;
         const std::vector<Array>& before = original.array->items;
-        const auto same = [&](std::size_t now, std::size_t then) { return fake::SameValues(array.items[now], before[then]); };
+        const auto same = [&](std::size_t now, std::size_t then) {
+            return fake::SameValues(array.items[now], before[then]);
+        };
         const std::vector<std::size_t> indices = AlignItems(array.items.size(), before.size(), same);
         for (std::size_t i = 0; i < matches.size(); ++i) {
-            if (indices[i] != noMatch) matches[i] = {&original.node->children[indices[i]], &before[indices[i]]};
+            if (indices[i] != noMatch)
+                matches[i] = {&original.node->children[indices[i]], &before[indices[i]]};
         }
         return matches;
     }
@@ -147,8 +157,10 @@ private:
         const bool keeps = node != nullptr && node->axisNames.size() == rank;
         for (std::size_t k = 0; k < rank; ++k) {
             const std::string standard = "Axis name " + std::to_string(k + 1);
-            const std::u16string name = keeps ? node->axisNames[k] : std::u16string(standard.begin(), standard.end());
-            for (const char16_t unit : name) Append(unit);
+            const std::u16string name =
+                keeps ? node->axisNames[k] : std::u16string(standard.begin(), standard.end());
+            for (const char16_t unit : name)
+                Append(unit);
             Append(u'\0');
         }
     }
@@ -156,7 +168,7 @@ private:
     std::string out_;
 };
 
-}  // namespace
+} // namespace
 
 std::string WriteCcdr(const Array& array, const Document* original)
 {
@@ -167,4 +179,4 @@ std::string WriteCcdr(const Array& array, const Document* original)
     return writer.Take();
 }
 
-}  // namespace vantrel::workbench
+} // namespace vantrel::workbench

@@ -25,7 +25,8 @@ public:
     std::vector<CsvRow> ReadRows()
     {
         std::vector<CsvRow> rows;
-        while (at_ < text_.size()) rows.push_back(ReadRow());
+        while (at_ < text_.size())
+            rows.push_back(ReadRow());
         return rows;
     }
 
@@ -70,7 +71,8 @@ private:
     std::string ReadBare()
     {
         const std::size_t from = at_;
-        while (!AtEnding() && text_[at_] != separator_) ++at_;
+        while (!AtEnding() && text_[at_] != separator_)
+            ++at_;
         return std::string(text_.substr(from, at_ - from));
     }
 
@@ -87,7 +89,8 @@ private:
             } else {
                 ++at_;
                 if (!AtEnding() && text_[at_] != separator_) {
-                    throw FormatError("line " + std::to_string(line_) + ": there is text behind a closing quote");
+                    throw FormatError("line " + std::to_string(line_) +
+                                      ": there is text behind a closing quote");
                 }
                 return value;
             }
@@ -115,7 +118,8 @@ std::optional<double> NumberOf(std::u16string_view text)
     double value = 0;
     if (!IsJsonNumber(full) || !ParsePlainNumber(full, value)) return std::nullopt;
     std::size_t digits = 0;
-    for (const char c : full.substr(0, full.find_first_of("eE"))) digits += c >= '0' && c <= '9' && (digits > 0 || c != '0');
+    for (const char c : full.substr(0, full.find_first_of("eE")))
+        digits += c >= '0' && c <= '9' && (digits > 0 || c != '0');
     const bool bigWhole = std::floor(value) == value && (value < -2147483648.0 || value > 2147483647.0);
     return digits > maxDigits || bigWhole ? std::nullopt : std::optional<double>(value);
 }
@@ -136,11 +140,13 @@ const CsvCell* CellAt(const CsvSource& source, std::size_t row, std::size_t colu
 
 Array TableArray(const CsvSource& source)
 {
-    const fake::Shape shape{static_cast<std::int64_t>(source.rows.size()), static_cast<std::int64_t>(source.columns)};
+    const fake::Shape shape{static_cast<std::int64_t>(source.rows.size()),
+                            static_cast<std::int64_t>(source.columns)};
     if (source.rows.empty()) return fake::EmptyNestedArray(shape, fake::Text(u""));
     std::vector<Array> items;
     for (std::size_t row = 0; row < source.rows.size(); ++row) {
-        for (std::size_t column = 0; column < source.columns; ++column) items.push_back(CellArray(CellAt(source, row, column)));
+        for (std::size_t column = 0; column < source.columns; ++column)
+            items.push_back(CellArray(CellAt(source, row, column)));
     }
     return fake::NestedArray(shape, std::move(items));
 }
@@ -161,7 +167,8 @@ Table CharacterRows(const Array& array)
     const bool matrix = array.shape.size() == 2;
     table.rows = matrix ? static_cast<std::size_t>(array.shape[0]) : 1;
     const std::size_t width = matrix ? static_cast<std::size_t>(array.shape[1]) : text.size();
-    for (std::size_t row = 0; row < table.rows; ++row) table.cells.push_back(fake::Text(text.substr(row * width, width)));
+    for (std::size_t row = 0; row < table.rows; ++row)
+        table.cells.push_back(fake::Text(text.substr(row * width, width)));
     return table;
 }
 
@@ -174,7 +181,8 @@ Table TableOf(const Array& array)
     Table table;
     if (array.shape.size() == 2) table.rows = static_cast<std::size_t>(array.shape[0]);
     if (!array.shape.empty()) table.columns = static_cast<std::size_t>(array.shape.back());
-    for (std::size_t i = 0; i < table.rows * table.columns; ++i) table.cells.push_back(fake::ItemAt(array, i));
+    for (std::size_t i = 0; i < table.rows * table.columns; ++i)
+        table.cells.push_back(fake::ItemAt(array, i));
     return table;
 }
 
@@ -196,7 +204,8 @@ std::u16string LinesOf(const Array& array)
 {
     const Table rows = CharacterRows(array);
     std::u16string text;
-    for (const Array& row : rows.cells) text += (text.empty() ? u"" : u"\n") + fake::TextOfArray(row);
+    for (const Array& row : rows.cells)
+        text += (text.empty() ? u"" : u"\n") + fake::TextOfArray(row);
     return text;
 }
 
@@ -210,14 +219,16 @@ std::u16string CellText(const Array& cell, std::size_t row, std::size_t column)
     if (fake::IsCharacterType(cell.type)) return LinesOf(cell);
     std::string text;
     const std::size_t count = fake::CountOf(cell);
-    for (std::size_t i = 0; i < count; ++i) text += (i == 0 ? "" : " ") + NumberCell(cell, i);
+    for (std::size_t i = 0; i < count; ++i)
+        text += (i == 0 ? "" : " ") + NumberCell(cell, i);
     return {text.begin(), text.end()};
 }
 
 std::string QuotedCell(const std::string& text)
 {
     std::string out = "\"";
-    for (const char c : text) out += c == '"' ? "\"\"" : std::string(1, c);
+    for (const char c : text)
+        out += c == '"' ? "\"\"" : std::string(1, c);
     return out + "\"";
 }
 
@@ -233,7 +244,8 @@ public:
 
     std::string Write()
     {
-        std::string out = source_ != nullptr && source_->byteOrderMark ? std::string(byteOrderMark) : std::string();
+        std::string out =
+            source_ != nullptr && source_->byteOrderMark ? std::string(byteOrderMark) : std::string();
         for (std::size_t row = 0; row < table_.rows; ++row) {
             WriteRow(out, row);
             out += EndingOf(row);
@@ -242,7 +254,10 @@ public:
     }
 
 private:
-    const Array& Cell(std::size_t row, std::size_t column) const { return table_.cells[row * table_.columns + column]; }
+    const Array& Cell(std::size_t row, std::size_t column) const
+    {
+        return table_.cells[row * table_.columns + column];
+    }
 
     bool Unedited(std::size_t row, std::size_t column, const CsvCell* cell) const
     {
@@ -267,7 +282,9 @@ private:
         rowMatches_ = AlignItems(table_.rows, source_->rows.size(), sameRow);
         const auto sameColumn = [&](std::size_t now, std::size_t then) {
             for (std::size_t row = 0; row < table_.rows; ++row) {
-                if (rowMatches_[row] != noMatch && !Unedited(row, now, CellAt(*source_, rowMatches_[row], then))) return false;
+                if (rowMatches_[row] != noMatch &&
+                    !Unedited(row, now, CellAt(*source_, rowMatches_[row], then)))
+                    return false;
             }
             return true;
         };
@@ -299,7 +316,8 @@ private:
     {
         if (rowMatches_[row] == noMatch || table_.columns != source_->columns) return table_.columns;
         std::size_t width = table_.columns;
-        while (width > source_->rows[rowMatches_[row]].cells.size() && Unedited(row, width - 1, nullptr)) --width;
+        while (width > source_->rows[rowMatches_[row]].cells.size() && Unedited(row, width - 1, nullptr))
+            --width;
         return width;
     }
 
@@ -318,7 +336,8 @@ private:
         if (source_ == nullptr) return "\r\n";
         if (last) return source_->rows.empty() ? source_->ending : source_->rows.back().ending;
         const std::size_t match = rowMatches_[row];
-        return match == noMatch || source_->rows[match].ending.empty() ? source_->ending : source_->rows[match].ending;
+        return match == noMatch || source_->rows[match].ending.empty() ? source_->ending
+                                                                       : source_->rows[match].ending;
     }
 
     const Table& table_;
@@ -329,7 +348,7 @@ private:
     std::vector<std::size_t> columnMatches_;
 };
 
-}  // namespace
+} // namespace
 
 Document ReadCsv(std::string bytes, char separator)
 {
@@ -341,8 +360,10 @@ Document ReadCsv(std::string bytes, char separator)
     source->byteOrderMark = text.starts_with(byteOrderMark);
     if (source->byteOrderMark) text.remove_prefix(byteOrderMark.size());
     source->rows = TableReader(text, separator).ReadRows();
-    for (const CsvRow& row : source->rows) source->columns = std::max(source->columns, row.cells.size());
-    if (!source->rows.empty() && !source->rows.front().ending.empty()) source->ending = source->rows.front().ending;
+    for (const CsvRow& row : source->rows)
+        source->columns = std::max(source->columns, row.cells.size());
+    if (!source->rows.empty() && !source->rows.front().ending.empty())
+        source->ending = source->rows.front().ending;
     document.array = TableArray(*source);
     document.csv = std::move(source);
     return document;
@@ -351,7 +372,9 @@ Document ReadCsv(std::string bytes, char separator)
 std::string WriteCsv(const Array& array, const Document* original, char separator, WriteContext& context)
 {
     const Table table = TableOf(array);
-    return TableWriter(table, original != nullptr ? original->csv.get() : nullptr, separator, context.precision).Write();
+    return TableWriter(table, original != nullptr ? original->csv.get() : nullptr, separator,
+                       context.precision)
+        .Write();
 }
 
-}  // namespace vantrel::workbench
+} // namespace vantrel::workbench

@@ -12,23 +12,24 @@
 namespace vantrel::workbench {
 
 struct CsvCell {
-    std::string raw;        // as in the file, with its quotes
-    std::u16string text;    // without them
+    std::string raw;     // as in the file, with its quotes
+    std::u16string text; // without them
 };
 
 struct CsvRow {
     std::vector<CsvCell> cells;
-    std::string ending;     // the line end behind the row, empty at the end of the file
+    std::string ending; // the line end behind the row, empty at the end of the file
 };
 
 struct CsvSource {
     std::vector<CsvRow> rows;
     std::size_t columns = 0;
-    std::string ending = "\r\n";   // for new rows
+    std::string ending = "\r\n"; // for new rows
     bool byteOrderMark = false;
 };
 
 Document ReadCsv(std::string bytes, char separator);
-std::string WriteCsv(const fake::Array& array, const Document* original, char separator, WriteContext& context);
+std::string WriteCsv(const fake::Array& array, const Document* original, char separator,
+                     WriteContext& context);
 
-}  // namespace vantrel::workbench
+} // namespace vantrel::workbench

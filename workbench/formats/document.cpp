@@ -14,7 +14,7 @@ struct Extension {
 };
 
 constexpr Extension extensions[] = {
-    {u".json", Format::Json}, {u".csv", Format::Csv}, {u".tsv", Format::Tsv},
+    {u".json", Format::Json}, {u".csv", Format::Csv},   {u".tsv", Format::Tsv},
     {u".npy", Format::Npy},   {u".ccdr", Format::Ccdr},
 };
 
@@ -23,13 +23,14 @@ bool EndsWithAnyCase(std::u16string_view name, std::u16string_view ending)
     if (name.size() < ending.size()) return false;
     name.remove_prefix(name.size() - ending.size());
     for (std::size_t i = 0; i < ending.size(); ++i) {
-        const char16_t unit = name[i] >= u'A' && name[i] <= u'Z' ? static_cast<char16_t>(name[i] + 32) : name[i];
+        const char16_t unit =
+            name[i] >= u'A' && name[i] <= u'Z' ? static_cast<char16_t>(name[i] + 32) : name[i];
         if (unit != ending[i]) return false;
     }
     return true;
 }
 
-}  // namespace
+} // namespace
 
 std::optional<Format> FormatOfName(std::u16string_view fileName)
 {
@@ -51,7 +52,8 @@ Document ReadDocument(Format format, std::string bytes)
     throw FormatError("unknown format");
 }
 
-std::string WriteDocument(Format format, const fake::Array& array, const Document* original, WriteContext& context)
+std::string WriteDocument(Format format, const fake::Array& array, const Document* original,
+                          WriteContext& context)
 {
     const Document* same = original != nullptr && original->format == format ? original : nullptr;
     switch (format) {
@@ -64,4 +66,4 @@ std::string WriteDocument(Format format, const fake::Array& array, const Documen
     throw FormatError("unknown format");
 }
 
-}  // namespace vantrel::workbench
+} // namespace vantrel::workbench

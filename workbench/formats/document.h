@@ -28,8 +28,8 @@ struct CcdrSource;
 struct Document {
     Format format = Format::Json;
     fake::Array array;
-    std::string bytes;                // the file as it was
-    std::vector<std::string> notes;   // what the user should know, such as digits that do not fit
+    std::string bytes;              // the file as it was
+    std::vector<std::string> notes; // what the user should know, such as digits that do not fit
     // The side description, in the one that belongs to `format`.
     std::shared_ptr<const JsonSource> json;
     std::shared_ptr<const CsvSource> csv;
@@ -50,6 +50,7 @@ std::optional<Format> FormatOfName(std::u16string_view fileName);
 Document ReadDocument(Format format, std::string bytes);
 // `original` is where the array came from, or null; it guides the writing when it has the same format. Throws
 // FormatError where the format cannot hold the array.
-std::string WriteDocument(Format format, const fake::Array& array, const Document* original, WriteContext& context);
+std::string WriteDocument(Format format, const fake::Array& array, const Document* original,
+                          WriteContext& context);
 
-}  // namespace vantrel::workbench
+} // namespace vantrel::workbench

@@ -30,18 +30,18 @@ struct JsonValue {
 
     Kind kind = Kind::Null;
     bool boolean = false;
-    bool multiline = false;         // an array or object with line breaks between its brackets
+    bool multiline = false; // an array or object with line breaks between its brackets
     double number = 0;
-    std::string raw;                // a number's or string's text in the file
-    std::u16string text;            // a string's value
-    std::vector<JsonValue> items;   // of an array, or an object's values
-    std::vector<JsonValue> names;   // an object's names, as strings
+    std::string raw;              // a number's or string's text in the file
+    std::u16string text;          // a string's value
+    std::vector<JsonValue> items; // of an array, or an object's values
+    std::vector<JsonValue> names; // an object's names, as strings
 };
 
 struct JsonSource {
     JsonValue root;
-    std::string indent;       // of one level; empty where the file has none
-    bool spaced = true;       // blanks after colons and between items on one line
+    std::string indent; // of one level; empty where the file has none
+    bool spaced = true; // blanks after colons and between items on one line
     bool byteOrderMark = false;
     bool finalNewline = true;
     bool crlf = false;
@@ -53,4 +53,4 @@ std::string WriteJson(const fake::Array& array, const Document* original, WriteC
 // The array that a value becomes.
 fake::Array ArrayOfJson(const JsonValue& value);
 
-}  // namespace vantrel::workbench
+} // namespace vantrel::workbench

@@ -57,7 +57,10 @@ private:
 // Builds the tree from the library's events; keeps the order and the repetition of names, and every text.
 class TreeBuilder {
 public:
-    TreeBuilder(Position& position, JsonValue& root) : position_(position), root_(root), tokenEnd_(position.begin) {}
+    TreeBuilder(Position& position, JsonValue& root)
+        : position_(position), root_(root), tokenEnd_(position.begin)
+    {
+    }
 
     bool null() { return Add({}); }
     bool boolean(bool value)
@@ -119,16 +122,21 @@ private:
     bool AddNumber()
     {
         // The library may have read one character further to see where the number ends.
-        const auto isPart = [](char c) { return (c >= '0' && c <= '9') || c == '.' || c == '-' || c == '+' || c == 'e' || c == 'E'; };
+        const auto isPart = [](char c) {
+            return (c >= '0' && c <= '9') || c == '.' || c == '-' || c == '+' || c == 'e' || c == 'E';
+        };
         const char* end = position_.at;
-        while (end > position_.begin && !isPart(end[-1])) --end;
+        while (end > position_.begin && !isPart(end[-1]))
+            --end;
         const char* begin = end;
-        while (begin > position_.begin && isPart(begin[-1])) --begin;
+        while (begin > position_.begin && isPart(begin[-1]))
+            --begin;
         JsonValue added;
         added.kind = Kind::Number;
         added.raw.assign(begin, end);
         if (!ParsePlainNumber(added.raw, added.number)) {
-            throw FormatError("line " + std::to_string(position_.line) + ": the number " + added.raw + " is too big");
+            throw FormatError("line " + std::to_string(position_.line) + ": the number " + added.raw +
+                              " is too big");
         }
         if (!HoldsAllDigits(added.raw, added.number) && inexactNumbers++ == 0) {
             firstInexact = added.raw + " in line " + std::to_string(position_.line);
@@ -139,7 +147,8 @@ private:
     JsonValue StringValue(const std::string& value)
     {
         const char* begin = tokenEnd_;
-        while (*begin != '"') ++begin;
+        while (*begin != '"')
+            ++begin;
         JsonValue made;
         made.kind = Kind::String;
         made.raw.assign(begin, position_.at);
@@ -198,7 +207,8 @@ void CollectLeaves(const JsonValue& value, std::vector<const JsonValue*>& leaves
         leaves.push_back(&value);
         return;
     }
-    for (const JsonValue& item : value.items) CollectLeaves(item, leaves);
+    for (const JsonValue& item : value.items)
+        CollectLeaves(item, leaves);
 }
 
 fake::Array RectangularArray(const JsonValue& value, Kind leaf, const fake::Shape& shape)
@@ -207,11 +217,13 @@ fake::Array RectangularArray(const JsonValue& value, Kind leaf, const fake::Shap
     CollectLeaves(value, leaves);
     if (leaf == Kind::Boolean) {
         std::vector<int> bits;
-        for (const JsonValue* item : leaves) bits.push_back(item->boolean);
+        for (const JsonValue* item : leaves)
+            bits.push_back(item->boolean);
         return fake::BooleanArray(shape, bits);
     }
     std::vector<double> numbers;
-    for (const JsonValue* item : leaves) numbers.push_back(item->number);
+    for (const JsonValue* item : leaves)
+        numbers.push_back(item->number);
     return fake::NumericArray(shape, numbers);
 }
 
@@ -223,7 +235,8 @@ fake::Array ArrayOfList(const JsonValue& value)
         if (FindShape(value, leaf, 0, shape, true)) return RectangularArray(value, leaf, shape);
     }
     std::vector<fake::Array> items;
-    for (const JsonValue& item : value.items) items.push_back(ArrayOfJson(item));
+    for (const JsonValue& item : value.items)
+        items.push_back(ArrayOfJson(item));
     const auto count = static_cast<std::int64_t>(items.size());
     return fake::NestedArray({count}, std::move(items));
 }
@@ -252,7 +265,7 @@ std::string FindIndent(const std::string& bytes)
     return content == std::string::npos ? std::string() : bytes.substr(newline + 1, content - newline - 1);
 }
 
-}  // namespace
+} // namespace
 
 fake::Array ArrayOfJson(const JsonValue& value)
 {
@@ -276,8 +289,8 @@ Document ReadJson(std::string bytes)
     auto source = std::make_shared<JsonSource>();
     Position position{text.data(), text.data(), text.data() + text.size()};
     TreeBuilder builder(position, source->root);
-    nlohmann::json::sax_parse(TrackingIterator(&position, position.begin), TrackingIterator(&position, position.end),
-                              &builder);
+    nlohmann::json::sax_parse(TrackingIterator(&position, position.begin),
+                              TrackingIterator(&position, position.end), &builder);
     source->byteOrderMark = text.starts_with("\xEF\xBB\xBF");
     source->finalNewline = text.ends_with('\n');
     source->crlf = text.find("\r\n") != std::string::npos;
@@ -294,4 +307,4 @@ Document ReadJson(std::string bytes)
     return document;
 }
 
-}  // namespace vantrel::workbench
+} // namespace vantrel::workbench

@@ -20,7 +20,8 @@ void AppendEscaped(std::string& out, char32_t c)
 {
     static const char digits[] = "0123456789abcdef";
     out += "\\u";
-    for (int shift = 12; shift >= 0; shift -= 4) out += digits[c >> shift & 15];
+    for (int shift = 12; shift >= 0; shift -= 4)
+        out += digits[c >> shift & 15];
 }
 
 void AppendCharacter(std::string& out, char32_t c)
@@ -35,8 +36,10 @@ void AppendCharacter(std::string& out, char32_t c)
     case '\t': out += "\\t"; break;
     default:
         // A lone surrogate is no character that UTF-8 could write.
-        if (c < 32 || (c >= 0xD800 && c < 0xE000)) AppendEscaped(out, c);
-        else AppendUtf8(out, c);
+        if (c < 32 || (c >= 0xD800 && c < 0xE000))
+            AppendEscaped(out, c);
+        else
+            AppendUtf8(out, c);
     }
 }
 
@@ -44,8 +47,10 @@ std::string QuotedText(std::u16string_view text)
 {
     std::string out = "\"";
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (IsPairAt(text, i)) AppendCharacter(out, PairAt(text, i++));
-        else AppendCharacter(out, text[i]);
+        if (IsPairAt(text, i))
+            AppendCharacter(out, PairAt(text, i++));
+        else
+            AppendCharacter(out, text[i]);
     }
     return out + "\"";
 }
@@ -94,7 +99,8 @@ private:
     void WriteObject(const Array& array, const JsonValue* original);
     void MatchMembers(std::vector<Member>& members, const JsonValue& original);
     bool Unedited(const Array& array, const JsonValue& original);
-    std::vector<const JsonValue*> MatchItems(const std::vector<const Array*>& items, const JsonValue* original);
+    std::vector<const JsonValue*> MatchItems(const std::vector<const Array*>& items,
+                                             const JsonValue* original);
 
     void Open(char open, char close, bool multiline);
     void NextItem();
@@ -118,15 +124,18 @@ void Writer::Open(char open, char close, bool multiline)
 void Writer::BreakLine()
 {
     out_ += newline_;
-    for (std::size_t i = 0; i < lists_.size(); ++i) out_ += indent_;
+    for (std::size_t i = 0; i < lists_.size(); ++i)
+        out_ += indent_;
 }
 
 void Writer::NextItem()
 {
     List& list = lists_.back();
     if (list.any) out_ += ',';
-    if (list.multiline) BreakLine();
-    else if (list.any && spaced_) out_ += ' ';
+    if (list.multiline)
+        BreakLine();
+    else if (list.any && spaced_)
+        out_ += ' ';
     list.any = true;
 }
 
@@ -160,16 +169,20 @@ void Writer::WriteRealNumber(double value, const JsonValue* original)
     if (original != nullptr && original->kind == Kind::Number) {
         const NumberChange change = CompareNumbers(original->number, value, context_.precision);
         if (change == NumberChange::Shortened) {
-            context_.notes.push_back("kept " + original->raw + ", which the editor cannot save as a whole number");
+            context_.notes.push_back("kept " + original->raw +
+                                     ", which the editor cannot save as a whole number");
         }
         if (change != NumberChange::Edited) {
             out_ += original->raw;
             return;
         }
     }
-    if (std::isnan(value)) out_ += "\"NaN\"";
-    else if (std::isinf(value)) out_ += value < 0 ? "\"-Infinity\"" : "\"Infinity\"";
-    else out_ += NumberToText(value);
+    if (std::isnan(value))
+        out_ += "\"NaN\"";
+    else if (std::isinf(value))
+        out_ += value < 0 ? "\"-Infinity\"" : "\"Infinity\"";
+    else
+        out_ += NumberToText(value);
 }
 
 void Writer::WriteScalar(const Array& array, std::size_t index, const JsonValue* original)
@@ -193,7 +206,8 @@ bool Writer::Unedited(const Array& array, const JsonValue& original)
 }
 
 // Which value of the file each item was.
-std::vector<const JsonValue*> Writer::MatchItems(const std::vector<const Array*>& items, const JsonValue* original)
+std::vector<const JsonValue*> Writer::MatchItems(const std::vector<const Array*>& items,
+                                                 const JsonValue* original)
 {
     std::vector<const JsonValue*> matches(items.size(), nullptr);
     if (original == nullptr || original->kind != Kind::Array) return matches;
@@ -210,7 +224,8 @@ void Writer::WriteVector(const Array& array, const JsonValue* original)
 {
     std::vector<const Array*> items;
     const std::size_t count = fake::CountOf(array);
-    for (std::size_t i = 0; i < count; ++i) items.push_back(&array.items[i]);
+    for (std::size_t i = 0; i < count; ++i)
+        items.push_back(&array.items[i]);
     const std::vector<const JsonValue*> matches = MatchItems(items, original);
     Open('[', ']', original == nullptr || original->kind != Kind::Array || original->multiline);
     for (std::size_t i = 0; i < count; ++i) {
@@ -230,8 +245,10 @@ const JsonValue* ItemOf(const JsonValue* original, std::size_t index)
 void Writer::WriteAxis(const Array& array, std::size_t axis, std::size_t offset, const JsonValue* original)
 {
     if (axis == array.shape.size()) {
-        if (array.type == fake::ElementType::Nested) Write(array.items[offset], original);
-        else WriteScalar(array, offset, original);
+        if (array.type == fake::ElementType::Nested)
+            Write(array.items[offset], original);
+        else
+            WriteScalar(array, offset, original);
         return;
     }
     const bool last = axis + 1 == array.shape.size();
@@ -240,8 +257,8 @@ void Writer::WriteAxis(const Array& array, std::size_t axis, std::size_t offset,
         WriteTextValue(fake::Text(fake::TextOfArray(array).substr(offset, length)), original);
         return;
     }
-    const std::size_t stride =
-        fake::CountOf(fake::Shape(array.shape.begin() + static_cast<std::ptrdiff_t>(axis) + 1, array.shape.end()));
+    const std::size_t stride = fake::CountOf(
+        fake::Shape(array.shape.begin() + static_cast<std::ptrdiff_t>(axis) + 1, array.shape.end()));
     const bool isNew = original == nullptr || original->kind != Kind::Array;
     Open('[', ']', isNew ? !last || length > maxInlineItems : original->multiline);
     for (std::size_t i = 0; i < length; ++i) {
@@ -276,7 +293,8 @@ void Writer::MatchMembers(std::vector<Member>& members, const JsonValue& origina
 
 bool IsObjectLike(const Array& array)
 {
-    if (array.type != fake::ElementType::Nested || array.shape.size() != 2 || array.shape[1] != 2) return false;
+    if (array.type != fake::ElementType::Nested || array.shape.size() != 2 || array.shape[1] != 2)
+        return false;
     const std::size_t count = fake::CountOf(array);
     for (std::size_t i = 0; i < count; i += 2) {
         if (!IsText(array.items[i])) return false;
@@ -306,16 +324,23 @@ void Writer::WriteObject(const Array& array, const JsonValue* original)
 void Writer::Write(const Array& array, const JsonValue* original)
 {
     const bool nested = array.type == fake::ElementType::Nested;
-    const bool isList = original != nullptr && (original->kind == Kind::Array || original->kind == Kind::Object);
-    if (IsText(array)) WriteTextValue(array, original);
-    else if (nested && array.shape.empty()) Write(array.items[0], original);
-    else if (IsObjectLike(array)) WriteObject(array, original);
-    else if (nested && array.shape.size() == 1) WriteVector(array, original);
-    else if (!nested && array.shape == fake::Shape{0} && !isList) out_ += "null";
-    else WriteAxis(array, 0, 0, original);
+    const bool isList =
+        original != nullptr && (original->kind == Kind::Array || original->kind == Kind::Object);
+    if (IsText(array))
+        WriteTextValue(array, original);
+    else if (nested && array.shape.empty())
+        Write(array.items[0], original);
+    else if (IsObjectLike(array))
+        WriteObject(array, original);
+    else if (nested && array.shape.size() == 1)
+        WriteVector(array, original);
+    else if (!nested && array.shape == fake::Shape{0} && !isList)
+        out_ += "null";
+    else
+        WriteAxis(array, 0, 0, original);
 }
 
-}  // namespace
+} // namespace
 
 std::string WriteJson(const Array& array, const Document* original, WriteContext& context)
 {
@@ -327,4 +352,4 @@ std::string WriteJson(const Array& array, const Document* original, WriteContext
     return source != nullptr && source->byteOrderMark ? "\xEF\xBB\xBF" + text : text;
 }
 
-}  // namespace vantrel::workbench
+} // namespace vantrel::workbench

@@ -15,8 +15,8 @@
 namespace vantrel::workbench {
 
 struct NpyType {
-    char kind = 'f';          // b i u f c S U
-    std::size_t size = 8;     // bytes of one item
+    char kind = 'f';      // b i u f c S U
+    std::size_t size = 8; // bytes of one item
     bool bigEndian = false;
 };
 
@@ -25,7 +25,7 @@ struct NpySource {
     bool fortranOrder = false;
     int version = 1;
     fake::Shape shape;
-    std::size_t dataOffset = 0;   // in the document's bytes
+    std::size_t dataOffset = 0; // in the document's bytes
     std::size_t count = 0;
 };
 
@@ -40,4 +40,4 @@ void AppendNpyNumber(std::string& out, const NpyType& type, fake::ComplexNumber 
 // Whether the type holds the value, rounding of fractions apart.
 bool NpyTypeHolds(const NpyType& type, fake::ComplexNumber value);
 
-}  // namespace vantrel::workbench
+} // namespace vantrel::workbench

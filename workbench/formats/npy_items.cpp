@@ -33,9 +33,12 @@ double HalfToDouble(std::uint64_t bits)
     const int exponent = static_cast<int>(bits >> 10 & 31);
     const auto fraction = static_cast<double>(bits & 1023);
     double value = 0;
-    if (exponent == 31) value = fraction == 0 ? std::numeric_limits<double>::infinity() : std::nan("");
-    else if (exponent == 0) value = std::ldexp(fraction, -24);
-    else value = std::ldexp(1024 + fraction, exponent - 25);
+    if (exponent == 31)
+        value = fraction == 0 ? std::numeric_limits<double>::infinity() : std::nan("");
+    else if (exponent == 0)
+        value = std::ldexp(fraction, -24);
+    else
+        value = std::ldexp(1024 + fraction, exponent - 25);
     return bits >> 15 & 1 ? -value : value;
 }
 
@@ -45,6 +48,7 @@ std::uint64_t DoubleToHalf(double value)
     const double magnitude = std::abs(value);
     if (std::isnan(value)) return sign | 0x7E00;
     if (magnitude >= 65520) return sign | 0x7C00;
+    if (magnitude == 0) return sign;
     int exponent = 0;
     std::frexp(magnitude, &exponent);
     // Below the smallest normal number the steps stay the same.
@@ -74,7 +78,7 @@ double SignedValue(std::uint64_t bits, std::size_t size)
     return static_cast<double>(static_cast<std::int64_t>(bits << unused) >> unused);
 }
 
-}  // namespace
+} // namespace
 
 std::size_t FortranPosition(const fake::Shape& shape, std::size_t index)
 {
@@ -98,7 +102,8 @@ fake::ComplexNumber ReadNpyNumber(const NpyType& type, const char* bytes)
     case 'i': return {SignedValue(bits, part), 0};
     case 'u': return {static_cast<double>(bits), 0};
     case 'f': return {BitsToFloat(bits, part), 0};
-    default: return {BitsToFloat(bits, part), BitsToFloat(ReadBits(bytes + part, part, type.bigEndian), part)};
+    default:
+        return {BitsToFloat(bits, part), BitsToFloat(ReadBits(bytes + part, part, type.bigEndian), part)};
     }
 }
 
@@ -108,7 +113,8 @@ void AppendNpyNumber(std::string& out, const NpyType& type, fake::ComplexNumber 
     case 'b':
     case 'u': AppendBits(out, static_cast<std::uint64_t>(value.real), type.size, type.bigEndian); break;
     case 'i':
-        AppendBits(out, static_cast<std::uint64_t>(static_cast<std::int64_t>(value.real)), type.size, type.bigEndian);
+        AppendBits(out, static_cast<std::uint64_t>(static_cast<std::int64_t>(value.real)), type.size,
+                   type.bigEndian);
         break;
     case 'f': AppendBits(out, FloatToBits(value.real, type.size), type.size, type.bigEndian); break;
     default:
@@ -129,4 +135,4 @@ bool NpyTypeHolds(const NpyType& type, fake::ComplexNumber value)
     return value.real >= -std::ldexp(1.0, bits - 1) && value.real < std::ldexp(1.0, bits - 1);
 }
 
-}  // namespace vantrel::workbench
+} // namespace vantrel::workbench

@@ -26,10 +26,14 @@ public:
         while (!Accept('}')) {
             const std::string key = ReadString();
             Expect(':');
-            if (key == "descr") source.type = ReadType();
-            else if (key == "fortran_order") source.fortranOrder = ReadTruth();
-            else if (key == "shape") source.shape = ReadShape();
-            else Fail("unknown entry '" + key + "'");
+            if (key == "descr")
+                source.type = ReadType();
+            else if (key == "fortran_order")
+                source.fortranOrder = ReadTruth();
+            else if (key == "shape")
+                source.shape = ReadShape();
+            else
+                Fail("unknown entry '" + key + "'");
             seen_ += key + ' ';
             if (!Accept(',')) {
                 Expect('}');
@@ -49,7 +53,8 @@ private:
 
     void SkipBlanks()
     {
-        while (at_ < text_.size() && (text_[at_] == ' ' || text_[at_] == '\n')) ++at_;
+        while (at_ < text_.size() && (text_[at_] == ' ' || text_[at_] == '\n'))
+            ++at_;
     }
 
     bool Accept(char c)
@@ -69,8 +74,10 @@ private:
     {
         SkipBlanks();
         const char quote = at_ < text_.size() ? text_[at_] : '\0';
-        const std::size_t end = quote == '\'' || quote == '"' ? text_.find(quote, at_ + 1) : std::string_view::npos;
-        if (end == std::string_view::npos) Fail("a quoted text expected (structured element types are not supported)");
+        const std::size_t end =
+            quote == '\'' || quote == '"' ? text_.find(quote, at_ + 1) : std::string_view::npos;
+        if (end == std::string_view::npos)
+            Fail("a quoted text expected (structured element types are not supported)");
         std::string value(text_.substr(at_ + 1, end - at_ - 1));
         at_ = end + 1;
         return value;
@@ -114,7 +121,8 @@ private:
     NpyType ReadType()
     {
         const std::string text = ReadString();
-        const std::size_t from = !text.empty() && std::string_view("<>|=").find(text[0]) != std::string_view::npos ? 1 : 0;
+        const std::size_t from =
+            !text.empty() && std::string_view("<>|=").find(text[0]) != std::string_view::npos ? 1 : 0;
         NpyType type;
         type.bigEndian = from == 1 && text[0] == '>';
         type.kind = from < text.size() ? text[from] : '\0';
@@ -150,9 +158,11 @@ private:
 
 std::size_t ReadLength(std::string_view bytes, std::size_t at, std::size_t size)
 {
-    if (bytes.size() < at + size) throw FormatError("byte " + std::to_string(bytes.size()) + ": the file ends in its header");
+    if (bytes.size() < at + size)
+        throw FormatError("byte " + std::to_string(bytes.size()) + ": the file ends in its header");
     std::size_t value = 0;
-    for (std::size_t i = size; i-- > 0;) value = value << 8 | static_cast<unsigned char>(bytes[at + i]);
+    for (std::size_t i = size; i-- > 0;)
+        value = value << 8 | static_cast<unsigned char>(bytes[at + i]);
     return value;
 }
 
@@ -162,12 +172,14 @@ NpySource ReadHeader(std::string_view bytes)
     NpySource source;
     source.version = static_cast<int>(ReadLength(bytes, magic.size(), 1));
     if (source.version < 1 || source.version > 3) {
-        throw FormatError("byte 6: version " + std::to_string(source.version) + " of the format is not supported");
+        throw FormatError("byte 6: version " + std::to_string(source.version) +
+                          " of the format is not supported");
     }
     const std::size_t lengthBytes = source.version == 1 ? 2 : 4;
     const std::size_t headerAt = magic.size() + 2 + lengthBytes;
     const std::size_t length = ReadLength(bytes, magic.size() + 2, lengthBytes);
-    if (bytes.size() - headerAt < length) throw FormatError("byte " + std::to_string(bytes.size()) + ": the file ends in its header");
+    if (bytes.size() - headerAt < length)
+        throw FormatError("byte " + std::to_string(bytes.size()) + ": the file ends in its header");
     HeaderReader(bytes.substr(headerAt, length), headerAt).Read(source);
     source.dataOffset = headerAt + length;
     return source;
@@ -179,7 +191,8 @@ void CheckSize(NpySource& source, std::size_t fileBytes)
     std::size_t needed = 0;
     try {
         source.count = fake::CountOf(source.shape);
-        if (source.count > present / source.type.size + 1) throw std::length_error("more items than the file has bytes");
+        if (source.count > present / source.type.size + 1)
+            throw std::length_error("more items than the file has bytes");
         needed = source.count * source.type.size;
     } catch (const std::length_error&) {
         needed = present + 1;
@@ -195,9 +208,15 @@ void CheckSize(NpySource& source, std::size_t fileBytes)
 
 class ItemReader {
 public:
-    ItemReader(const NpySource& source, const std::string& bytes) : source_(source), data_(bytes.data() + source.dataOffset) {}
+    ItemReader(const NpySource& source, const std::string& bytes)
+        : source_(source), data_(bytes.data() + source.dataOffset)
+    {
+    }
 
-    Array Read() const { return source_.type.kind == 'S' || source_.type.kind == 'U' ? ReadStrings() : ReadNumbers(); }
+    Array Read() const
+    {
+        return source_.type.kind == 'S' || source_.type.kind == 'U' ? ReadStrings() : ReadNumbers();
+    }
 
     // Whole numbers that a double does not hold exactly.
     std::size_t InexactCount() const
@@ -207,7 +226,7 @@ public:
         for (std::size_t i = 0; i < source_.count; ++i) {
             std::string again;
             const fake::ComplexNumber value = ReadNpyNumber(source_.type, ItemAt(i));
-            if (std::abs(value.real) <= exactWholeLimit) continue;
+            if (std::abs(value.real) < exactWholeLimit) continue;
             if (NpyTypeHolds(source_.type, value)) AppendNpyNumber(again, source_.type, value);
             count += again.empty() || std::memcmp(again.data(), ItemAt(i), source_.type.size) != 0;
         }
@@ -217,7 +236,8 @@ public:
 private:
     const char* ItemAt(std::size_t index) const
     {
-        return data_ + (source_.fortranOrder ? FortranPosition(source_.shape, index) : index) * source_.type.size;
+        return data_ +
+               (source_.fortranOrder ? FortranPosition(source_.shape, index) : index) * source_.type.size;
     }
 
     Array ReadNumbers() const
@@ -241,7 +261,8 @@ private:
         std::size_t used = 0;
         for (std::size_t i = 0; i < source_.type.size; i += unit) {
             const double c = ReadNpyNumber(unitType, ItemAt(index) + i).real;
-            if (c > 0x10FFFF) throw FormatError("item " + std::to_string(index) + " holds what is no character");
+            if (c > 0x10FFFF)
+                throw FormatError("item " + std::to_string(index) + " holds what is no character");
             AppendUtf16(text, static_cast<char32_t>(c));
             if (c != 0) used = text.size();
         }
@@ -253,18 +274,22 @@ private:
     Array ReadStrings() const
     {
         std::vector<std::u16string> texts;
-        for (std::size_t i = 0; i < source_.count; ++i) texts.push_back(StringAt(i));
+        for (std::size_t i = 0; i < source_.count; ++i)
+            texts.push_back(StringAt(i));
         if (source_.shape.empty()) return fake::Text(texts[0]);
         const std::size_t characters = source_.type.size / (source_.type.kind == 'U' ? 4 : 1);
-        const bool single = std::all_of(texts.begin(), texts.end(), [](const std::u16string& text) { return text.size() == 1; });
+        const bool single = std::all_of(texts.begin(), texts.end(),
+                                        [](const std::u16string& text) { return text.size() == 1; });
         if (characters == 1 && single) {
             std::u16string all;
-            for (const std::u16string& text : texts) all += text;
+            for (const std::u16string& text : texts)
+                all += text;
             return fake::TextOf(source_.shape, all);
         }
         if (texts.empty()) return fake::EmptyNestedArray(source_.shape, fake::Text(u""));
         std::vector<Array> items;
-        for (const std::u16string& text : texts) items.push_back(fake::Text(text));
+        for (const std::u16string& text : texts)
+            items.push_back(fake::Text(text));
         return fake::NestedArray(source_.shape, std::move(items));
     }
 
@@ -272,7 +297,7 @@ private:
     const char* data_;
 };
 
-}  // namespace
+} // namespace
 
 Document ReadNpy(std::string bytes)
 {
@@ -293,4 +318,4 @@ Document ReadNpy(std::string bytes)
     return document;
 }
 
-}  // namespace vantrel::workbench
+} // namespace vantrel::workbench

@@ -22,7 +22,8 @@ std::string TypeText(const NpyType& type)
 std::string ShapeText(const fake::Shape& shape)
 {
     std::string text = "(";
-    for (std::size_t i = 0; i < shape.size(); ++i) text += (i == 0 ? "" : " ") + std::to_string(shape[i]) + ",";
+    for (std::size_t i = 0; i < shape.size(); ++i)
+        text += (i == 0 ? "" : " ") + std::to_string(shape[i]) + ",";
     // Only a tuple of one keeps its comma.
     if (shape.size() > 1) text.pop_back();
     return text + ")";
@@ -30,7 +31,8 @@ std::string ShapeText(const fake::Shape& shape)
 
 std::string Header(const NpyType& type, const fake::Shape& shape, bool fortranOrder, int version)
 {
-    std::string header = "{'descr': '" + TypeText(type) + "', 'fortran_order': " + (fortranOrder ? "True" : "False") +
+    std::string header = "{'descr': '" + TypeText(type) +
+                         "', 'fortran_order': " + (fortranOrder ? "True" : "False") +
                          ", 'shape': " + ShapeText(shape) + ", }";
     const std::size_t lengthBytes = version == 1 ? 2 : 4;
     const std::size_t before = 6 + 2 + lengthBytes;
@@ -39,7 +41,8 @@ std::string Header(const NpyType& type, const fake::Shape& shape, bool fortranOr
     std::string out = "\x93NUMPY";
     out += static_cast<char>(version);
     out += '\0';
-    for (std::size_t i = 0; i < lengthBytes; ++i) out += static_cast<char>(header.size() >> 8 * i & 255);
+    for (std::size_t i = 0; i < lengthBytes; ++i)
+        out += static_cast<char>(header.size() >> 8 * i & 255);
     return out + header;
 }
 
@@ -48,8 +51,10 @@ template <typename Append>
 void AppendItems(const fake::Shape& shape, std::size_t count, bool fortranOrder, Append append)
 {
     std::vector<std::size_t> order(count);
-    for (std::size_t i = 0; i < count; ++i) order[fortranOrder ? FortranPosition(shape, i) : i] = i;
-    for (const std::size_t index : order) append(index);
+    for (std::size_t i = 0; i < count; ++i)
+        order[fortranOrder ? FortranPosition(shape, i) : i] = i;
+    for (const std::size_t index : order)
+        append(index);
 }
 
 // --- numbers ---
@@ -71,10 +76,12 @@ bool IsNumberKind(char kind)
 
 class NumberWriter {
 public:
-    NumberWriter(const Array& array, const Document* original, WriteContext& context) : array_(array), context_(context)
+    NumberWriter(const Array& array, const Document* original, WriteContext& context)
+        : array_(array), context_(context)
     {
         const std::size_t count = fake::CountOf(array);
-        for (std::size_t i = 0; i < count; ++i) values_.push_back(fake::ComplexAt(array, i));
+        for (std::size_t i = 0; i < count; ++i)
+            values_.push_back(fake::ComplexAt(array, i));
         if (original == nullptr || !IsNumberKind(original->npy->type.kind)) return;
         source_ = original->npy.get();
         data_ = original->bytes.data() + source_->dataOffset;
@@ -88,8 +95,10 @@ public:
         const bool fortranOrder = source_ != nullptr && source_->fortranOrder;
         std::string out = Header(type, array_.shape, fortranOrder, source_ != nullptr ? source_->version : 1);
         AppendItems(array_.shape, values_.size(), fortranOrder, [&](std::size_t index) {
-            if (keepsType && IsKept(index)) out.append(OriginalItem(index), type.size);
-            else AppendNpyNumber(out, type, values_[index]);
+            if (keepsType && IsKept(index))
+                out.append(OriginalItem(index), type.size);
+            else
+                AppendNpyNumber(out, type, values_[index]);
         });
         if (shortened_ > 0) {
             context_.notes.push_back("kept " + std::to_string(shortened_) +
@@ -101,7 +110,8 @@ public:
 private:
     const char* OriginalItem(std::size_t index) const
     {
-        return data_ + (source_->fortranOrder ? FortranPosition(source_->shape, index) : index) * source_->type.size;
+        return data_ +
+               (source_->fortranOrder ? FortranPosition(source_->shape, index) : index) * source_->type.size;
     }
 
     NumberChange ChangeOf(std::size_t index) const
@@ -109,7 +119,8 @@ private:
         if (data_ == nullptr) return NumberChange::Edited;
         const ComplexNumber before = ReadNpyNumber(source_->type, OriginalItem(index));
         const NumberChange real = CompareNumbers(before.real, values_[index].real, context_.precision);
-        const NumberChange imaginary = CompareNumbers(before.imaginary, values_[index].imaginary, context_.precision);
+        const NumberChange imaginary =
+            CompareNumbers(before.imaginary, values_[index].imaginary, context_.precision);
         return imaginary == NumberChange::None ? real : NumberChange::Edited;
     }
 
@@ -142,8 +153,10 @@ std::u32string CodePoints(const std::u16string& text)
 {
     std::u32string out;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (IsPairAt(text, i)) out += PairAt(text, i++);
-        else out += static_cast<char32_t>(text[i]);
+        if (IsPairAt(text, i))
+            out += PairAt(text, i++);
+        else
+            out += static_cast<char32_t>(text[i]);
     }
     return out;
 }
@@ -165,7 +178,8 @@ Strings StringsOfCharacters(const Array& array, bool single)
         strings.shape.pop_back();
     }
     const std::size_t count = fake::CountOf(strings.shape);
-    for (std::size_t i = 0; i < count; ++i) strings.texts.push_back(CodePoints(text.substr(i * length, length)));
+    for (std::size_t i = 0; i < count; ++i)
+        strings.texts.push_back(CodePoints(text.substr(i * length, length)));
     return strings;
 }
 
@@ -190,12 +204,15 @@ std::string WriteStrings(const Strings& strings, const NpySource* source)
     char32_t most = 0;
     for (const std::u32string& text : strings.texts) {
         length = std::max(length, text.size());
-        for (const char32_t c : text) most = std::max(most, c);
+        for (const char32_t c : text)
+            most = std::max(most, c);
     }
     NpyType type{'U', 4 * length, false};
     const bool hadStrings = source != nullptr && !IsNumberKind(source->type.kind);
-    if (hadStrings && source->type.kind == 'S' && most < 256) type = {'S', std::max(length, source->type.size), false};
-    else if (hadStrings && source->type.kind == 'U') type = {'U', std::max(4 * length, source->type.size), source->type.bigEndian};
+    if (hadStrings && source->type.kind == 'S' && most < 256)
+        type = {'S', std::max(length, source->type.size), false};
+    else if (hadStrings && source->type.kind == 'U')
+        type = {'U', std::max(4 * length, source->type.size), source->type.bigEndian};
     const bool fortranOrder = source != nullptr && source->fortranOrder;
     std::string out = Header(type, strings.shape, fortranOrder, source != nullptr ? source->version : 1);
     const NpyType unit{'u', type.kind == 'U' ? std::size_t{4} : std::size_t{1}, type.bigEndian};
@@ -208,19 +225,19 @@ std::string WriteStrings(const Strings& strings, const NpySource* source)
     return out;
 }
 
-}  // namespace
+} // namespace
 
 std::string WriteNpy(const Array& array, const Document* original, WriteContext& context)
 {
     const NpySource* source = original != nullptr ? original->npy.get() : nullptr;
     if (array.type == fake::ElementType::Nested) return WriteStrings(StringsOfNested(array), source);
     if (fake::IsCharacterType(array.type)) {
-        const bool single = source != nullptr && !source->shape.empty() && source->shape.size() == array.shape.size() &&
-                            !IsNumberKind(source->type.kind);
+        const bool single = source != nullptr && !source->shape.empty() &&
+                            source->shape.size() == array.shape.size() && !IsNumberKind(source->type.kind);
         return WriteStrings(StringsOfCharacters(array, single), source);
     }
     if (array.type == fake::ElementType::Decimal) throw FormatError("decimal numbers do not fit a .npy file");
     return NumberWriter(array, original, context).Write();
 }
 
-}  // namespace vantrel::workbench
+} // namespace vantrel::workbench

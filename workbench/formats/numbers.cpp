@@ -25,7 +25,8 @@ bool IsDigit(char c)
 
 std::size_t SkipDigits(std::string_view text, std::size_t i)
 {
-    while (i < text.size() && IsDigit(text[i])) ++i;
+    while (i < text.size() && IsDigit(text[i]))
+        ++i;
     return i;
 }
 
@@ -44,7 +45,7 @@ std::size_t SignificantDigits(std::string_view text)
     return count;
 }
 
-}  // namespace
+} // namespace
 
 NumberChange CompareNumbers(double loaded, double edited, int precision)
 {
@@ -95,10 +96,11 @@ bool ParsePlainNumber(std::string_view text, double& value)
 bool HoldsAllDigits(std::string_view text, double value)
 {
     if (!IsWholeText(text)) return SignificantDigits(text) <= 17;
-    if (std::abs(value) <= exactWholeLimit) return true;
+    // Just above the limit two whole numbers share one double, and the smaller of them is the limit itself.
+    if (std::abs(value) < exactWholeLimit) return true;
     char exact[400];
     std::snprintf(exact, sizeof exact, "%.0f", value);
     return text == exact;
 }
 
-}  // namespace vantrel::workbench
+} // namespace vantrel::workbench

@@ -7,8 +7,8 @@
 namespace vantrel::workbench {
 
 enum class NumberChange {
-    None,       // the same number, or the same as far as it was shown
-    Shortened,  // the editor stored a whole number of more than 32 bits as its 32-bit overflow value
+    None,      // the same number, or the same as far as it was shown
+    Shortened, // the editor stored a whole number of more than 32 bits as its 32-bit overflow value
     Edited,
 };
 
@@ -26,4 +26,4 @@ bool ParsePlainNumber(std::string_view text, double& value);
 // Whether a double holds a JSON number's every digit, as far as 17 of them.
 bool HoldsAllDigits(std::string_view text, double value);
 
-}  // namespace vantrel::workbench
+} // namespace vantrel::workbench

@@ -8,7 +8,7 @@ namespace {
 struct Lead {
     int following;
     char32_t bits;
-    char32_t least;  // below it the form is needlessly long
+    char32_t least; // below it the form is needlessly long
 };
 
 // following < 0: no lead byte.
@@ -37,7 +37,7 @@ bool DecodeAt(std::string_view bytes, std::size_t& index, char32_t& c)
     return true;
 }
 
-}  // namespace
+} // namespace
 
 std::u16string Utf16FromUtf8(std::string_view bytes)
 {
@@ -95,8 +95,8 @@ std::u16string WithLineEndsOf(std::u16string_view text, std::u16string_view orig
 
 bool IsPairAt(std::u16string_view text, std::size_t index)
 {
-    return index + 1 < text.size() && text[index] >= 0xD800 && text[index] < 0xDC00 && text[index + 1] >= 0xDC00 &&
-           text[index + 1] < 0xE000;
+    return index + 1 < text.size() && text[index] >= 0xD800 && text[index] < 0xDC00 &&
+           text[index + 1] >= 0xDC00 && text[index + 1] < 0xE000;
 }
 
 char32_t PairAt(std::u16string_view text, std::size_t index)
@@ -109,10 +109,12 @@ std::string Utf8FromUtf16(std::u16string_view text)
     std::string out;
     out.reserve(text.size());
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (IsPairAt(text, i)) AppendUtf8(out, PairAt(text, i++));
-        else AppendUtf8(out, text[i]);
+        if (IsPairAt(text, i))
+            AppendUtf8(out, PairAt(text, i++));
+        else
+            AppendUtf8(out, text[i]);
     }
     return out;
 }
 
-}  // namespace vantrel::workbench
+} // namespace vantrel::workbench

@@ -22,4 +22,4 @@ std::u16string WithLineEndsOf(std::u16string_view text, std::u16string_view orig
 bool IsPairAt(std::u16string_view text, std::size_t index);
 char32_t PairAt(std::u16string_view text, std::size_t index);
 
-}  // namespace vantrel::workbench
+} // namespace vantrel::workbench

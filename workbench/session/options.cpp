@@ -59,7 +59,8 @@ public:
 
     Options Parse()
     {
-        while (at_ < arguments_.size() && options_.request == Request::Edit) TakeOne(arguments_[at_++]);
+        while (at_ < arguments_.size() && options_.request == Request::Edit)
+            TakeOne(arguments_[at_++]);
         if (options_.request == Request::Edit) Complete();
         return options_;
     }
@@ -80,37 +81,54 @@ private:
 
     void TakeOne(const std::u16string& argument)
     {
-        if (argument == u"--help") options_.request = Request::Help;
-        else if (argument == u"--version") options_.request = Request::Version;
-        else if (argument == u"--classic") options_.classic = true;
-        else if (argument == u"--title") options_.title = TakeValue(argument);
-        else if (argument == u"-o") options_.output = TakeValue(argument);
-        else if (argument == u"--host") TakeHost(TakeValue(argument));
-        else if (argument == u"--precision") TakePrecision(TakeValue(argument));
-        else if (argument.size() > 1 && argument[0] == u'-') Refuse("unknown option " + Utf8FromUtf16(argument));
-        else if (!options_.file.empty()) Refuse("more than one file is given");
-        else options_.file = argument;
+        if (argument == u"--help")
+            options_.request = Request::Help;
+        else if (argument == u"--version")
+            options_.request = Request::Version;
+        else if (argument == u"--classic")
+            options_.classic = true;
+        else if (argument == u"--title")
+            options_.title = TakeValue(argument);
+        else if (argument == u"-o")
+            options_.output = TakeValue(argument);
+        else if (argument == u"--host")
+            TakeHost(TakeValue(argument));
+        else if (argument == u"--precision")
+            TakePrecision(TakeValue(argument));
+        else if (argument.size() > 1 && argument[0] == u'-')
+            Refuse("unknown option " + Utf8FromUtf16(argument));
+        else if (!options_.file.empty())
+            Refuse("more than one file is given");
+        else
+            options_.file = argument;
     }
 
     void TakeHost(const std::u16string& name)
     {
-        if (options_.request == Request::Edit && name != u"dyalog") Refuse("unknown host " + Utf8FromUtf16(name));
+        if (options_.request == Request::Edit && name != u"dyalog")
+            Refuse("unknown host " + Utf8FromUtf16(name));
     }
 
     void TakePrecision(const std::u16string& text)
     {
         if (options_.request != Request::Edit) return;
         int value = 0;
-        for (const char16_t unit : text) value = unit >= u'0' && unit <= u'9' && value < 100 ? value * 10 + (unit - u'0') : 100;
-        if (value < 1 || value > 17) Refuse("the precision is a number from 1 to 17");
-        else options_.precision = value;
+        for (const char16_t unit : text)
+            value = unit >= u'0' && unit <= u'9' && value < 100 ? value * 10 + (unit - u'0') : 100;
+        if (value < 1 || value > 17)
+            Refuse("the precision is a number from 1 to 17");
+        else
+            options_.precision = value;
     }
 
     void Complete()
     {
-        if (options_.file.empty()) Refuse("no file is given");
-        else if (!FormatOfName(options_.file)) RefuseFormat(options_.file);
-        else if (!options_.output.empty() && !FormatOfName(options_.output)) RefuseFormat(options_.output);
+        if (options_.file.empty())
+            Refuse("no file is given");
+        else if (!FormatOfName(options_.file))
+            RefuseFormat(options_.file);
+        else if (!options_.output.empty() && !FormatOfName(options_.output))
+            RefuseFormat(options_.output);
     }
 
     void RefuseFormat(const std::u16string& name)
@@ -123,7 +141,7 @@ private:
     Options options_;
 };
 
-}  // namespace
+} // namespace
 
 Options ParseOptions(const std::vector<std::u16string>& arguments)
 {
@@ -140,4 +158,4 @@ const char* VersionText()
     return "vantrel-workbench 1.1.0.92\n";
 }
 
-}  // namespace vantrel::workbench
+} // namespace vantrel::workbench

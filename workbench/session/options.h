@@ -10,10 +10,10 @@ enum class Request { Edit, Help, Version, Refuse };
 
 struct Options {
     Request request = Request::Edit;
-    std::string refusal;          // why, for Request::Refuse
+    std::string refusal; // why, for Request::Refuse
     std::u16string file;
-    std::u16string output;        // empty: none was given
-    std::u16string title;         // empty: the file's name
+    std::u16string output; // empty: none was given
+    std::u16string title;  // empty: the file's name
     bool classic = false;
     int precision = 15;
 };
@@ -26,11 +26,11 @@ inline constexpr int UnreadableFile = 3;
 inline constexpr int EditorError = 4;
 inline constexpr int CannotWrite = 5;
 inline constexpr int BooksOutOfBalance = 6;
-}  // namespace ExitCode
+} // namespace ExitCode
 
 // `arguments` without the program's name.
 Options ParseOptions(const std::vector<std::u16string>& arguments);
 const char* HelpText();
 const char* VersionText();
 
-}  // namespace vantrel::workbench
+} // namespace vantrel::workbench

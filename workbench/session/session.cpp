@@ -22,7 +22,8 @@ std::string HexOf(char32_t c)
 {
     static const char digits[] = "0123456789ABCDEF";
     std::string text = "U+";
-    for (int shift = c > 0xFFFF ? 20 : 12; shift >= 0; shift -= 4) text += digits[c >> shift & 15];
+    for (int shift = c > 0xFFFF ? 20 : 12; shift >= 0; shift -= 4)
+        text += digits[c >> shift & 15];
     return text;
 }
 
@@ -40,14 +41,17 @@ public:
     {
         ReadFile();
         const EditResult result = Edit();
-        for (const std::string& complaint : result.complaints) Complain("books: " + complaint);
+        for (const std::string& complaint : result.complaints)
+            Complain("books: " + complaint);
         if (result.error.signalled) {
             Complain("the editor reports error " + std::to_string(result.error.number) +
                      (result.error.hasMessage ? ": " + Utf8FromUtf16(result.error.message) : std::string()));
             return ExitCode::EditorError;
         }
-        if (result.hasResult && !result.unchanged) WriteSaved(result.result);
-        else WriteUnchanged();
+        if (result.hasResult && !result.unchanged)
+            WriteSaved(result.result);
+        else
+            WriteUnchanged();
         return result.complaints.empty() ? ExitCode::Success : ExitCode::BooksOutOfBalance;
     }
 
@@ -77,7 +81,8 @@ private:
         } catch (const FormatError& error) {
             EndWith(ExitCode::UnreadableFile, name + ": " + error.what());
         }
-        for (const std::string& note : document_.notes) ComplainAbout(options_.file, note);
+        for (const std::string& note : document_.notes)
+            ComplainAbout(options_.file, note);
     }
 
     fake::Array Argument() const
@@ -85,7 +90,8 @@ private:
         fake::Array argument = document_.array;
         char32_t missing = 0;
         if (options_.classic && !fake::ToAtomicCharacters(argument, &missing)) {
-            EndWith(ExitCode::UnreadableFile, Utf8FromUtf16(options_.file) + ": the Classic edition has no character " + HexOf(missing));
+            EndWith(ExitCode::UnreadableFile, Utf8FromUtf16(options_.file) +
+                                                  ": the Classic edition has no character " + HexOf(missing));
         }
         return argument;
     }
@@ -94,7 +100,8 @@ private:
     {
         fake::EntryPoints entryPoints;
         std::string reason;
-        if (!platform_.loadLibrary(platform_.state, entryPoints, reason)) EndWith(ExitCode::EditorError, reason);
+        if (!platform_.loadLibrary(platform_.state, entryPoints, reason))
+            EndWith(ExitCode::EditorError, reason);
         fake::InterpreterOptions interpreterOptions;
         interpreterOptions.unicode = !options_.classic;
         interpreterOptions.printPrecision = options_.precision;
@@ -108,7 +115,8 @@ private:
             EndWith(ExitCode::UnreadableFile, Utf8FromUtf16(options_.file) + ": " + error.what());
         }
         if (result.handshake != 0) {
-            EndWith(ExitCode::EditorError, "the editor refuses the interpreter (" + std::to_string(result.handshake) + ")");
+            EndWith(ExitCode::EditorError,
+                    "the editor refuses the interpreter (" + std::to_string(result.handshake) + ")");
         }
         fake::FromAtomicCharacters(result.result);
         return result;
@@ -124,14 +132,18 @@ private:
     {
         ComplainAbout(options_.file, "unchanged");
         if (options_.output.empty()) return;
-        if (*FormatOfName(options_.output) == document_.format) WriteBytes(options_.output, document_.bytes, document_.array);
-        else WriteArray(document_.array);
+        if (*FormatOfName(options_.output) == document_.format)
+            WriteBytes(options_.output, document_.bytes, document_.array);
+        else
+            WriteArray(document_.array);
     }
 
     void WriteSaved(const fake::Array& array) const
     {
-        if (options_.output.empty()) platform_.print(platform_.state, AsJson(array));
-        else WriteArray(array);
+        if (options_.output.empty())
+            platform_.print(platform_.state, AsJson(array));
+        else
+            WriteArray(array);
     }
 
     void WriteArray(const fake::Array& array) const
@@ -143,11 +155,12 @@ private:
         } catch (const FormatError& error) {
             const std::u16string other = options_.output + u".json";
             WriteBytes(other, AsJson(array), array);
-            EndWith(ExitCode::CannotWrite, Utf8FromUtf16(options_.output) + ": " + error.what() + "; written to " +
-                                               Utf8FromUtf16(other) + " instead");
+            EndWith(ExitCode::CannotWrite, Utf8FromUtf16(options_.output) + ": " + error.what() +
+                                               "; written to " + Utf8FromUtf16(other) + " instead");
         }
         WriteBytes(options_.output, bytes, array);
-        for (const std::string& note : context.notes) ComplainAbout(options_.output, note);
+        for (const std::string& note : context.notes)
+            ComplainAbout(options_.output, note);
     }
 
     // What cannot be written goes to the standard output: it must not be lost.
@@ -156,7 +169,8 @@ private:
         std::string reason;
         if (platform_.writeFile(platform_.state, name, bytes, reason)) return;
         platform_.print(platform_.state, AsJson(array));
-        EndWith(ExitCode::CannotWrite, Utf8FromUtf16(name) + ": " + reason + "; the array went to the standard output");
+        EndWith(ExitCode::CannotWrite,
+                Utf8FromUtf16(name) + ": " + reason + "; the array went to the standard output");
     }
 
     const Options& options_;
@@ -176,7 +190,7 @@ int RunSession(const Options& options, const Platform& platform)
     }
 }
 
-}  // namespace
+} // namespace
 
 int RunWorkbench(const std::vector<std::u16string>& arguments, const Platform& platform)
 {
@@ -192,4 +206,4 @@ int RunWorkbench(const std::vector<std::u16string>& arguments, const Platform& p
     return RunSession(options, platform);
 }
 
-}  // namespace vantrel::workbench
+} // namespace vantrel::workbench

@@ -13,15 +13,18 @@ namespace vantrel::workbench {
 struct Platform {
     void* state = nullptr;
     // False with the reason. Reads the whole file.
-    bool (*readFile)(void* state, const std::u16string& name, std::string& bytes, std::string& reason) = nullptr;
+    bool (*readFile)(void* state, const std::u16string& name, std::string& bytes,
+                     std::string& reason) = nullptr;
     // False with the reason; the file is then as it was before.
-    bool (*writeFile)(void* state, const std::u16string& name, const std::string& bytes, std::string& reason) = nullptr;
+    bool (*writeFile)(void* state, const std::u16string& name, const std::string& bytes,
+                      std::string& reason) = nullptr;
     bool (*loadLibrary)(void* state, fake::EntryPoints& entryPoints, std::string& reason) = nullptr;
-    void (*print)(void* state, std::string_view bytes) = nullptr;      // the standard output, bytes as they are
-    void (*complain)(void* state, std::string_view line) = nullptr;    // the standard error, one line without its end
+    void (*print)(void* state, std::string_view bytes) = nullptr; // the standard output, bytes as they are
+    void (*complain)(void* state,
+                     std::string_view line) = nullptr; // the standard error, one line without its end
 };
 
 // Returns the exit code. `arguments` without the program's name.
 int RunWorkbench(const std::vector<std::u16string>& arguments, const Platform& platform);
 
-}  // namespace vantrel::workbench
+} // namespace vantrel::workbench

@@ -68,27 +68,29 @@ bool WriteAll(HANDLE file, const std::string& bytes)
 std::u16string TemporaryName(const std::u16string& name)
 {
     std::u16string made = name + u".";
-    for (const char digit : std::to_string(GetCurrentProcessId())) made += static_cast<char16_t>(digit);
+    for (const char digit : std::to_string(GetCurrentProcessId()))
+        made += static_cast<char16_t>(digit);
     return made + u".tmp";
 }
 
-}  // namespace
+} // namespace
 
 std::string LastErrorText()
 {
     const DWORD code = GetLastError();
     wchar_t buffer[512];
-    const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, code, 0,
-                                        buffer, static_cast<DWORD>(std::size(buffer)), nullptr);
+    const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                                        code, 0, buffer, static_cast<DWORD>(std::size(buffer)), nullptr);
     std::string text = Utf8FromUtf16({reinterpret_cast<const char16_t*>(buffer), length});
-    while (!text.empty() && (text.back() == '\r' || text.back() == '\n' || text.back() == '.')) text.pop_back();
+    while (!text.empty() && (text.back() == '\r' || text.back() == '\n' || text.back() == '.'))
+        text.pop_back();
     return text.empty() ? "Windows error " + std::to_string(code) : text;
 }
 
 bool ReadWholeFile(const std::u16string& name, std::string& bytes, std::string& reason)
 {
-    const FileHandle file(CreateFileW(AsWide(name), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
-                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    const FileHandle file(CreateFileW(AsWide(name), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE,
+                                      nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
     if (file.IsOpen() && ReadAll(file.Get(), bytes)) return true;
     reason = LastErrorText();
     return false;
@@ -97,7 +99,8 @@ bool ReadWholeFile(const std::u16string& name, std::string& bytes, std::string& 
 bool ReplaceFileContents(const std::u16string& name, const std::string& bytes, std::string& reason)
 {
     const std::u16string temporary = TemporaryName(name);
-    FileHandle file(CreateFileW(AsWide(temporary), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    FileHandle file(CreateFileW(AsWide(temporary), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                                FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!file.IsOpen()) {
         reason = LastErrorText();
         return false;
@@ -105,7 +108,8 @@ bool ReplaceFileContents(const std::u16string& name, const std::string& bytes, s
     bool written = WriteAll(file.Get(), bytes);
     if (!written) reason = LastErrorText();
     file.Close();
-    if (written && !MoveFileExW(AsWide(temporary), AsWide(name), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
+    if (written &&
+        !MoveFileExW(AsWide(temporary), AsWide(name), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
         reason = LastErrorText();
         written = false;
     }
@@ -113,4 +117,4 @@ bool ReplaceFileContents(const std::u16string& name, const std::string& bytes, s
     return written;
 }
 
-}  // namespace vantrel::workbench
+} // namespace vantrel::workbench

@@ -13,4 +13,4 @@ bool ReplaceFileContents(const std::u16string& name, const std::string& bytes, s
 // What Windows says about the calling thread's last error.
 std::string LastErrorText();
 
-}  // namespace vantrel::workbench
+} // namespace vantrel::workbench

@@ -10,7 +10,10 @@ namespace vantrel {
 namespace {
 
 // A caret scrolled far away stays far away.
-int ToScreenRange(std::int64_t value) noexcept { return static_cast<int>(std::clamp<std::int64_t>(value, -32000, 32000)); }
+int ToScreenRange(std::int64_t value) noexcept
+{
+    return static_cast<int>(std::clamp<std::int64_t>(value, -32000, 32000));
+}
 
 } // namespace
 
@@ -34,7 +37,8 @@ void ShowEditCaret(EditWindow& window)
         return;
     }
     const CaretPicture picture = GetCaretPicture(window);
-    instance->ownsCaret = CreateCaret(window.window, nullptr, ToScreenRange(picture.width), ToScreenRange(picture.height)) != FALSE;
+    instance->ownsCaret = CreateCaret(window.window, nullptr, ToScreenRange(picture.width),
+                                      ToScreenRange(picture.height)) != FALSE;
     SetCaretPos(ToScreenRange(picture.point.x), ToScreenRange(picture.point.y));
     ShowCaret(window.window);
 }

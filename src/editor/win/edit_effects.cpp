@@ -16,7 +16,10 @@ namespace vantrel {
 
 namespace {
 
-void Invalidate(EditWindow& window) { InvalidateRect(window.window, nullptr, FALSE); }
+void Invalidate(EditWindow& window)
+{
+    InvalidateRect(window.window, nullptr, FALSE);
+}
 
 void Notify(EditWindow& window, std::int32_t code)
 {
@@ -28,9 +31,15 @@ void Notify(EditWindow& window, std::int32_t code)
     SendMessageW(GetParent(window.window), WM_NOTIFY, header.idFrom, reinterpret_cast<LPARAM>(&header));
 }
 
-void Beep(EditWindow&, EditBeep kind) { MessageBeep(kind == EditBeep::Asterisk ? MB_ICONASTERISK : MB_ICONEXCLAMATION); }
+void Beep(EditWindow&, EditBeep kind)
+{
+    MessageBeep(kind == EditBeep::Asterisk ? MB_ICONASTERISK : MB_ICONEXCLAMATION);
+}
 
-bool IsDown(int key) noexcept { return GetKeyState(key) < 0; }
+bool IsDown(int key) noexcept
+{
+    return GetKeyState(key) < 0;
+}
 
 KeyStates ReadKeyStates(EditWindow&)
 {
@@ -63,7 +72,10 @@ private:
 
 class GlobalView {
 public:
-    explicit GlobalView(HGLOBAL block) noexcept : block_(block), data_(block == nullptr ? nullptr : GlobalLock(block)) {}
+    explicit GlobalView(HGLOBAL block) noexcept
+        : block_(block), data_(block == nullptr ? nullptr : GlobalLock(block))
+    {
+    }
     ~GlobalView()
     {
         if (data_ != nullptr) GlobalUnlock(block_);
@@ -107,7 +119,10 @@ bool PutText(EditWindow& window, const char16_t* text, std::int64_t length)
     return false;
 }
 
-void CloseOpenClipboard(EditWindow&) { CloseClipboard(); }
+void CloseOpenClipboard(EditWindow&)
+{
+    CloseClipboard();
+}
 
 bool GetText(EditWindow& window, Text& text)
 {
@@ -118,14 +133,18 @@ bool GetText(EditWindow& window, Text& text)
     const GlobalView view(GetClipboardData(CF_UNICODETEXT));
     if (view.Data() == nullptr) return false;
     // Another program made the block: its terminator is believed only inside the block's real size.
-    const std::u16string_view whole(static_cast<const char16_t*>(view.Data()), view.Size() / sizeof(char16_t));
+    const std::u16string_view whole(static_cast<const char16_t*>(view.Data()),
+                                    view.Size() / sizeof(char16_t));
     text.assign(whole.substr(0, whole.find(u'\0')));
     return true;
 }
 
 // --- window ---
 
-void InitializeScroll(EditWindow& window, ScrollRecord& record) { InitializeWindowsScrollbars(record, window.window); }
+void InitializeScroll(EditWindow& window, ScrollRecord& record)
+{
+    InitializeWindowsScrollbars(record, window.window);
+}
 
 EditRect ReadClientRectangle(EditWindow& window)
 {
@@ -144,9 +163,18 @@ void ShowBars(EditWindow& window, bool horizontal, bool vertical)
 } // namespace
 
 const EditEffects g_editEffects = {
-    &Invalidate,           &ShowEditCaret, &Notify,             &Beep,    &ReadKeyStates,
-    &OpenAndEmptyClipboard, &PutText,       &CloseOpenClipboard, &GetText, &InitializeScroll,
-    &ReadClientRectangle,  &ShowBars,
+    &Invalidate,
+    &ShowEditCaret,
+    &Notify,
+    &Beep,
+    &ReadKeyStates,
+    &OpenAndEmptyClipboard,
+    &PutText,
+    &CloseOpenClipboard,
+    &GetText,
+    &InitializeScroll,
+    &ReadClientRectangle,
+    &ShowBars,
 };
 
 } // namespace vantrel

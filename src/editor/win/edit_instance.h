@@ -11,13 +11,16 @@ struct EditInstance {
     EditWindow edit; // the model's part; effects lead from it to the window
     HFONT font = nullptr;
     bool mouseTimer = false;
-    bool ownsCaret = false; // the thread's one caret was made by this window
+    bool ownsCaret = false;   // the thread's one caret was made by this window
     EditPoint lastMousePoint; // where the pointer was seen last, in client coordinates
 };
 
 // Null for a window that is being created or destroyed.
 [[nodiscard]] EditInstance* GetEditInstance(HWND window) noexcept;
-[[nodiscard]] inline HWND WindowOf(const EditInstance& instance) noexcept { return instance.edit.window; }
+[[nodiscard]] inline HWND WindowOf(const EditInstance& instance) noexcept
+{
+    return instance.edit.window;
+}
 
 extern const EditEffects g_editEffects;
 

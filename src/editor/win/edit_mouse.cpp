@@ -14,7 +14,10 @@ constexpr UINT_PTR MouseTimer = 4559;
 // One for all edit windows: a double click may begin in one and end in another that has just been put in its place.
 ULONGLONG g_lastPress = 0;
 
-EditPoint PointOf(LPARAM point) noexcept { return {GET_X_LPARAM(point), GET_Y_LPARAM(point)}; }
+EditPoint PointOf(LPARAM point) noexcept
+{
+    return {GET_X_LPARAM(point), GET_Y_LPARAM(point)};
+}
 
 bool IsDoubleClick() noexcept
 {
@@ -38,7 +41,8 @@ void CALLBACK MouseTimerProc(HWND window, UINT, UINT_PTR, DWORD)
 {
     Sealed<int>(0, [&] {
         EditInstance* instance = GetEditInstance(window);
-        if (instance != nullptr && HasEditedNode(instance->edit)) DragMouse(instance->edit, instance->lastMousePoint);
+        if (instance != nullptr && HasEditedNode(instance->edit))
+            DragMouse(instance->edit, instance->lastMousePoint);
         return 0;
     });
 }
@@ -105,8 +109,8 @@ LRESULT OnWheel(EditInstance& instance, WPARAM wParam, LPARAM lParam)
     if (modifiers == EditModifierControl || modifiers == EditModifierAlt) {
         return SendMessageW(GetParent(WindowOf(instance)), WM_MOUSEWHEEL, wParam, lParam);
     }
-    if (OnMouseWheel(StateOf(edit).scroll, GET_KEYSTATE_WPARAM(wParam), GET_WHEEL_DELTA_WPARAM(wParam), edit.view->averageCharWidth,
-                     edit.view->lineHeight)) {
+    if (OnMouseWheel(StateOf(edit).scroll, GET_KEYSTATE_WPARAM(wParam), GET_WHEEL_DELTA_WPARAM(wParam),
+                     edit.view->averageCharWidth, edit.view->lineHeight)) {
         DrawCaret(edit); // the text moved under it
     }
     return 0;

@@ -11,9 +11,9 @@ namespace vantrel {
 
 namespace {
 
-constexpr COLORREF BorderColor = RGB(255, 0, 0);    // as the view marks a maximised array
-constexpr COLORREF LineNumberColor = RGB(7, 0, 0);  // fixed, whatever the user's colours are
-constexpr int PieceUnits = 512; // characters handed to the system at a time
+constexpr COLORREF BorderColor = RGB(255, 0, 0);   // as the view marks a maximised array
+constexpr COLORREF LineNumberColor = RGB(7, 0, 0); // fixed, whatever the user's colours are
+constexpr int PieceUnits = 512;                    // characters handed to the system at a time
 
 // --- small things ---
 
@@ -36,7 +36,10 @@ private:
 // Clips to a rectangle for as long as it lives.
 class Clip {
 public:
-    Clip(HDC dc, const RECT& area) noexcept : dc_(dc), saved_(SaveDC(dc)) { IntersectClipRect(dc, area.left, area.top, area.right, area.bottom); }
+    Clip(HDC dc, const RECT& area) noexcept : dc_(dc), saved_(SaveDC(dc))
+    {
+        IntersectClipRect(dc, area.left, area.top, area.right, area.bottom);
+    }
     ~Clip() { RestoreDC(dc_, saved_); }
     Clip(const Clip&) = delete;
     Clip& operator=(const Clip&) = delete;
@@ -46,7 +49,10 @@ private:
     int saved_;
 };
 
-int ToPixel(std::int64_t value) noexcept { return static_cast<int>(std::clamp<std::int64_t>(value, -0x8000000, 0x8000000)); }
+int ToPixel(std::int64_t value) noexcept
+{
+    return static_cast<int>(std::clamp<std::int64_t>(value, -0x8000000, 0x8000000));
+}
 
 RECT ToRect(const EditRect& area) noexcept
 {
@@ -63,7 +69,8 @@ struct Painter {
 };
 
 // Draws text with the widths that the caret is placed by, so that both always agree.
-void DrawUnits(Painter& painter, EditPoint point, const char16_t* text, std::int64_t length, const RECT* opaque)
+void DrawUnits(Painter& painter, EditPoint point, const char16_t* text, std::int64_t length,
+               const RECT* opaque)
 {
     CharWidths& widths = painter.edit.view->widths;
     int advances[PieceUnits];
@@ -71,10 +78,13 @@ void DrawUnits(Painter& painter, EditPoint point, const char16_t* text, std::int
     while (length > 0) {
         const int count = static_cast<int>(std::min<std::int64_t>(length, PieceUnits));
         std::int64_t width = 0;
-        for (int i = 0; i < count; ++i) width += advances[i] = widths.CharWidth(text[i]);
-        const RECT piece = opaque == nullptr ? RECT{} : RECT{ToPixel(point.x), opaque->top, ToPixel(point.x + width), opaque->bottom};
-        ExtTextOutW(painter.dc, ToPixel(point.x), ToPixel(point.y), options, opaque != nullptr ? &piece : nullptr, AsWide(text),
-                    static_cast<UINT>(count), advances);
+        for (int i = 0; i < count; ++i)
+            width += advances[i] = widths.CharWidth(text[i]);
+        const RECT piece =
+            opaque == nullptr ? RECT{}
+                              : RECT{ToPixel(point.x), opaque->top, ToPixel(point.x + width), opaque->bottom};
+        ExtTextOutW(painter.dc, ToPixel(point.x), ToPixel(point.y), options,
+                    opaque != nullptr ? &piece : nullptr, AsWide(text), static_cast<UINT>(count), advances);
         point.x += width;
         text += count;
         length -= count;
@@ -118,8 +128,8 @@ void DrawRuler(Painter& painter)
     for (std::int64_t first = ruler.first; first < ruler.end; first += PieceUnits) {
         const std::int64_t count = std::min<std::int64_t>(ruler.end - first, PieceUnits);
         FillRuler(text, first, count);
-        ExtTextOutW(painter.dc, ToPixel(ruler.x + (first - ruler.first) * digit), ToPixel(band.top), 0, nullptr, AsWide(text),
-                    static_cast<UINT>(count), advances);
+        ExtTextOutW(painter.dc, ToPixel(ruler.x + (first - ruler.first) * digit), ToPixel(band.top), 0,
+                    nullptr, AsWide(text), static_cast<UINT>(count), advances);
     }
 }
 
@@ -176,7 +186,8 @@ HBRUSH AskParentForColors(EditInstance& instance, HDC dc) noexcept
     SetBkColor(dc, GetSysColor(COLOR_WINDOW));
     SetTextColor(dc, GetSysColor(COLOR_WINDOWTEXT));
     const HWND window = WindowOf(instance);
-    const LRESULT brush = SendMessageW(GetParent(window), WM_CTLCOLOREDIT, reinterpret_cast<WPARAM>(dc), reinterpret_cast<LPARAM>(window));
+    const LRESULT brush = SendMessageW(GetParent(window), WM_CTLCOLOREDIT, reinterpret_cast<WPARAM>(dc),
+                                       reinterpret_cast<LPARAM>(window));
     return brush != 0 ? reinterpret_cast<HBRUSH>(brush) : GetSysColorBrush(COLOR_WINDOW);
 }
 
@@ -186,7 +197,8 @@ void DrawPicture(EditInstance& instance, HDC dc)
     const SelectedObject font(dc, instance.font);
     const HBRUSH brush = AskParentForColors(instance, dc);
     const bool grey = edit.readOnly || IsLocked(edit);
-    Painter painter{instance, edit, dc, grey ? GetSysColor(COLOR_GRAYTEXT) : GetTextColor(dc), GetBkColor(dc)};
+    Painter painter{instance, edit, dc, grey ? GetSysColor(COLOR_GRAYTEXT) : GetTextColor(dc),
+                    GetBkColor(dc)};
     const RECT client = ToRect(edit.client);
     FillRect(dc, &client, brush);
     if (ShowsMargins(edit)) DrawFrame(painter);

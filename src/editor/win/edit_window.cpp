@@ -129,7 +129,8 @@ LRESULT OnCharMessage(EditInstance& instance, WPARAM character, LPARAM state)
         const char byte = static_cast<char>(character);
         MultiByteToWideChar(CP_ACP, 0, &byte, 1, &unit, 1);
     }
-    OnChar(instance.edit, static_cast<char16_t>(unit), (static_cast<std::uint32_t>(state) & 0x80000000u) != 0);
+    OnChar(instance.edit, static_cast<char16_t>(unit),
+           (static_cast<std::uint32_t>(state) & 0x80000000u) != 0);
     return 0;
 }
 
@@ -184,7 +185,8 @@ LRESULT OnEditedMessage(EditInstance& instance, UINT message, WPARAM wParam, LPA
     case WM_ERASEBKGND: return 1;
     case WM_SYSCOLORCHANGE: return OnInvalidate(instance);
     case WM_SETCURSOR: return OnSetCursor(instance, LOWORD(lParam));
-    case WM_STYLECHANGED: return OnStyleChanged(instance, wParam, *reinterpret_cast<const STYLESTRUCT*>(lParam));
+    case WM_STYLECHANGED:
+        return OnStyleChanged(instance, wParam, *reinterpret_cast<const STYLESTRUCT*>(lParam));
     case WM_GETDLGCODE: return DLGC_WANTARROWS | DLGC_WANTTAB | DLGC_WANTALLKEYS | DLGC_WANTCHARS;
     case WM_KEYDOWN:
     case WM_SYSKEYDOWN: return OnKeyDownMessage(instance, message, wParam, lParam);
@@ -212,7 +214,8 @@ LRESULT OnEditedMessage(EditInstance& instance, UINT message, WPARAM wParam, LPA
     case EM_GETMODIFY: return StateOf(edit).modified;
     case EditMessageDrawCaret: return Run(instance, DrawCaret);
     case EditMessageFreeRedo: return Run(instance, FreeRedo);
-    case EditMessageMoveCaret: return OnMoveCaretMessage(instance, reinterpret_cast<const std::int64_t*>(wParam));
+    case EditMessageMoveCaret:
+        return OnMoveCaretMessage(instance, reinterpret_cast<const std::int64_t*>(wParam));
     case EditMessageSelectAll: return Run(instance, SelectAll);
     case EditMessageNewPlane: return Run(instance, OnNewPlane);
     case EditMessageUseScdr: OnUseScdr(edit, wParam != 0); return 0;
@@ -266,7 +269,8 @@ EditInstance* GetEditInstance(HWND window) noexcept
 
 LRESULT DefaultEditProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept
 {
-    return IsWindowUnicode(window) ? DefWindowProcW(window, message, wParam, lParam) : DefWindowProcA(window, message, wParam, lParam);
+    return IsWindowUnicode(window) ? DefWindowProcW(window, message, wParam, lParam)
+                                   : DefWindowProcA(window, message, wParam, lParam);
 }
 
 bool RegisterEditClass()

@@ -100,24 +100,24 @@ void OnDestroy(FrameWindow& frame)
     UncountFrame(frame);
 }
 
-// The record outlives WM_DESTROY: children still send messages to their parent while they go.
-void OnNcDestroy(HWND window, FrameWindow* frame)
-{
-    SetWindowLongPtrW(window, GWLP_USERDATA, 0);
-    delete frame;
-}
-
 LRESULT OnSetName(FrameWindow& frame, bool byName, HostObject object) noexcept
 {
     (byName ? frame.name : frame.value) = object;
     return 0;
 }
 
+void OnViewNotify(FrameWindow& frame, std::int32_t code)
+{
+    switch (code) {
+    case ViewNotifyState: StatusMessage(frame.window, L"", 0); break; // what was announced is over
+    case ViewNotifyError: ShowHostError(frame); break;
+    default: break;
+    }
+}
+
 LRESULT OnNotify(FrameWindow& frame, const NMHDR& notification)
 {
-    if (notification.hwndFrom == frame.client && static_cast<std::int32_t>(notification.code) == ViewNotifyError) {
-        ShowHostError(frame);
-    }
+    if (notification.hwndFrom == frame.client) OnViewNotify(frame, static_cast<std::int32_t>(notification.code));
     return 0;
 }
 
@@ -144,15 +144,39 @@ LRESULT HandleMessage(FrameWindow& frame, UINT message, WPARAM wParam, LPARAM lP
     }
 }
 
+// A handler may destroy this very window: the record waits for the outermost message to return.
+class RecordScope {
+public:
+    explicit RecordScope(FrameWindow& frame) noexcept : frame_(frame) { ++frame_.depth; }
+    ~RecordScope()
+    {
+        if (--frame_.depth == 0 && frame_.destroyed) delete &frame_;
+    }
+    RecordScope(const RecordScope&) = delete;
+    RecordScope& operator=(const RecordScope&) = delete;
+
+private:
+    FrameWindow& frame_;
+};
+
+LRESULT OnNcDestroy(FrameWindow& frame)
+{
+    SetWindowLongPtrW(frame.window, GWLP_USERDATA, 0);
+    frame.destroyed = true;
+    return DefWindowProcW(frame.window, WM_NCDESTROY, 0, 0);
+}
+
 LRESULT CALLBACK FrameProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept
 {
     FrameWindow* const frame = FrameOf(window);
     if (message == WM_CREATE) {
         return Sealed<LRESULT>(-1, [&] { return OnCreate(window, *reinterpret_cast<const CREATESTRUCTW*>(lParam)); });
     }
-    if (message == WM_NCDESTROY) OnNcDestroy(window, frame);
-    if (frame == nullptr || message == WM_NCDESTROY) return DefWindowProcW(window, message, wParam, lParam);
-    return Sealed<LRESULT>(0, [&] { return HandleMessage(*frame, message, wParam, lParam); });
+    if (frame == nullptr) return DefWindowProcW(window, message, wParam, lParam);
+    return Sealed<LRESULT>(0, [&] {
+        const RecordScope scope(*frame);
+        return message == WM_NCDESTROY ? OnNcDestroy(*frame) : HandleMessage(*frame, message, wParam, lParam);
+    });
 }
 
 } // namespace

@@ -17,12 +17,6 @@ int AskYesNoCancel(const FrameWindow& frame, UINT stringId)
                        MB_YESNOCANCEL | MB_ICONQUESTION);
 }
 
-bool IsBusy(const FrameWindow& frame)
-{
-    if ((frame.context->flags & EditContextLoading) != 0) return true;
-    return SendMessageW(frame.client, ViewGetBusy, 0, 0) != 0;
-}
-
 bool IsModified(const FrameWindow& frame)
 {
     return SendMessageW(frame.client, ViewGetModified, 0, 0) != 0;
@@ -33,7 +27,10 @@ bool MayClose(FrameWindow& frame)
 {
     const bool asks = (frame.options & FrameConfirmClose) != 0 && !frame.closeUnasked;
     if (!asks || !IsModified(frame)) return true;
-    switch (AskYesNoCancel(frame, IDS_SAVE_CHANGES)) {
+    frame.asking = true;
+    const int answer = AskYesNoCancel(frame, IDS_SAVE_CHANGES);
+    frame.asking = false;
+    switch (answer) {
     case IDYES: return SaveTree(frame);
     case IDNO: return true;
     default: return false;
@@ -42,9 +39,16 @@ bool MayClose(FrameWindow& frame)
 
 } // namespace
 
+bool IsBusy(const FrameWindow& frame)
+{
+    if ((frame.context->flags & EditContextLoading) != 0) return true;
+    return SendMessageW(frame.client, ViewGetBusy, 0, 0) != 0;
+}
+
 void OnClose(FrameWindow& frame)
 {
     TraceScope trace("frame_close.cpp", "OnClose");
+    if (frame.asking) return;
     if (IsBusy(frame)) {
         // Destroying the view now would pull the tree from under the operation that pumps this message.
         frame.closing = true;
@@ -53,7 +57,7 @@ void OnClose(FrameWindow& frame)
     }
     KillTimer(frame.window, CloseTimer);
     frame.closing = false;
-    if (MayClose(frame)) DestroyWindow(frame.window);
+    if (MayClose(frame) && !frame.destroyed) DestroyWindow(frame.window);
 }
 
 void CloseWithoutQuestion(FrameWindow& frame)

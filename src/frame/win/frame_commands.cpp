@@ -65,6 +65,12 @@ LRESULT OnDebug(FrameWindow& frame)
     return 0;
 }
 
+// Commands that would take the tree from under a long operation which is pumping messages.
+bool NeedsWholeTree(std::int32_t id) noexcept
+{
+    return id == ID_FILE_REVERT || id == ID_FILE_SAVE || id == ID_FILE_SAVE_AND_CLOSE;
+}
+
 LRESULT ForwardToView(const FrameWindow& frame, WPARAM wParam, LPARAM lParam)
 {
     const LRESULT result = SendMessageW(frame.client, WM_COMMAND, wParam, lParam);
@@ -107,6 +113,10 @@ LRESULT OnCommand(FrameWindow& frame, WPARAM wParam, LPARAM lParam)
     LogCommand(frame.context, WM_COMMAND, id);
     if (IsMenuItemDisabled(GetMenu(frame.window), static_cast<UINT>(id))) return 0;
     if (HIWORD(wParam) > 1) return DefWindowProcW(frame.window, WM_COMMAND, wParam, lParam);
+    if (NeedsWholeTree(id) && IsBusy(frame)) {
+        StatusMessage(frame.window, IDS_EDITOR_IS_BUSY, 0);
+        return 0;
+    }
     switch (id) {
     case ID_FILE_REVERT: return OnRevert(frame);
     case ID_FILE_SAVE: return OnSave(frame);

@@ -19,6 +19,9 @@ struct FrameWindow {
     bool counted = false;       // this frame is among the open frames and windows
     bool closing = false;       // a close waits until the view is no longer busy
     bool closeUnasked = false;  // the close on its way asks nothing, whatever the option says
+    bool asking = false;        // the question before closing is on show
+    bool destroyed = false;     // the window has gone; the record goes when its outermost message returns
+    std::int32_t depth = 0;     // messages being handled, one inside the other
 };
 
 // frame_commands
@@ -29,6 +32,8 @@ bool SaveTree(FrameWindow& frame);
 void ShowHostError(FrameWindow& frame);
 
 // frame_close
+// A long operation of the view is running: it must not lose the tree that it works on.
+[[nodiscard]] bool IsBusy(const FrameWindow& frame);
 // Asks, saves and destroys as the user wishes. While the view is busy the close is only noted, for the long operation to end first.
 void OnClose(FrameWindow& frame);
 void CloseWithoutQuestion(FrameWindow& frame);

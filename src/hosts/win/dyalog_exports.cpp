@@ -22,7 +22,8 @@ bool RegisterWindows()
     return RegisterClipboardFormatW(AsWide(ClipboardFormatName)) != 0 && RegisterEditorClasses();
 }
 
-constexpr DyalogPlatform Platform = {WidenAnsi, RegisterWindows, UnregisterEditorClasses, EditObject, TraceStarting};
+constexpr DyalogPlatform Platform = {WidenAnsi, RegisterWindows, UnregisterEditorClasses, EditObject,
+                                     TraceStarting};
 
 void RunExternalFunction(Localp* argument, DyalogBlock** resultSlot, const char16_t* title) noexcept
 {
@@ -47,7 +48,8 @@ std::int64_t DyalogEditArray(vantrel::Localp* argument, vantrel::DyalogBlock** r
     return 0;
 }
 
-std::int64_t DyalogEditArrayTitle(vantrel::Localp* argument, vantrel::DyalogBlock** resultSlot, const char16_t* title) noexcept
+std::int64_t DyalogEditArrayTitle(vantrel::Localp* argument, vantrel::DyalogBlock** resultSlot,
+                                  const char16_t* title) noexcept
 {
     vantrel::RunExternalFunction(argument, resultSlot, title);
     return 0;

@@ -68,6 +68,7 @@ void OnSize(ClientWindow& client, WPARAM kind)
         AdjustScrollPositions(view.scroll);
     }
     EditResize(view);
+    view.effects.invalidate(view);
 }
 
 // The editor has the keyboard whenever it is there; the view only lends its place in the focus order.

@@ -56,7 +56,8 @@ std::u16string Reference(double value, int precision)
         if (unit != 'E') continue;
         if (*next == '+') ++next;
         if (*next == '-') result += static_cast<char16_t>(*next++);
-        while (*next == '0') ++next;
+        while (*next == '0')
+            ++next;
     }
     return result;
 }
@@ -126,9 +127,11 @@ TEST(FormatF8, TakesPrecisionZeroAsOneAndNegativeAsSix)
 TEST(FormatF8, GreatPrecisionsStayWithinTheBuffer)
 {
     EXPECT_EQ(F8(0.5, 1000000), u"0.5");
-    for (const std::int64_t precision : {std::int64_t{121}, std::int64_t{122}, std::int64_t{128}, std::int64_t{129}, std::int64_t{2147483648},
-                                         std::numeric_limits<std::int64_t>::max()}) {
-        for (const double value : {-5e-324, -Greatest / 3, -1.0 / 3, -0.00012345678901234567, 0.1, 1e22 / 3}) {
+    for (const std::int64_t precision :
+         {std::int64_t{121}, std::int64_t{122}, std::int64_t{128}, std::int64_t{129},
+          std::int64_t{2147483648}, std::numeric_limits<std::int64_t>::max()}) {
+        for (const double value :
+             {-5e-324, -Greatest / 3, -1.0 / 3, -0.00012345678901234567, 0.1, 1e22 / 3}) {
             EXPECT_LE(F8(value, precision).size(), 128u) << value << " at " << precision;
             EXPECT_EQ(F8(value, precision), F8(value, 121)) << value << " at " << precision;
         }
@@ -164,8 +167,10 @@ double RandomValue(std::mt19937_64& random)
     case 0: return std::bit_cast<double>(random());
     case 1: return static_cast<double>(random() % 2000000) / 1000.0;
     case 2: return static_cast<double>(random() % 1000) - 500;
-    case 3: return std::ldexp(static_cast<double>(random() % 4096), -static_cast<int>(random() % 20)); // exact halves
-    case 4: { // close to powers of ten
+    case 3:
+        return std::ldexp(static_cast<double>(random() % 4096),
+                          -static_cast<int>(random() % 20)); // exact halves
+    case 4: {                                                // close to powers of ten
         const double power = std::pow(10.0, static_cast<double>(random() % 640) - 330);
         return std::bit_cast<double>(std::bit_cast<std::uint64_t>(power) + random() % 5 - 2);
     }
@@ -181,7 +186,8 @@ TEST(FormatF8, AgreesWithTheCLibraryOnRandomValues)
         const int precision = static_cast<int>(random() % (i % 10 == 0 ? 122 : 23));
         if (!std::isfinite(value) || (precision >= 16 && std::abs(value) >= Greatest)) continue;
         const std::u16string text = F8(value, precision);
-        ASSERT_EQ(Narrow(text), Narrow(Reference(value, precision))) << std::hexfloat << value << " at " << precision;
+        ASSERT_EQ(Narrow(text), Narrow(Reference(value, precision)))
+            << std::hexfloat << value << " at " << precision;
     }
 }
 
@@ -212,7 +218,8 @@ TEST(FormatF8, EmittingWritesNothingBehindTheText)
         std::fill_n(buffer, NumberTextSize + 1, u'#');
         const char16_t* const end = EmitText(prepared, buffer);
         ASSERT_EQ(end - buffer, prepared.size.integer + prepared.size.rest);
-        ASSERT_EQ(std::count(end, static_cast<const char16_t*>(buffer) + NumberTextSize + 1, u'#'), buffer + NumberTextSize + 1 - end);
+        ASSERT_EQ(std::count(end, static_cast<const char16_t*>(buffer) + NumberTextSize + 1, u'#'),
+                  buffer + NumberTextSize + 1 - end);
     }
 }
 
@@ -250,11 +257,22 @@ TEST(NumberDigits, CountsDecimalDigits)
 
 TEST(NumberDigits, WritesLeadingZeros)
 {
-    char16_t text[8] = {u'#', u'#', u'#', u'#', u'#', u'#', u'#', 0};
-    WriteDigits(1205, 6, text);
-    EXPECT_EQ(std::u16string(text), u"001205#");
-    WriteDigits(7, 1, text);
-    EXPECT_EQ(std::u16string(text), u"701205#");
+    char16_t text[9] = u"########";
+    EXPECT_EQ(WriteDigitsBefore(text + 7, 1205, 6), text + 1);
+    EXPECT_EQ(std::u16string(text), u"#001205#");
+    EXPECT_EQ(WriteDigitsBefore(text + 2, 7, 1), text + 1);
+    EXPECT_EQ(std::u16string(text), u"#701205#");
+}
+
+TEST(NumberDigits, WritesAllDigitsWithoutBeingToldTheirCount)
+{
+    for (const std::uint32_t value : {0u, 9u, 10u, 99u, 100u, 101u, 4294967295u}) {
+        char16_t text[12] = u"###########";
+        char16_t* const first = WriteDigitsBefore(text + 10, value);
+        const std::string expected = std::to_string(value);
+        EXPECT_EQ(Narrow(text), std::string(10 - expected.size(), '#') + expected + '#');
+        EXPECT_EQ(text + 10 - first, static_cast<std::int64_t>(expected.size()));
+    }
 }
 
 TEST(PowersOfTen, AreCutTo64Bits)
@@ -266,7 +284,8 @@ TEST(PowersOfTen, AreCutTo64Bits)
     EXPECT_EQ(PowerOfTenFraction(-2), 0xA3D70A3D70A3D70Au);
     // The double nearest to each power agrees with the 53 leading bits, give or take its own rounding.
     for (std::int32_t k = -300; k <= 300; ++k) {
-        const double power = std::ldexp(static_cast<double>(PowerOfTenFraction(k) >> 11), PowerOfTenExponent(k) + 11);
+        const double power =
+            std::ldexp(static_cast<double>(PowerOfTenFraction(k) >> 11), PowerOfTenExponent(k) + 11);
         const double library = std::stod("1e" + std::to_string(k));
         EXPECT_GE(library, power) << k;
         EXPECT_LE(library, std::nextafter(power, Infinity)) << k;

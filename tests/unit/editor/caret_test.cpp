@@ -79,9 +79,11 @@ TEST(EditCaretMove, DeltasAtTheEdgeOfTheNumbersDoNotOverflow)
 {
     Editor editor(TypeCharacter, {1, 1}, u"abc\nde");
     editor.Put(1, 1);
-    MoveCaret(editor.window, std::numeric_limits<std::int64_t>::max(), std::numeric_limits<std::int64_t>::max());
+    MoveCaret(editor.window, std::numeric_limits<std::int64_t>::max(),
+              std::numeric_limits<std::int64_t>::max());
     EXPECT_EQ(editor.Caret(), (EditCaret{2, 1}));
-    MoveCaret(editor.window, std::numeric_limits<std::int64_t>::min(), std::numeric_limits<std::int64_t>::min());
+    MoveCaret(editor.window, std::numeric_limits<std::int64_t>::min(),
+              std::numeric_limits<std::int64_t>::min());
     EXPECT_EQ(editor.Caret(), (EditCaret{0, 0}));
 }
 

@@ -27,16 +27,14 @@ public:
         view.widths.Reset(nullptr, nullptr, CharWidth);
         const auto rank = static_cast<std::int32_t>(shape.size());
         node = AllocateScdr(&context, nullptr, type, rank, shape.data(), true);
-        if (!StringToRecords(&context, text.data(), static_cast<std::int64_t>(text.size()), node->records, false)) throw langEnv.ErrorCode;
+        if (!StringToRecords(&context, text.data(), static_cast<std::int64_t>(text.size()), node->records,
+                             false))
+            throw langEnv.ErrorCode;
         view.node = node.get();
         window.view = &view;
         window.effects = &Effects();
         OnUseScdr(window, false);
     }
-
-    // A character vector, matrix or numeric vector of the given text.
-    static Editor Vector(const std::u16string& text) { return Editor(TypeCharacter, {static_cast<std::int64_t>(text.size())}, text); }
-    static Editor Matrix(const std::u16string& text) { return Editor(TypeCharacter, {1, 1}, text); }
 
     Editor(const Editor&) = delete;
     Editor& operator=(const Editor&) = delete;
@@ -73,7 +71,8 @@ public:
     }
     void Type(const std::u16string& text)
     {
-        for (const char16_t character : text) OnChar(window, character, false);
+        for (const char16_t character : text)
+            OnChar(window, character, false);
     }
     void Press(std::uint32_t key, bool shift = false, bool control = false)
     {
@@ -113,7 +112,8 @@ private:
     static std::int64_t Count(const EditUndoRecord* record)
     {
         std::int64_t count = 0;
-        for (; record != nullptr; record = record->next) ++count;
+        for (; record != nullptr; record = record->next)
+            ++count;
         return count;
     }
     static const EditEffects& Effects()
@@ -154,7 +154,8 @@ private:
 };
 
 using TextLines = std::vector<std::u16string>;
-inline constexpr std::uint32_t KeyBackspace = 8, KeyPageUp = 33, KeyPageDown = 34, KeyEnd = 35, KeyHome = 36, KeyLeft = 37, KeyUp = 38,
-                               KeyRight = 39, KeyDown = 40, KeyInsert = 45, KeyDelete = 46;
+inline constexpr std::uint32_t KeyBackspace = 8, KeyPageUp = 33, KeyPageDown = 34, KeyEnd = 35, KeyHome = 36,
+                               KeyLeft = 37, KeyUp = 38, KeyRight = 39, KeyDown = 40, KeyInsert = 45,
+                               KeyDelete = 46;
 
 } // namespace vantrel::test

@@ -38,12 +38,15 @@ struct KeyCase {
 TEST(EditKeys, MoveTheCaretAndCollapseOrExtendTheSelection)
 {
     std::u16string text;
-    for (int line = 0; line < 30; ++line) text += line == 29 ? u"0123456789" : u"01234567890123456789012345678901234567890123456789\n";
+    for (int line = 0; line < 30; ++line)
+        text += line == 29 ? u"0123456789" : u"01234567890123456789012345678901234567890123456789\n";
     const KeyCase cases[] = {
-        {KeyLeft, false, {4, 10}},   {KeyRight, false, {6, 10}},   {KeyUp, false, {5, 9}},        {KeyDown, false, {5, 11}},
-        {KeyLeft, true, {4, 10}},    {KeyRight, true, {6, 10}},    {KeyUp, true, {5, 9}},         {KeyDown, true, {5, 11}},
-        {KeyHome, false, {0, 10}},   {KeyEnd, false, {50, 10}},    {KeyHome, true, {0, 0}},       {KeyEnd, true, {10, 29}},
-        {KeyPageUp, false, {5, 0}},  {KeyPageDown, false, {5, 20}}, {KeyPageUp, true, {0, 10}}, {KeyPageDown, true, {30, 10}},
+        {KeyLeft, false, {4, 10}},     {KeyRight, false, {6, 10}},    {KeyUp, false, {5, 9}},
+        {KeyDown, false, {5, 11}},     {KeyLeft, true, {4, 10}},      {KeyRight, true, {6, 10}},
+        {KeyUp, true, {5, 9}},         {KeyDown, true, {5, 11}},      {KeyHome, false, {0, 10}},
+        {KeyEnd, false, {50, 10}},     {KeyHome, true, {0, 0}},       {KeyEnd, true, {10, 29}},
+        {KeyPageUp, false, {5, 0}},    {KeyPageDown, false, {5, 20}}, {KeyPageUp, true, {0, 10}},
+        {KeyPageDown, true, {30, 10}},
     };
     Editor editor(TypeCharacter, {1, 1}, text);
     ASSERT_EQ(editor.window.columnsPerPage, 25);
@@ -88,7 +91,9 @@ TEST(EditKeys, ControlLettersAreCommands)
 TEST(EditKeys, OtherModifiersMakeThemSomebodyElses)
 {
     Editor editor(TypeCharacter, {3}, u"abc");
-    for (const std::uint32_t key : {std::uint32_t('A'), std::uint32_t('C'), std::uint32_t('V'), std::uint32_t('X'), std::uint32_t('Y'), std::uint32_t('Z'), std::uint32_t('Q'), std::uint32_t(9), std::uint32_t(121)}) {
+    for (const std::uint32_t key :
+         {std::uint32_t('A'), std::uint32_t('C'), std::uint32_t('V'), std::uint32_t('X'), std::uint32_t('Y'),
+          std::uint32_t('Z'), std::uint32_t('Q'), std::uint32_t(9), std::uint32_t(121)}) {
         editor.Press(key);
         EXPECT_FALSE(editor.handled) << key;
         editor.Press(key, true, true);

@@ -189,7 +189,8 @@ TEST(EditPaste, AFailedSplitLeavesItsErrorAndTheText)
 {
     Editor editor(TypeCharacter, {1, 1}, u"abc");
     ArmAllocationFault(1, true);
-    const std::int32_t result = editor.Paste(u"some longer text that needs memory\nand another line that does too");
+    const std::int32_t result =
+        editor.Paste(u"some longer text that needs memory\nand another line that does too");
     DisarmAllocationFault();
     EXPECT_EQ(result, 1);
     EXPECT_EQ(editor.langEnv.ErrorCode, VTERROR_CODE::OutOfMemory);

@@ -12,7 +12,8 @@ std::int64_t GetFunctions(void* table)
 std::int64_t EditTitled(void* argument, void* resultSlot, const char16_t* title)
 {
     TheDyalogHost().platform = &PlatformDouble::Table;
-    ExternalFunction(TheDyalogHost(), static_cast<Localp*>(argument), static_cast<DyalogBlock**>(resultSlot), title);
+    ExternalFunction(TheDyalogHost(), static_cast<Localp*>(argument), static_cast<DyalogBlock**>(resultSlot),
+                     title);
     return 0;
 }
 std::int64_t EditPlain(void* argument, void* resultSlot)
@@ -83,11 +84,13 @@ protected:
     {
         return RunOn(fake::NumericArray({3}, {1, 2, 3}), edit, options);
     }
-    fake::EditResult RunOn(const fake::Array& argument, HostObject (*edit)(EditContext*, HostObject), const fake::EditOptions& options = {})
+    fake::EditResult RunOn(const fake::Array& argument, HostObject (*edit)(EditContext*, HostObject),
+                           const fake::EditOptions& options = {})
     {
         PlatformDouble::edit = edit;
         fake::EditResult result = bench.interpreter.Edit(entryPoints, argument, options);
-        for (const std::string& complaint : result.complaints) ADD_FAILURE() << complaint;
+        for (const std::string& complaint : result.complaints)
+            ADD_FAILURE() << complaint;
         EXPECT_EQ(PlatformDouble::registered, PlatformDouble::unregistered);
         return result;
     }
@@ -176,7 +179,8 @@ TEST_P(DyalogEntry, ReportsAnErrorInsteadOfAResult)
 TEST_P(DyalogEntry, GivesNothingBackAfterAnInterruptWithoutAnError)
 {
     const fake::EditResult result = Run([](EditContext* context, HostObject) -> HostObject {
-        context->langEnv->Capabilities = static_cast<std::uint8_t>(context->langEnv->Capabilities | CapabilityInterruptOrClose);
+        context->langEnv->Capabilities =
+            static_cast<std::uint8_t>(context->langEnv->Capabilities | CapabilityInterruptOrClose);
         return nullptr;
     });
     EXPECT_FALSE(result.hasResult);
@@ -245,7 +249,8 @@ TEST_P(DyalogEntry, ReportsEveryRefusedArgument)
         {number, 0xF, 3, u"Argument contained data that is neither simple or nested.", 11},
         {number, 0xF00, 0xB00, u"Argument contains a rational number.", 11},
         {number, 0xF00, 0xD00, u"Argument contained an unsupported type of data", 11},
-        {surrogate, 0, 0, u"Argument contains a character that cannot be represented using a single UTF-16 code unit.", 11},
+        {surrogate, 0, 0,
+         u"Argument contains a character that cannot be represented using a single UTF-16 code unit.", 11},
     };
     for (const Row& row : rows) {
         std::uint32_t before = 0;

@@ -90,7 +90,8 @@ TEST_P(DyalogError, MapsEveryStatus)
         std::int64_t status;
         std::uint32_t code;
     };
-    const Row rows[] = {{1, 24}, {2, 17}, {3, 23}, {4, 16}, {5, 6}, {6, 23}, {7, 21}, {10, 19}, {11, 2}, {99, 18}, {1003, 21}, {-1, 21}};
+    const Row rows[] = {{1, 24}, {2, 17},  {3, 23}, {4, 16},  {5, 6},     {6, 23},
+                        {7, 21}, {10, 19}, {11, 2}, {99, 18}, {1003, 21}, {-1, 21}};
     for (const Row& row : rows) {
         EXPECT_FALSE(CheckDyalogCallbackResult(&bench.context, row.status));
         EXPECT_EQ(bench.Code(), static_cast<VTERROR_CODE>(row.code)) << row.status;
@@ -109,7 +110,8 @@ TEST_P(DyalogError, HandsTheInterpretersOwnTextBack)
     SignalHostError(&bench.context, bench.Code());
     EXPECT_EQ(bench.host.errorBlock.kind, 7u);
     if (Unicode()) {
-        EXPECT_EQ(static_cast<const char16_t*>(bench.host.errorBlock.message), std::u16string(u"not a number: é"));
+        EXPECT_EQ(static_cast<const char16_t*>(bench.host.errorBlock.message),
+                  std::u16string(u"not a number: é"));
     } else {
         EXPECT_EQ(static_cast<const char*>(bench.host.errorBlock.message), std::string("not a number: \xE9"));
     }
@@ -125,7 +127,8 @@ TEST_P(DyalogError, TakesAnEmptyTextOfTheInterpreter)
 
 TEST_P(DyalogError, KeepsAMessageThatIsAlreadySet)
 {
-    EXPECT_EQ(bench.Read(fake::RawArray(fake::ElementType::Rational, {}, std::vector<std::uint8_t>(16))), nullptr);
+    EXPECT_EQ(bench.Read(fake::RawArray(fake::ElementType::Rational, {}, std::vector<std::uint8_t>(16))),
+              nullptr);
     SignalHostError(&bench.context, bench.Code());
     EXPECT_EQ(bench.host.errorBlock.errorNumber, 11);
     EXPECT_EQ(TextOf(bench.host.errorBlock.message), u"Argument contains a rational number.");

@@ -21,11 +21,13 @@ struct PlatformDouble {
     static inline int traces = 0;
     static inline HostObject (*edit)(EditContext*, HostObject) = nullptr;
 
-    static std::int32_t WidenLatin(const char* text, std::int32_t length, char16_t* buffer, std::int32_t capacity)
+    static std::int32_t WidenLatin(const char* text, std::int32_t length, char16_t* buffer,
+                                   std::int32_t capacity)
     {
         if (buffer == nullptr) return length;
         const std::int32_t copied = length < capacity ? length : capacity;
-        for (std::int32_t i = 0; i < copied; ++i) buffer[i] = static_cast<unsigned char>(text[i]);
+        for (std::int32_t i = 0; i < copied; ++i)
+            buffer[i] = static_cast<unsigned char>(text[i]);
         return copied;
     }
     static bool Register()
@@ -85,7 +87,8 @@ public:
     [[nodiscard]] VTERROR_CODE Code() const { return host.langEnv.ErrorCode; }
     [[nodiscard]] std::u16string Detail() const
     {
-        return host.langEnv.ErrorDetail != nullptr ? std::u16string(host.langEnv.ErrorDetail) : std::u16string();
+        return host.langEnv.ErrorDetail != nullptr ? std::u16string(host.langEnv.ErrorDetail)
+                                                   : std::u16string();
     }
 
     // The tree of an array that the interpreter holds meanwhile.
@@ -116,7 +119,8 @@ public:
 
     void ExpectBalancedBooks()
     {
-        for (const std::string& complaint : interpreter.CheckBooks()) ADD_FAILURE() << complaint;
+        for (const std::string& complaint : interpreter.CheckBooks())
+            ADD_FAILURE() << complaint;
         EXPECT_EQ(interpreter.TheBooks().LiveBlocks(), 0u);
         EXPECT_EQ(interpreter.TheBooks().LiveLocalps(), 0u);
     }
@@ -135,7 +139,10 @@ protected:
     DyalogTest() : bench(GetParam()) {}
     void TearDown() override { bench.ExpectBalancedBooks(); }
     [[nodiscard]] static bool Unicode() { return GetParam(); }
-    [[nodiscard]] static int CharacterType() { return Unicode() ? fake::ElementType::Char8 : fake::ElementType::AtomicCharacter; }
+    [[nodiscard]] static int CharacterType()
+    {
+        return Unicode() ? fake::ElementType::Char8 : fake::ElementType::AtomicCharacter;
+    }
 
     DyalogBench bench;
 };
@@ -170,7 +177,8 @@ using Axes = std::initializer_list<std::int64_t>;
 
 inline ScdrPtr MakeNode(DyalogBench& bench, std::uint32_t type, Axes shape)
 {
-    return AllocateScdr(&bench.context, nullptr, type, static_cast<std::int32_t>(shape.size()), shape.begin(), true);
+    return AllocateScdr(&bench.context, nullptr, type, static_cast<std::int32_t>(shape.size()), shape.begin(),
+                        true);
 }
 template <typename T> ScdrPtr MakeVector(DyalogBench& bench, std::uint32_t type, const std::vector<T>& items)
 {

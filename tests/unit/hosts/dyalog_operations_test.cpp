@@ -14,7 +14,10 @@ protected:
     {
         return ScdrPtr(CallPrimitiveReturningScdr(&bench.context, command, &argument, nullptr));
     }
-    [[nodiscard]] std::int64_t InterpreterCalls() const { return bench.interpreter.Calls(fake::Service::CallPrimitive); }
+    [[nodiscard]] std::int64_t InterpreterCalls() const
+    {
+        return bench.interpreter.Calls(fake::Service::CallPrimitive);
+    }
 };
 
 FOR_BOTH_EDITIONS(DyalogOperations);
@@ -147,10 +150,9 @@ TEST_P(DyalogOperations, AsksForThePrimitiveThatTheCommandMeans)
         std::int32_t command;
         std::int64_t code;
     };
-    const Row rows[] = {{ActionRavel, 33},        {ActionFirst, 36},   {ActionEnclose, 50},
-                        {ActionEnlist, 44},       {ActionReverse, 42}, {ActionReverseFirstAxis, 43},
-                        {ActionTranspose, 41},    {ActionSortAscending, 40},
-                        {ActionSortDescending, 39}};
+    const Row rows[] = {{ActionRavel, 33},     {ActionFirst, 36},         {ActionEnclose, 50},
+                        {ActionEnlist, 44},    {ActionReverse, 42},       {ActionReverseFirstAxis, 43},
+                        {ActionTranspose, 41}, {ActionSortAscending, 40}, {ActionSortDescending, 39}};
     const ScdrPtr argument = bench.Read(fake::NumericArray({2, 2}, {4, 3, 2, 1}));
     bench.interpreter.SetTrace(true);
     bench.interpreter.ForceStatus(fake::Service::CallPrimitive, 5);
@@ -204,7 +206,8 @@ TEST_P(DyalogOperations, LeavesNestedAndDecimalArraysToTheInterpretersFormat)
 
 TEST_P(DyalogOperations, DisclosesHere)
 {
-    const ScdrPtr rows = bench.Read(fake::NestedArray({2}, {fake::NumericArray({2}, {1, 2}), fake::NumericArray({1}, {3})}));
+    const ScdrPtr rows =
+        bench.Read(fake::NestedArray({2}, {fake::NumericArray({2}, {1, 2}), fake::NumericArray({1}, {3})}));
     const ScdrPtr matrix = Call(ActionDisclose, *rows);
     ASSERT_NE(matrix, nullptr);
     EXPECT_EQ(matrix->Rank, 2);
@@ -230,7 +233,8 @@ TEST_P(DyalogOperations, RefusesTextThatIsPartlyNoNumber)
 // What the interpreter's convert-to-numeric answers, one after another.
 fake::Array g_answer;
 fake::Interpreter* g_answering = nullptr;
-std::int64_t AnswerFixed(std::int64_t, std::int64_t, std::int64_t, fake::Localp*, std::int64_t, fake::Localp* result, std::uint8_t)
+std::int64_t AnswerFixed(std::int64_t, std::int64_t, std::int64_t, fake::Localp*, std::int64_t,
+                         fake::Localp* result, std::uint8_t)
 {
     g_answering->TheBooks().Hold(result, g_answering->TheBooks().NewBlocks(g_answer));
     return 0;
@@ -308,8 +312,9 @@ TEST_P(DyalogValidity, RefusesCharacters)
 TEST_P(DyalogValidity, RefusesAnAnswerOfAnotherForm)
 {
     const fake::Array one = fake::Number(1);
-    for (const fake::Array& answer : {one, fake::NumericArray({2}, {1, 2}), fake::NestedArray({3}, {one, one, one}),
-                                      fake::EmptyNestedArray({0}, one)}) {
+    for (const fake::Array& answer :
+         {one, fake::NumericArray({2}, {1, 2}), fake::NestedArray({3}, {one, one, one}),
+          fake::EmptyNestedArray({0}, one)}) {
         EXPECT_EQ(ConvertAnswering(answer), nullptr);
         EXPECT_EQ(bench.Code(), VTERROR_CODE::SystemError);
     }

@@ -21,7 +21,9 @@ protected:
         EXPECT_EQ(bench.Detail(), message);
     }
     // The same for a block whose header a test has spoilt.
-    template <typename Spoil> void ExpectRefusedBlock(const fake::Array& array, Spoil spoil, VTERROR_CODE code, std::u16string_view message)
+    template <typename Spoil>
+    void ExpectRefusedBlock(const fake::Array& array, Spoil spoil, VTERROR_CODE code,
+                            std::u16string_view message)
     {
         fake::Localp* localp = bench.interpreter.MakeLocalp(array);
         const fake::Block before = *localp->block;
@@ -62,7 +64,8 @@ TEST_P(DyalogRead, ExtendsTheSignOfEveryIntegerWidth)
         std::int64_t lowest;
         std::int64_t highest;
     };
-    for (const Row& row : {Row{Int8, -128, 127}, Row{Int16, -32768, 32767}, Row{Int32, -2147483648LL, 2147483647}}) {
+    for (const Row& row :
+         {Row{Int8, -128, 127}, Row{Int16, -32768, 32767}, Row{Int32, -2147483648LL, 2147483647}}) {
         const std::vector<std::int64_t> values = {row.lowest, -1, 0, 1, row.highest};
         const ScdrPtr tree = bench.Read(fake::IntegerArray(row.type, {5}, values));
         ASSERT_NE(tree, nullptr);
@@ -76,7 +79,8 @@ TEST_P(DyalogRead, ExtendsTheSignOfEveryIntegerWidth)
 TEST_P(DyalogRead, ConvertsEveryItemOfALongVector)
 {
     std::vector<std::int64_t> values(1000);
-    for (std::size_t i = 0; i < values.size(); ++i) values[i] = static_cast<std::int64_t>(i * 7919 % 256) - 128;
+    for (std::size_t i = 0; i < values.size(); ++i)
+        values[i] = static_cast<std::int64_t>(i * 7919 % 256) - 128;
     for (const int type : {Int8, Int16, Int32}) {
         const ScdrPtr tree = bench.Read(fake::IntegerArray(type, {1000}, values));
         ASSERT_NE(tree, nullptr);
@@ -124,7 +128,8 @@ TEST_P(DyalogRead, TurnsEveryCharacterWidthIntoUnits)
 
 TEST_P(DyalogRead, AcceptsCodePointsThatAreOneUnit)
 {
-    const ScdrPtr tree = bench.Read(fake::CharacterArray(Char32, {4}, std::u32string{U'a', 0xD7FF, 0xE000, 0xFFFF}));
+    const ScdrPtr tree =
+        bench.Read(fake::CharacterArray(Char32, {4}, std::u32string{U'a', 0xD7FF, 0xE000, 0xFFFF}));
     ASSERT_NE(tree, nullptr);
     EXPECT_EQ(TextIn(*tree), (std::u16string{u'a', 0xD7FF, 0xE000, 0xFFFF}));
 }
@@ -183,7 +188,8 @@ TEST_P(DyalogRead, LinksChildrenToTheirParents)
 
 TEST_P(DyalogRead, FindsTheSimplestTypeOfEveryLeaf)
 {
-    const fake::Array items = fake::NestedArray({2}, {fake::FloatArray({2}, {0, 1}), fake::IntegerArray(Int16, {1}, {2})});
+    const fake::Array items =
+        fake::NestedArray({2}, {fake::FloatArray({2}, {0, 1}), fake::IntegerArray(Int16, {1}, {2})});
     const ScdrPtr tree = bench.Read(items);
     ASSERT_NE(tree, nullptr);
     EXPECT_EQ(Children(*tree)[0]->SimplestType, static_cast<std::int32_t>(TypeBoolean));
@@ -192,7 +198,8 @@ TEST_P(DyalogRead, FindsTheSimplestTypeOfEveryLeaf)
 
 TEST_P(DyalogRead, LeavesReferenceCountsAlone)
 {
-    fake::Localp* localp = bench.interpreter.MakeLocalp(fake::NestedArray({2}, {fake::Number(1), fake::Number(2)}));
+    fake::Localp* localp =
+        bench.interpreter.MakeLocalp(fake::NestedArray({2}, {fake::Number(1), fake::Number(2)}));
     const fake::Snapshot before = bench.interpreter.TheBooks().Take(localp->block);
     EXPECT_NE(bench.ReadLocalp(localp), nullptr);
     EXPECT_EQ(localp->block->count, 1);
@@ -206,7 +213,8 @@ TEST_P(DyalogRead, RefusesRationalAndUnknownTypes)
                   u"Argument contains a rational number.");
     for (const std::uint32_t type : {13u, 14u, 15u}) {
         ExpectRefusedBlock(
-            fake::Number(1), [type](fake::Block* block) { block->typeWord = (block->typeWord & ~0xF00u) | type << 8; },
+            fake::Number(1),
+            [type](fake::Block* block) { block->typeWord = (block->typeWord & ~0xF00u) | type << 8; },
             VTERROR_CODE::DomainError, u"Argument contained an unsupported type of data");
     }
 }
@@ -216,7 +224,8 @@ TEST_P(DyalogRead, RefusesEveryClassButSimpleAndNested)
     for (std::uint32_t arrayClass = 0; arrayClass < 16; ++arrayClass) {
         if (arrayClass == 7 || arrayClass == 15) continue;
         ExpectRefusedBlock(
-            fake::Number(1), [arrayClass](fake::Block* block) { block->typeWord = (block->typeWord & ~0xFu) | arrayClass; },
+            fake::Number(1),
+            [arrayClass](fake::Block* block) { block->typeWord = (block->typeWord & ~0xFu) | arrayClass; },
             VTERROR_CODE::DomainError, u"Argument contained data that is neither simple or nested.");
     }
 }
@@ -242,9 +251,11 @@ TEST_P(DyalogRead, RefusesNegativeAndOverflowingShapes)
     };
     ExpectRefusedBlock(matrix, reshape(-1, 1), VTERROR_CODE::SystemLimit, u"");
     ExpectRefusedBlock(matrix, reshape(0, -5), VTERROR_CODE::SystemLimit, u"");
-    ExpectRefusedBlock(matrix, reshape(std::int64_t{1} << 32, std::int64_t{1} << 32), VTERROR_CODE::OutOfMemory, u"");
+    ExpectRefusedBlock(matrix, reshape(std::int64_t{1} << 32, std::int64_t{1} << 32),
+                       VTERROR_CODE::OutOfMemory, u"");
     ExpectRefusedBlock(matrix, reshape(std::int64_t{1} << 61, 1), VTERROR_CODE::OutOfMemory, u"");
-    ExpectRefusedBlock(matrix, reshape(std::numeric_limits<std::int64_t>::max(), 1), VTERROR_CODE::OutOfMemory, u"");
+    ExpectRefusedBlock(matrix, reshape(std::numeric_limits<std::int64_t>::max(), 1),
+                       VTERROR_CODE::OutOfMemory, u"");
 }
 
 TEST_P(DyalogRead, AcceptsAnEmptyArrayWithHugeOtherAxes)
@@ -266,7 +277,8 @@ TEST_P(DyalogRead, RefusesMissingBlocks)
 
 TEST_P(DyalogRead, RefusesANullItemAndFreesTheItemsBeforeIt)
 {
-    fake::Localp* localp = bench.interpreter.MakeLocalp(fake::NestedArray({3}, {fake::Number(1), fake::Number(2), fake::Number(3)}));
+    fake::Localp* localp = bench.interpreter.MakeLocalp(
+        fake::NestedArray({3}, {fake::Number(1), fake::Number(2), fake::Number(3)}));
     auto** items = reinterpret_cast<fake::Block**>(fake::ShapeOf(localp->block) + 1);
     fake::Block* last = std::exchange(items[2], nullptr);
     EXPECT_EQ(bench.ReadLocalp(localp), nullptr);
@@ -278,7 +290,8 @@ TEST_P(DyalogRead, RefusesANullItemAndFreesTheItemsBeforeIt)
 
 TEST_P(DyalogRead, RefusesAnArrayThatContainsItself)
 {
-    fake::Localp* localp = bench.interpreter.MakeLocalp(fake::NestedArray({2}, {fake::Number(1), fake::Number(2)}));
+    fake::Localp* localp =
+        bench.interpreter.MakeLocalp(fake::NestedArray({2}, {fake::Number(1), fake::Number(2)}));
     auto** items = reinterpret_cast<fake::Block**>(fake::ShapeOf(localp->block) + 1);
     fake::Block* first = std::exchange(items[0], localp->block);
     EXPECT_EQ(bench.ReadLocalp(localp), nullptr);
@@ -309,7 +322,8 @@ TEST_P(DyalogRead, AcceptsTheDeepestNestingAndRefusesOneMore)
 
 TEST_P(DyalogRead, SurvivesAFailureOfEveryAllocation)
 {
-    std::vector<fake::Array> items = {fake::NumericArray({300}, std::vector<double>(300, 2.5)), fake::Number(1)};
+    std::vector<fake::Array> items = {fake::NumericArray({300}, std::vector<double>(300, 2.5)),
+                                      fake::Number(1)};
     items.push_back(fake::BooleanArray({2, 2, 2}, {1, 0, 1, 0, 1, 1, 0, 0}));
     fake::Localp* localp = bench.interpreter.MakeLocalp(fake::NestedArray({3}, items));
     const std::int64_t live = LiveAllocations();
@@ -347,8 +361,8 @@ TEST(DyalogReadInterrupt, StopsALongConversion)
     language[7] = reinterpret_cast<std::int64_t>(&TranslateSlowly);
     table[3] = reinterpret_cast<std::int64_t>(language);
     bench.host.table = table;
-    fake::Localp* localp = bench.interpreter.MakeLocalp(
-        fake::NestedArray({5000}, std::vector<fake::Array>(5000, fake::CharacterArray(AtomicCharacter, {1}, U"a"))));
+    fake::Localp* localp = bench.interpreter.MakeLocalp(fake::NestedArray(
+        {5000}, std::vector<fake::Array>(5000, fake::CharacterArray(AtomicCharacter, {1}, U"a"))));
     bench.interpreter.SetInterrupt(true);
     EXPECT_EQ(bench.ReadLocalp(localp), nullptr);
     EXPECT_EQ(bench.Code(), VTERROR_CODE::Interrupt);

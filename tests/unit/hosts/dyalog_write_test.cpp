@@ -27,10 +27,14 @@ protected:
     {
         const fake::Array written = bench.Write(tree);
         EXPECT_EQ(bench.Code(), VTERROR_CODE::NoError);
-        EXPECT_TRUE(fake::IdenticalArrays(written, expected)) << fake::Dump(written) << " instead of " << fake::Dump(expected);
+        EXPECT_TRUE(fake::IdenticalArrays(written, expected))
+            << fake::Dump(written) << " instead of " << fake::Dump(expected);
     }
     ScdrPtr Reals(const std::vector<double>& values) { return MakeVector(bench, TypeReal, values); }
-    ScdrPtr Integers(const std::vector<std::int64_t>& values) { return MakeVector(bench, TypeInteger, values); }
+    ScdrPtr Integers(const std::vector<std::int64_t>& values)
+    {
+        return MakeVector(bench, TypeInteger, values);
+    }
     ScdrPtr Complexes(const std::vector<double>& pairs) { return MakeVector(bench, TypeComplex, pairs); }
 };
 
@@ -60,7 +64,29 @@ TEST_P(DyalogWrite, ChoosesTheTypeOfFloats)
         {{-infinity, 1}, Float},
         {{1e300}, Float},
     };
-    for (const Row& row : rows) EXPECT_EQ(TypesOf(*Reals(row.values)), std::vector<int>{row.type});
+    for (const Row& row : rows)
+        EXPECT_EQ(TypesOf(*Reals(row.values)), std::vector<int>{row.type});
+}
+
+// Long enough for the blocks of the scan and a remainder; the odd number stands at every kind of place.
+TEST_P(DyalogWrite, ChoosesTheTypeOfLongFloatVectors)
+{
+    struct Row {
+        double odd;
+        int type;
+    };
+    const Row rows[] = {{1, Bit},         {-0.0, Bit},       {2, Int32},
+                        {-1, Int32},      {1e15, Int32},     {4e15, Int32},
+                        {twoTo63, Int32}, {-twoTo63, Int32}, {1125899906842623.5, Float},
+                        {0.5, Float},     {-1e-300, Float},  {1e19, Float},
+                        {nan, Float},     {-infinity, Float}};
+    for (const Row& row : rows) {
+        for (const std::size_t place : {0u, 63u, 64u, 127u, 128u, 140u}) {
+            std::vector<double> values(141, 1);
+            values[place] = row.odd;
+            EXPECT_EQ(TypesOf(*Reals(values)), std::vector<int>{row.type}) << row.odd << " at " << place;
+        }
+    }
 }
 
 TEST_P(DyalogWrite, ChoosesTheTypeOfComplexNumbers)
@@ -83,7 +109,8 @@ TEST_P(DyalogWrite, ChoosesTheTypeOfComplexNumbers)
         {{3, 1, 1e20, 0}, Complex},
         {{nan, 0, 3, 1}, Float},
     };
-    for (const Row& row : rows) EXPECT_EQ(TypesOf(*Complexes(row.pairs)), std::vector<int>{row.type});
+    for (const Row& row : rows)
+        EXPECT_EQ(TypesOf(*Complexes(row.pairs)), std::vector<int>{row.type});
 }
 
 TEST_P(DyalogWrite, ChoosesTheTypeOfIntegers)
@@ -150,16 +177,19 @@ TEST_P(DyalogWrite, PacksNumbersIntoBits)
     ExpectArray(*Reals(reals), expected);
     ExpectArray(*Integers({1, 0, 1, 1, 0, 0, 0, 0, 1, 0}), expected);
     std::vector<double> pairs;
-    for (const double real : reals) pairs.insert(pairs.end(), {real, 0.0});
+    for (const double real : reals)
+        pairs.insert(pairs.end(), {real, 0.0});
     ExpectArray(*Complexes(pairs), expected);
     ScdrPtr bits = MakeNode(bench, TypeBoolean, {10});
-    for (const int index : {0, 2, 3, 8}) SetBit(WritableData(*bits), index, true);
+    for (const int index : {0, 2, 3, 8})
+        SetBit(WritableData(*bits), index, true);
     ExpectArray(*bits, expected);
 }
 
 TEST_P(DyalogWrite, CutsIntegersToThirtyTwoBits)
 {
-    const ScdrPtr tree = Integers({2, -2, 2147483647, -2147483648LL, 4294967298, std::numeric_limits<std::int64_t>::min()});
+    const ScdrPtr tree =
+        Integers({2, -2, 2147483647, -2147483648LL, 4294967298, std::numeric_limits<std::int64_t>::min()});
     ExpectArray(*tree, fake::IntegerArray(Int32, {6}, {2, -2, 2147483647, -2147483648LL, 2, 0}));
 }
 
@@ -221,7 +251,8 @@ TEST_P(DyalogWrite, WritesCharactersForTheEdition)
 TEST_P(DyalogWrite, NarrowsEveryUnitOfALongText)
 {
     std::u16string text;
-    for (int i = 0; i < 1000; ++i) text += static_cast<char16_t>(i * 7 % 96 + 32);
+    for (int i = 0; i < 1000; ++i)
+        text += static_cast<char16_t>(i * 7 % 96 + 32);
     const fake::Array written = bench.Write(*MakeText(bench, text));
     EXPECT_EQ(written.type, CharacterType());
     EXPECT_EQ(fake::TextOfArray(written), text);
@@ -293,7 +324,8 @@ TEST_P(DyalogWrite, BringsEveryKindOfArrayBack)
 
 TEST_P(DyalogWrite, SurvivesAFailureOfEveryAllocationOfTheInterpreter)
 {
-    std::vector<fake::Array> items = {fake::Number(1), fake::NestedArray({2}, {fake::Number(2), fake::Number(300)}), fake::Number(4)};
+    std::vector<fake::Array> items = {
+        fake::Number(1), fake::NestedArray({2}, {fake::Number(2), fake::Number(300)}), fake::Number(4)};
     const ScdrPtr tree = bench.Read(fake::NestedArray({3}, items));
     ASSERT_NE(tree, nullptr);
     for (const bool sticky : {false, true}) {
@@ -316,7 +348,8 @@ TEST_P(DyalogWrite, SurvivesAFailureOfEveryAllocationOfTheInterpreter)
 
 TEST_P(DyalogWrite, SurvivesAFailureOfEveryAllocationOfItsOwn)
 {
-    const ScdrPtr tree = bench.Read(fake::NestedArray({2}, {fake::Number(1), fake::NumericArray({3}, {1, 2, 3})}));
+    const ScdrPtr tree =
+        bench.Read(fake::NestedArray({2}, {fake::Number(1), fake::NumericArray({3}, {1, 2, 3})}));
     ASSERT_NE(tree, nullptr);
     for (std::int64_t nth = 1;; ++nth) {
         bench.host.langEnv.ErrorCode = VTERROR_CODE::NoError;
@@ -368,7 +401,8 @@ TEST_P(DyalogWrite, TakesATrapWithoutANumberForAFailure)
 TEST_P(DyalogWrite, KnowsTheAtomicVector)
 {
     for (int position = 0; position < 256; ++position) {
-        EXPECT_EQ(bench.host.atomicVector[position], fake::FromAtomic(static_cast<std::uint8_t>(position))) << position;
+        EXPECT_EQ(bench.host.atomicVector[position], fake::FromAtomic(static_cast<std::uint8_t>(position)))
+            << position;
     }
     int members = 0;
     for (std::uint32_t unit = 0; unit < 65536; ++unit) {

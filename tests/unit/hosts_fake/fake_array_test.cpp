@@ -17,7 +17,8 @@ TEST(FakeArray, CountsItemsAndRefusesShapesThatDoNotFit)
     EXPECT_EQ(CountOf(Shape{std::numeric_limits<std::int64_t>::max(), 0, 8}), 0u);
     EXPECT_THROW(CountOf(Shape{std::int64_t{1} << 40, std::int64_t{1} << 40}), std::length_error);
     EXPECT_THROW(CountOf(Shape{-1}), std::length_error);
-    EXPECT_THROW(DataBytes(ElementType::Float, std::numeric_limits<std::size_t>::max() / 4), std::length_error);
+    EXPECT_THROW(DataBytes(ElementType::Float, std::numeric_limits<std::size_t>::max() / 4),
+                 std::length_error);
 }
 
 TEST(FakeArray, PacksBitsFromTheMostSignificant)
@@ -72,7 +73,8 @@ TEST(FakeArray, IdenticalArraysIgnoreTheBitsBehindTheLast)
 
 TEST(FakeArray, DumpsOneLine)
 {
-    const Array array = NestedArray({1, 2}, {Text(u"a\u2373"), EmptyNestedArray({0}, ComplexArray({}, {{1, -2}}))});
+    const Array array =
+        NestedArray({1, 2}, {Text(u"a\u2373"), EmptyNestedArray({0}, ComplexArray({}, {{1, -2}}))});
     EXPECT_EQ(Dump(array), "nested[1 2](char16[2]\"a\\{2373}\" nested[0](complex(1J-2)))");
     EXPECT_EQ(Dump(DecimalArray({2}, {"1.50", "-3"})), "decimal[2](1.50 -3)");
     EXPECT_EQ(Dump(FloatArray({}, {2.5})), "float(2.5)");
@@ -102,8 +104,8 @@ TEST(FakeArray, AtomicVectorHoldsEveryPositionOnce)
 
 TEST(FakeDecimal, TextsComeBack)
 {
-    for (const char* text : {"0", "1", "-12.50", "0.001", "1234567890123456789012345678901234", "1E+30", "-9.99E-20",
-                             "0.00"}) {
+    for (const char* text :
+         {"0", "1", "-12.50", "0.001", "1234567890123456789012345678901234", "1E+30", "-9.99E-20", "0.00"}) {
         DecimalBytes bytes;
         ASSERT_TRUE(DecimalFromText(text, bytes)) << text;
         EXPECT_EQ(DecimalToText(bytes), text);
@@ -120,7 +122,8 @@ TEST(FakeDecimal, HasTheBitsOfTheStandard)
 TEST(FakeDecimal, RefusesWhatIsNoNumberOrTooLong)
 {
     DecimalBytes bytes;
-    for (const char* text : {"", "-", ".", "1.2.3", "1E", "abc", "12345678901234567890123456789012345", "1E+999999"}) {
+    for (const char* text :
+         {"", "-", ".", "1.2.3", "1E", "abc", "12345678901234567890123456789012345", "1E+999999"}) {
         EXPECT_FALSE(DecimalFromText(text, bytes)) << text;
     }
 }
@@ -136,5 +139,5 @@ TEST(FakeDecimal, NamesWhatIsNoNumber)
     EXPECT_EQ(DecimalToText(bytes), "NaN");
 }
 
-}  // namespace
-}  // namespace vantrel::fake
+} // namespace
+} // namespace vantrel::fake

@@ -23,14 +23,16 @@ Array Sample()
 // True where one complaint contains the words.
 bool Has(const std::vector<std::string>& complaints, const std::string& words)
 {
-    return std::any_of(complaints.begin(), complaints.end(),
-                       [&](const std::string& complaint) { return complaint.find(words) != std::string::npos; });
+    return std::any_of(complaints.begin(), complaints.end(), [&](const std::string& complaint) {
+        return complaint.find(words) != std::string::npos;
+    });
 }
 
 std::string Joined(const std::vector<std::string>& complaints)
 {
     std::string all;
-    for (const std::string& complaint : complaints) all += complaint + "\n";
+    for (const std::string& complaint : complaints)
+        all += complaint + "\n";
     return all;
 }
 
@@ -78,7 +80,8 @@ TEST(FakeDyalog, EveryElementTypeGoesInAndOut)
     };
     for (const Array& array : arrays) {
         const EditResult result = EditWith(ReturnArgument, {}, Guarded(), array);
-        EXPECT_TRUE(IdenticalArrays(result.result, array)) << Dump(array) << " became " << Dump(result.result);
+        EXPECT_TRUE(IdenticalArrays(result.result, array))
+            << Dump(array) << " became " << Dump(result.result);
         EXPECT_EQ(Joined(result.complaints), "");
     }
 }
@@ -198,11 +201,12 @@ TEST(FakeDyalog, RefusesAbsurdAllocations)
         Shape shape;
         std::int64_t code;
     };
-    const Row rows[] = {{ElementType::Float, {std::int64_t{1} << 50}, ErrorNumber::WsFull},
-                        {ElementType::Float, {std::int64_t{1} << 40, std::int64_t{1} << 40}, ErrorNumber::WsFull},
-                        {ElementType::Float, {-1}, ErrorNumber::Length},
-                        {ElementType::Float, Shape(16, 1), ErrorNumber::Rank},
-                        {13, {1}, ErrorNumber::Limit}};
+    const Row rows[] = {
+        {ElementType::Float, {std::int64_t{1} << 50}, ErrorNumber::WsFull},
+        {ElementType::Float, {std::int64_t{1} << 40, std::int64_t{1} << 40}, ErrorNumber::WsFull},
+        {ElementType::Float, {-1}, ErrorNumber::Length},
+        {ElementType::Float, Shape(16, 1), ErrorNumber::Rank},
+        {13, {1}, ErrorNumber::Limit}};
     EditWith([&](SmallClient& client, Block*, Block**) {
         for (const Row& row : rows) {
             const auto localp = client.NewLocalp();
@@ -468,7 +472,8 @@ TEST(FakeDyalog, AnswersSystemVariablesMessagesAndInterrupt)
     client.Call<void>(3, 2, &origin, &precision);
     EXPECT_EQ(origin, 0);
     EXPECT_EQ(precision, 17);
-    EXPECT_EQ(client.Call<std::int64_t>(3, 3, std::int64_t{11}, static_cast<void*>(nullptr), std::int64_t{0}), 12);
+    EXPECT_EQ(client.Call<std::int64_t>(3, 3, std::int64_t{11}, static_cast<void*>(nullptr), std::int64_t{0}),
+              12);
     char16_t text[13] = {};
     client.Call<std::int64_t>(3, 3, std::int64_t{11}, static_cast<void*>(text), std::int64_t{12});
     EXPECT_EQ(std::u16string(text), u"DOMAIN ERROR");
@@ -490,10 +495,13 @@ TEST(FakeDyalog, ReadsSettingsInTheEditionsCharacters)
         const void* name = unicode ? static_cast<const void*>(u"DyalogHelpDir") : "DyalogHelpDir";
         const void* none = unicode ? static_cast<const void*>(u"") : "";
         char16_t wide[260] = {};
-        const std::int64_t length = client.Call<std::int64_t>(5, 1, name, none, static_cast<void*>(wide), std::int64_t{260});
+        const std::int64_t length =
+            client.Call<std::int64_t>(5, 1, name, none, static_cast<void*>(wide), std::int64_t{260});
         EXPECT_EQ(length, 7);
-        if (unicode) EXPECT_EQ(std::u16string(wide), u"C:\\Help");
-        else EXPECT_STREQ(reinterpret_cast<const char*>(wide), "C:\\Help");
+        if (unicode)
+            EXPECT_EQ(std::u16string(wide), u"C:\\Help");
+        else
+            EXPECT_STREQ(reinterpret_cast<const char*>(wide), "C:\\Help");
         EXPECT_EQ(Joined(interpreter.Complaints()), "");
     }
 }
@@ -543,8 +551,8 @@ TEST(FakeDyalog, ComputesAPrimitiveIntoALocalp)
     Localp* argument = interpreter.MakeLocalp(NumericArray({2, 2}, {1, 2, 3, 4}));
     const auto result = client.NewLocalp();
     const auto call = [&](std::int64_t code) {
-        return client.Call<std::int64_t>(3, 1, code, std::int64_t{3}, std::int64_t{0}, argument, std::int64_t{0},
-                                         result.get(), std::uint8_t{1});
+        return client.Call<std::int64_t>(3, 1, code, std::int64_t{3}, std::int64_t{0}, argument,
+                                         std::int64_t{0}, result.get(), std::uint8_t{1});
     };
     EXPECT_EQ(call(PrimitiveCode::Ravel), 0);
     EXPECT_EQ(Dump(interpreter.ValueOf(result.get())), "int8[4](1 2 3 4)");
@@ -598,5 +606,5 @@ TEST(FakeDyalog, TheInterpreterMadeLastAnswers)
     EXPECT_EQ(origin, 1);
 }
 
-}  // namespace
-}  // namespace vantrel::fake
+} // namespace
+} // namespace vantrel::fake

@@ -24,8 +24,7 @@ public:
     std::function<void(Block* argument, Block** slot)> body;
     std::u16string lastTitle;
 
-    template <typename Result, typename... Arguments>
-    Result Call(int group, int slot, Arguments... arguments)
+    template <typename Result, typename... Arguments> Result Call(int group, int slot, Arguments... arguments)
     {
         const auto* functions = reinterpret_cast<const std::uint64_t*>(table[group]);
         return reinterpret_cast<Result (*)(Arguments...)>(functions[slot])(arguments...);
@@ -82,7 +81,9 @@ public:
                     return std::int64_t{static_cast<std::int64_t>(Get().table[0]) < 48 ? 16 : 0};
                 },
                 [](void* argument, void* slot) { return Get().Enter(argument, slot, nullptr); },
-                [](void* argument, void* slot, const char16_t* title) { return Get().Enter(argument, slot, title); }};
+                [](void* argument, void* slot, const char16_t* title) {
+                    return Get().Enter(argument, slot, title);
+                }};
     }
 
     std::int64_t trapCode = 0;
@@ -105,4 +106,4 @@ private:
     void (*before_)(std::int64_t) = nullptr;
 };
 
-}  // namespace vantrel::fake
+} // namespace vantrel::fake

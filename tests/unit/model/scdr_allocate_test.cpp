@@ -17,7 +17,8 @@ class Allocate : public ::testing::Test {
 protected:
     ScdrPtr Make(std::uint32_t type, const Shape& shape, bool fill = true)
     {
-        return AllocateScdr(context, nullptr, type, static_cast<std::int32_t>(shape.size()), shape.data(), fill);
+        return AllocateScdr(context, nullptr, type, static_cast<std::int32_t>(shape.size()), shape.data(),
+                            fill);
     }
     VTERROR_CODE ErrorOf(std::uint32_t type, const Shape& shape)
     {
@@ -60,7 +61,8 @@ TEST_F(Allocate, MissingShapeGivesEmptyAxes)
 {
     const ScdrPtr node = AllocateScdr(context, nullptr, TypeReal, 3, nullptr, false);
     EXPECT_EQ(node->ElementCount, 0);
-    for (int axis = 0; axis < 3; ++axis) EXPECT_EQ(node->Shape[axis], 0);
+    for (int axis = 0; axis < 3; ++axis)
+        EXPECT_EQ(node->Shape[axis], 0);
     EXPECT_EQ(PlaneCount(*node), 1);
 }
 
@@ -124,7 +126,8 @@ TEST_F(Allocate, NestedChildrenStartEmptyAndOneSlotIsAlwaysThere)
     EXPECT_EQ(Children(*empty)[0], nullptr);
     const ScdrPtr many = Make(TypeNested, {1000}, false);
     EXPECT_EQ(ChildCount(*many), 1000);
-    EXPECT_TRUE(std::all_of(Children(*many), Children(*many) + 1000, [](Scdr* child) { return child == nullptr; }));
+    EXPECT_TRUE(
+        std::all_of(Children(*many), Children(*many) + 1000, [](Scdr* child) { return child == nullptr; }));
 }
 
 TEST_F(Allocate, DataIsAlignedForItsType)
@@ -227,8 +230,9 @@ TEST_F(Allocate, FreeIgnoresNullAndClearsThePointer)
 TEST_F(Allocate, FreeReleasesEverythingThatHangsOnNodes)
 {
     const std::int64_t before = LiveAllocations();
-    ScdrPtr tree = Nested(context, {2, 1, 1}, Items(Characters(context, u"a text that is longer than the node's own room"),
-                                                    Nested(context, {0}, Items(Make(TypeReal, {2, 2, 2, 2})))));
+    ScdrPtr tree = Nested(context, {2, 1, 1},
+                          Items(Characters(context, u"a text that is longer than the node's own room"),
+                                Nested(context, {0}, Items(Make(TypeReal, {2, 2, 2, 2})))));
     Scdr& text = *Children(*tree)[0];
     ASSERT_TRUE(StringToRecords(context, u"a\nb", 3, text.records, false));
     EditState& state = EditStateOf(text);

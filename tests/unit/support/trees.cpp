@@ -9,9 +9,11 @@ namespace vantrel::test {
 namespace {
 
 template <typename T>
-ScdrPtr Simple(EditContext* context, std::uint32_t type, const Shape& shape, const T* values, std::size_t count)
+ScdrPtr Simple(EditContext* context, std::uint32_t type, const Shape& shape, const T* values,
+               std::size_t count)
 {
-    ScdrPtr node = AllocateScdr(context, nullptr, type, static_cast<std::int32_t>(shape.size()), shape.data(), true);
+    ScdrPtr node =
+        AllocateScdr(context, nullptr, type, static_cast<std::int32_t>(shape.size()), shape.data(), true);
     EXPECT_EQ(DataSize(type, node->ElementCount), count * sizeof(T));
     if (count > 0) std::memcpy(node->data, values, count * sizeof(T));
     return node;
@@ -22,7 +24,8 @@ void DumpCharacter(std::ostream& out, char16_t unit)
     if (unit >= 32 && unit < 127) {
         out << static_cast<char>(unit);
     } else {
-        out << "\\u" << std::hex << std::setw(4) << std::setfill('0') << static_cast<unsigned>(unit) << std::dec;
+        out << "\\u" << std::hex << std::setw(4) << std::setfill('0') << static_cast<unsigned>(unit)
+            << std::dec;
     }
 }
 
@@ -33,12 +36,14 @@ void DumpItem(std::ostream& out, const Scdr& node, std::int64_t index)
     case TypeInteger: out << static_cast<const std::int64_t*>(node.data)[index]; break;
     case TypeReal: out << static_cast<const double*>(node.data)[index]; break;
     case TypeComplex:
-        out << static_cast<const double*>(node.data)[2 * index] << 'J' << static_cast<const double*>(node.data)[2 * index + 1];
+        out << static_cast<const double*>(node.data)[2 * index] << 'J'
+            << static_cast<const double*>(node.data)[2 * index + 1];
         break;
     case TypeDecimal:
         for (int i = 0; i < 16; ++i) {
             out << std::hex << std::setw(2) << std::setfill('0')
-                << static_cast<unsigned>(static_cast<const std::uint8_t*>(node.data)[16 * index + i]) << std::dec;
+                << static_cast<unsigned>(static_cast<const std::uint8_t*>(node.data)[16 * index + i])
+                << std::dec;
         }
         break;
     default: out << '?';
@@ -47,13 +52,16 @@ void DumpItem(std::ostream& out, const Scdr& node, std::int64_t index)
 
 void Dump(std::ostream& out, const Scdr& node)
 {
-    for (const char16_t* name = TypeName(Dialect::Dyalog, node.Type); *name != 0; ++name) out << static_cast<char>(*name);
+    for (const char16_t* name = TypeName(Dialect::Dyalog, node.Type); *name != 0; ++name)
+        out << static_cast<char>(*name);
     out << '[';
-    for (std::int32_t axis = 0; axis < node.Rank; ++axis) out << (axis > 0 ? " " : "") << node.Shape[axis];
+    for (std::int32_t axis = 0; axis < node.Rank; ++axis)
+        out << (axis > 0 ? " " : "") << node.Shape[axis];
     out << ']';
     if (node.Type == TypeCharacter) {
         out << '\'';
-        for (std::int64_t i = 0; i < node.ElementCount; ++i) DumpCharacter(out, static_cast<const char16_t*>(node.data)[i]);
+        for (std::int64_t i = 0; i < node.ElementCount; ++i)
+            DumpCharacter(out, static_cast<const char16_t*>(node.data)[i]);
         out << '\'';
         return;
     }
@@ -75,7 +83,8 @@ void Dump(std::ostream& out, const Scdr& node)
 bool SameNames(const Scdr& a, const Scdr& b)
 {
     for (std::int32_t axis = 0; a.Rank >= 3 && axis < a.Rank; ++axis) {
-        if (std::u16string_view(a.extra->AxisNames[axis]) != std::u16string_view(b.extra->AxisNames[axis])) return false;
+        if (std::u16string_view(a.extra->AxisNames[axis]) != std::u16string_view(b.extra->AxisNames[axis]))
+            return false;
     }
     return true;
 }
@@ -106,8 +115,9 @@ const char* Difference(const Scdr& a, const Scdr& b)
 ::testing::AssertionResult SameTreeAt(const Scdr& a, const Scdr& b, const std::string& path)
 {
     if (const char* what = Difference(a, b)) {
-        return ::testing::AssertionFailure() << what << " differ at root" << path << ": " << DumpTree(a).substr(0, 400) << " and "
-                                             << DumpTree(b).substr(0, 400);
+        return ::testing::AssertionFailure()
+               << what << " differ at root" << path << ": " << DumpTree(a).substr(0, 400) << " and "
+               << DumpTree(b).substr(0, 400);
     }
     for (std::int64_t i = 0; i < ChildCount(a); ++i) {
         auto result = SameTreeAt(*Children(a)[i], *Children(b)[i], path + "." + std::to_string(i));
@@ -118,11 +128,16 @@ const char* Difference(const Scdr& a, const Scdr& b)
 
 const char* Unsoundness(const Scdr& node)
 {
-    std::int64_t count = 1;
-    for (std::int32_t axis = 0; axis < node.Rank; ++axis) count *= node.Shape[axis];
+    // The other axes of an empty array may be as long as they like.
+    const bool empty =
+        node.Rank > 0 && std::find(node.Shape, node.Shape + node.Rank, 0) != node.Shape + node.Rank;
+    std::int64_t count = empty ? 0 : 1;
+    for (std::int32_t axis = 0; !empty && axis < node.Rank; ++axis)
+        count *= node.Shape[axis];
     if (count != node.ElementCount) return "the element count is not the product of the shape";
     if (node.Rank == 0 && node.Shape != nullptr) return "a scalar has a shape";
-    if (node.Rank >= 3 && (node.extra == nullptr || node.extra->AxisNames == nullptr || node.extra->PlaneIndex == nullptr)) {
+    if (node.Rank >= 3 &&
+        (node.extra == nullptr || node.extra->AxisNames == nullptr || node.extra->PlaneIndex == nullptr)) {
         return "rank 3 without axis names or plane index";
     }
     if (node.data == nullptr) return "no data";
@@ -144,7 +159,8 @@ Shape RandomShape(std::mt19937& random, const RandomTreeLimits& limits)
     Shape shape(static_cast<std::size_t>(Pick(random, 0, limits.highestRank)));
     // Mostly not empty, and long axes only at low ranks, so that deep trees stay small.
     const int longest = shape.size() > 2 ? std::min(limits.longestAxis, 2) : limits.longestAxis;
-    for (std::int64_t& axis : shape) axis = Pick(random, 0, 9) == 0 ? 0 : Pick(random, 1, longest);
+    for (std::int64_t& axis : shape)
+        axis = Pick(random, 0, 9) == 0 ? 0 : Pick(random, 1, longest);
     return shape;
 }
 
@@ -161,13 +177,15 @@ void RandomizeAxisNames(std::mt19937& random, Scdr& node)
 
 ScdrPtr RandomTreeOf(EditContext* context, std::mt19937& random, const RandomTreeLimits& limits, int depth)
 {
-    static constexpr std::uint32_t types[] = {TypeCharacter, TypeBoolean, TypeInteger, TypeReal, TypeComplex, TypeDecimal};
+    static constexpr std::uint32_t types[] = {TypeCharacter, TypeBoolean, TypeInteger,
+                                              TypeReal,      TypeComplex, TypeDecimal};
     const Shape shape = RandomShape(random, limits);
     ScdrPtr node;
     if (depth < limits.deepest && Pick(random, 0, depth < 2 ? 4 : 2) != 0) {
         std::vector<ScdrPtr> children;
         std::int64_t count = 1;
-        for (const std::int64_t axis : shape) count *= axis;
+        for (const std::int64_t axis : shape)
+            count *= axis;
         for (std::int64_t i = 0; i < std::max<std::int64_t>(count, 1); ++i) {
             // Wide levels get shallow children: the tree grows with the sum, not the product, of its levels.
             const int childDepth = count > 2 && i > 1 ? limits.deepest : depth + 1;
@@ -197,9 +215,11 @@ ScdrPtr Characters(EditContext* context, const Shape& shape, std::u16string_view
 
 ScdrPtr Booleans(EditContext* context, const Shape& shape, const std::vector<int>& bits)
 {
-    ScdrPtr node = AllocateScdr(context, nullptr, TypeBoolean, static_cast<std::int32_t>(shape.size()), shape.data(), true);
+    ScdrPtr node = AllocateScdr(context, nullptr, TypeBoolean, static_cast<std::int32_t>(shape.size()),
+                                shape.data(), true);
     EXPECT_EQ(static_cast<std::size_t>(node->ElementCount), bits.size());
-    for (std::size_t i = 0; i < bits.size(); ++i) SetBit(node->data, static_cast<std::int64_t>(i), bits[i] != 0);
+    for (std::size_t i = 0; i < bits.size(); ++i)
+        SetBit(node->data, static_cast<std::int64_t>(i), bits[i] != 0);
     return node;
 }
 
@@ -220,9 +240,11 @@ ScdrPtr Complexes(EditContext* context, const Shape& shape, const std::vector<do
 
 ScdrPtr Nested(EditContext* context, const Shape& shape, std::vector<ScdrPtr> children)
 {
-    ScdrPtr node = AllocateScdr(context, nullptr, TypeNested, static_cast<std::int32_t>(shape.size()), shape.data(), true);
+    ScdrPtr node = AllocateScdr(context, nullptr, TypeNested, static_cast<std::int32_t>(shape.size()),
+                                shape.data(), true);
     EXPECT_EQ(static_cast<std::size_t>(ChildCount(*node)), children.size());
-    for (std::size_t i = 0; i < children.size(); ++i) SetChild(*node, static_cast<std::int64_t>(i), std::move(children[i]));
+    for (std::size_t i = 0; i < children.size(); ++i)
+        SetChild(*node, static_cast<std::int64_t>(i), std::move(children[i]));
     return node;
 }
 
@@ -240,7 +262,8 @@ std::string DumpTree(const Scdr& node)
 
 ::testing::AssertionResult IsSoundTree(const Scdr& root)
 {
-    if (const char* what = Unsoundness(root)) return ::testing::AssertionFailure() << what << " in " << DumpTree(root).substr(0, 400);
+    if (const char* what = Unsoundness(root))
+        return ::testing::AssertionFailure() << what << " in " << DumpTree(root).substr(0, 400);
     for (std::int64_t i = 0; i < ChildCount(root); ++i) {
         auto result = IsSoundTree(*Children(root)[i]);
         if (!result) return result;
@@ -255,17 +278,21 @@ ScdrPtr RandomTree(EditContext* context, std::mt19937& random, const RandomTreeL
 
 ScdrPtr RandomSimple(EditContext* context, std::mt19937& random, std::uint32_t type, const Shape& shape)
 {
-    ScdrPtr node = AllocateScdr(context, nullptr, type, static_cast<std::int32_t>(shape.size()), shape.data(), true);
+    ScdrPtr node =
+        AllocateScdr(context, nullptr, type, static_cast<std::int32_t>(shape.size()), shape.data(), true);
     auto* bytes = static_cast<std::uint8_t*>(node->data);
     const std::size_t size = DataSize(type, node->ElementCount);
-    for (std::size_t i = 0; i < size; ++i) bytes[i] = static_cast<std::uint8_t>(Pick(random, 0, 255));
+    for (std::size_t i = 0; i < size; ++i)
+        bytes[i] = static_cast<std::uint8_t>(Pick(random, 0, 255));
     return node;
 }
 
 std::u16string RandomText(std::mt19937& random, int longest)
 {
     std::u16string text(static_cast<std::size_t>(Pick(random, 0, longest)), u' ');
-    for (char16_t& unit : text) unit = static_cast<char16_t>(Pick(random, 0, 5) == 0 ? Pick(random, 0x2300, 0x23FF) : Pick(random, 32, 126));
+    for (char16_t& unit : text)
+        unit = static_cast<char16_t>(Pick(random, 0, 5) == 0 ? Pick(random, 0x2300, 0x23FF)
+                                                             : Pick(random, 32, 126));
     return text;
 }
 

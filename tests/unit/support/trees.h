@@ -41,7 +41,7 @@ std::string DumpTree(const Scdr& node);
 ::testing::AssertionResult IsSoundTree(const Scdr& root);
 
 struct RandomTreeLimits {
-    int deepest = 6;       // of nesting
+    int deepest = 6; // of nesting
     int highestRank = 5;
     int longestAxis = 4;
     bool decimals = true;  // random bytes
@@ -67,7 +67,8 @@ template <typename Operation> int SweepAllocationFaults(Operation operation)
                 EXPECT_EQ(code, VTERROR_CODE::OutOfMemory);
             }
             const bool fired = DisarmAllocationFault() > 0;
-            EXPECT_EQ(LiveAllocations(), before) << "allocation " << nth << (sticky ? " and all later ones" : "") << " failed";
+            EXPECT_EQ(LiveAllocations(), before)
+                << "allocation " << nth << (sticky ? " and all later ones" : "") << " failed";
             if (!fired) break;
             ++faults;
         }

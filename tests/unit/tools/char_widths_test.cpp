@@ -15,7 +15,8 @@ void MeasureLastDigit(void* device, char16_t first, char16_t last, std::int32_t*
 {
     EXPECT_EQ(device, &g_asked);
     g_asked.emplace_back(first, last);
-    for (std::uint32_t unit = first; unit <= last; ++unit) widths[unit - first] = static_cast<std::int32_t>(unit % 10);
+    for (std::uint32_t unit = first; unit <= last; ++unit)
+        widths[unit - first] = static_cast<std::int32_t>(unit % 10);
 }
 
 class Widths : public ::testing::Test {
@@ -37,7 +38,8 @@ TEST_F(Widths, SumTheCharacters)
 
 TEST_F(Widths, EachCharacterIsMeasuredOnce)
 {
-    for (int i = 0; i < 3; ++i) (void)widths.TextWidth(u"ABBA", 4);
+    for (int i = 0; i < 3; ++i)
+        (void)widths.TextWidth(u"ABBA", 4);
     EXPECT_EQ(g_asked.size(), 2u);
 }
 

@@ -17,7 +17,8 @@ Recorder g_recorder;
 const ScrollEffects recordingEffects = {
     [](ScrollRecord& record, ScrollAxis axis) {
         g_recorder.updates.push_back(axis);
-        g_recorder.masks.push_back(axis == ScrollAxis::Horizontal ? record.horizontal.mask : record.vertical.mask);
+        g_recorder.masks.push_back(axis == ScrollAxis::Horizontal ? record.horizontal.mask
+                                                                  : record.vertical.mask);
     },
     [](ScrollRecord&) { ++g_recorder.invalidations; },
 };
@@ -180,7 +181,8 @@ TEST_F(Scroll, CodesScrollLinesPagesAndToTheTrackPosition)
     EXPECT_EQ(ScrollCodeDelta(3, ScrollAxis::Vertical, 10, 99), ScrollPageDown);
     EXPECT_EQ(ScrollCodeDelta(4, ScrollAxis::Vertical, 10, 99), 89);
     EXPECT_EQ(ScrollCodeDelta(5, ScrollAxis::Vertical, 100, 99), -1);
-    for (const std::int32_t code : {6, 7, 8, -1, 100}) EXPECT_EQ(ScrollCodeDelta(code, ScrollAxis::Vertical, 10, 99), 0);
+    for (const std::int32_t code : {6, 7, 8, -1, 100})
+        EXPECT_EQ(ScrollCodeDelta(code, ScrollAxis::Vertical, 10, 99), 0);
 }
 
 TEST(ScrollPicture, SmallNumbersGoOverAsTheyAre)

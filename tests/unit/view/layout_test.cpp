@@ -189,9 +189,8 @@ TEST_F(Layout, GivesAMatrixOfBoxesAGrid)
 TEST_F(Layout, AllPlanesShareOneGrid)
 {
     ScdrPtr tree = Filled({2, 3, 4});
-    SetChild(*tree, 12 + 5, Word(u"abc")); // plane 1, row 1, column 1
-    FreeScdr(&Children(*tree)[0]);
-    SetChild(*tree, 0, Word(u"a\nb"));
+    Replace(*tree, 12 + 5, Word(u"abc")); // plane 1, row 1, column 1
+    Replace(*tree, 0, Word(u"a\nb"));
     const Scdr& node = LayOut(std::move(tree));
     EXPECT_EQ(node.extra->columnWidths[1], 46);
     EXPECT_EQ(node.extra->rowHeights[0], 54);

@@ -203,6 +203,12 @@ protected:
         return node;
     }
 
+    static void Replace(Scdr& node, std::int64_t index, ScdrPtr item)
+    {
+        FreeScdr(&Children(node)[index]);
+        SetChild(node, index, std::move(item));
+    }
+
     // Shows a tree, with a clean log afterwards. The root stays with the view.
     Scdr& Show(ScdrPtr root)
     {

@@ -49,17 +49,20 @@ std::string ErrorOf(const std::string& json)
 // Numbers as the editor hands them back: whole floats as 32-bit numbers, ones and zeros as bits, the rest unchanged.
 void Squeeze(Array& array)
 {
-    for (Array& item : array.items) Squeeze(item);
+    for (Array& item : array.items)
+        Squeeze(item);
     if (!IsRealType(array.type)) return;
     std::vector<double> values = RealsOf(array);
     bool whole = true;
-    for (const double value : values) whole = whole && value == static_cast<double>(static_cast<long long>(value));
+    for (const double value : values)
+        whole = whole && value == static_cast<double>(static_cast<long long>(value));
     if (!whole) return;
-    for (double& value : values) value = value < -2147483648.0 || value > 2147483647.0 ? -2147483648.0 : value + 0.0;
+    for (double& value : values)
+        value = value < -2147483648.0 || value > 2147483647.0 ? -2147483648.0 : value + 0.0;
     array = NumericArray(array.shape, values);
 }
 
-TEST(Json, RectangularNumbersBecomeArrays)
+TEST(WorkbenchJson, RectangularNumbersBecomeArrays)
 {
     EXPECT_EQ(DumpOf("[1, 2, 300]"), "int16[3](1 2 300)");
     EXPECT_EQ(DumpOf("[[1, 2.5], [3, 4]]"), "float[2 2](1 2.5 3 4)");
@@ -67,7 +70,7 @@ TEST(Json, RectangularNumbersBecomeArrays)
     EXPECT_EQ(DumpOf("[true, false]"), "bit[2](1 0)");
 }
 
-TEST(Json, OtherArraysBecomeNestedVectors)
+TEST(WorkbenchJson, OtherArraysBecomeNestedVectors)
 {
     EXPECT_EQ(DumpOf("[[1, 2], [3]]"), "nested[2](int8[2](1 2) int8[1](3))");
     EXPECT_EQ(DumpOf("[1, true]"), "nested[2](bit(1) bit(1))");
@@ -77,11 +80,11 @@ TEST(Json, OtherArraysBecomeNestedVectors)
     EXPECT_EQ(DumpOf("[1, [2, 3]]"), "nested[2](bit(1) int8[2](2 3))");
 }
 
-TEST(Json, ScalarsAndObjects)
+TEST(WorkbenchJson, ScalarsAndObjects)
 {
     EXPECT_EQ(DumpOf("true"), "bit(1)");
     EXPECT_EQ(DumpOf("-7"), "int8(-7)");
-    EXPECT_EQ(DumpOf("3000000000"), "float(3000000000)");
+    EXPECT_EQ(DumpOf("3000000000"), "float(3e+09)");
     EXPECT_EQ(DumpOf("\"\\u2373\""), "char16[1]\"\\{2373}\"");
     EXPECT_EQ(DumpOf("\"\\ud83d\\ude00\""), "char16[2]\"\\{d83d}\\{de00}\"");
     EXPECT_EQ(DumpOf("[]"), "nested[0](bit[0]())");
@@ -90,12 +93,12 @@ TEST(Json, ScalarsAndObjects)
               "nested[2 2](char8[1]\"a\" bit(1) char8[1]\"b\" nested[1 2](char8[1]\"c\" bit[0]()))");
 }
 
-TEST(Json, MoreThanFifteenAxesStayNested)
+TEST(WorkbenchJson, MoreThanFifteenAxesStayNested)
 {
     EXPECT_EQ(DumpOf(std::string(16, '[') + "1" + std::string(16, ']')).substr(0, 14), "nested[1](bit[");
 }
 
-TEST(Json, UneditedFilesComeBackByteForByte)
+TEST(WorkbenchJson, UneditedFilesComeBackByteForByte)
 {
     for (const char* json : {
              "null",
@@ -118,7 +121,7 @@ TEST(Json, UneditedFilesComeBackByteForByte)
     }
 }
 
-TEST(Json, EditedValuesChangeAloneAndKeepTheirKind)
+TEST(WorkbenchJson, EditedValuesChangeAloneAndKeepTheirKind)
 {
     const std::string json = "{\"yes\": true, \"n\": 1.0, \"t\": \"\\u0061\", \"list\": [1.50, 2]}";
     EXPECT_EQ(Edited(json, [](Array& array) { array.items[1] = Number(0); }),
@@ -129,11 +132,14 @@ TEST(Json, EditedValuesChangeAloneAndKeepTheirKind)
               "{\"yes\": true, \"n\": 0, \"t\": \"\\u0061\", \"list\": [1.50, 2]}");
     EXPECT_EQ(Edited(json, [](Array& array) { array.items[5] = Text(u"b\"\n"); }),
               "{\"yes\": true, \"n\": 1.0, \"t\": \"b\\\"\\n\", \"list\": [1.50, 2]}");
-    EXPECT_EQ(Edited(json, [](Array& array) { array.items[7] = FloatArray({2}, {1.5, 2.25}); }),
+    EXPECT_EQ(Edited(json,
+                     [](Array& array) {
+                         array.items[7] = FloatArray({2}, {1.5, 2.25});
+                     }),
               "{\"yes\": true, \"n\": 1.0, \"t\": \"\\u0061\", \"list\": [1.50, 2.25]}");
 }
 
-TEST(Json, ItemsPutInOrTakenOutLeaveTheOthersAlone)
+TEST(WorkbenchJson, ItemsPutInOrTakenOutLeaveTheOthersAlone)
 {
     const std::string json = "[\"\\u0061\", true, {\"k\": 1.0}]";
     EXPECT_EQ(Edited(json,
@@ -150,7 +156,7 @@ TEST(Json, ItemsPutInOrTakenOutLeaveTheOthersAlone)
               "[true, {\"k\": 1.0}]");
 }
 
-TEST(Json, ObjectsFollowTheirNames)
+TEST(WorkbenchJson, ObjectsFollowTheirNames)
 {
     const std::string json = "{\"a\": 1.0, \"b\": true, \"c\": [2.0]}";
     EXPECT_EQ(Edited(json,
@@ -159,23 +165,24 @@ TEST(Json, ObjectsFollowTheirNames)
                          array.shape = {2, 2};
                      }),
               "{\"c\": [2.0], \"b\": true}");
-    EXPECT_EQ(Edited(json, [](Array& array) { array.items[2] = Text(u"B"); }), "{\"a\": 1.0, \"B\": true, \"c\": [2.0]}");
+    EXPECT_EQ(Edited(json, [](Array& array) { array.items[2] = Text(u"B"); }),
+              "{\"a\": 1.0, \"B\": true, \"c\": [2.0]}");
 }
 
-TEST(Json, RepeatedNamesKeepTheirValues)
+TEST(WorkbenchJson, RepeatedNamesKeepTheirValues)
 {
     EXPECT_EQ(Edited("{\"a\": 1.0, \"a\": true}", [](Array& array) { array.items[1] = Number(7); }),
               "{\"a\": 7, \"a\": true}");
 }
 
-TEST(Json, TextsKeepTheirLineEnds)
+TEST(WorkbenchJson, TextsKeepTheirLineEnds)
 {
     const auto edit = [](Array& array) { array = Text(u"one\r\ntwo\r\nthree"); };
     EXPECT_EQ(Edited("\"one\\ntwo\"", edit), "\"one\\ntwo\\nthree\"");
     EXPECT_EQ(Edited("\"one\\r\\ntwo\"", edit), "\"one\\r\\ntwo\\r\\nthree\"");
 }
 
-TEST(Json, EmptiedListsStayLists)
+TEST(WorkbenchJson, EmptiedListsStayLists)
 {
     const auto empty = [](Array& array) { array = EmptyVector(); };
     EXPECT_EQ(Edited("[1, 2]", empty), "[]");
@@ -183,7 +190,7 @@ TEST(Json, EmptiedListsStayLists)
     EXPECT_EQ(Edited("5", empty), "null");
 }
 
-TEST(Json, BigWholeNumbersSurviveTheEditor)
+TEST(WorkbenchJson, BigWholeNumbersSurviveTheEditor)
 {
     WriteContext context;
     const std::string json = "{\"time\": 1545433000000, \"n\": 1}";
@@ -199,15 +206,20 @@ TEST(Json, BigWholeNumbersSurviveTheEditor)
     EXPECT_NE(context.notes[0].find("1545433000000"), std::string::npos);
 }
 
-TEST(Json, DigitsThatWereNotShownAreNotAnEdit)
+TEST(WorkbenchJson, DigitsThatWereNotShownAreNotAnEdit)
 {
     WriteContext context;
     context.precision = 10;
-    EXPECT_EQ(Edited("[3.14159265358979, 1]", [](Array& array) { array = FloatArray({2}, {3.141592654, 2}); }, &context),
+    EXPECT_EQ(Edited(
+                  "[3.14159265358979, 1]",
+                  [](Array& array) {
+                      array = FloatArray({2}, {3.141592654, 2});
+                  },
+                  &context),
               "[3.14159265358979, 2]");
 }
 
-TEST(Json, WritesArraysThatCameFromNowhere)
+TEST(WorkbenchJson, WritesArraysThatCameFromNowhere)
 {
     EXPECT_EQ(Fresh(NumericArray({2, 2}, {1, 2, 3, 0.5})), "[\n  [1, 2],\n  [3, 0.5]\n]\n");
     EXPECT_EQ(Fresh(Text(u"a\u2373")), "\"a\xE2\x8D\xB3\"\n");
@@ -225,7 +237,7 @@ TEST(Json, WritesArraysThatCameFromNowhere)
     EXPECT_EQ(Fresh(CharacterArray(ElementType::Char16, {1}, {U"\xD800", 1})), "\"\\ud800\"\n");
 }
 
-TEST(Json, NamesTheLineOfAnError)
+TEST(WorkbenchJson, NamesTheLineOfAnError)
 {
     EXPECT_NE(ErrorOf("[1,\n2,\n}").find("line 3"), std::string::npos) << ErrorOf("[1,\n2,\n}");
     EXPECT_NE(ErrorOf("").find("line 1"), std::string::npos);
@@ -236,13 +248,14 @@ TEST(Json, NamesTheLineOfAnError)
     EXPECT_NE(ErrorOf(std::string(100000, '[')).find("deeper than 500"), std::string::npos);
 }
 
-TEST(Json, TellsWhichDigitsAreTooMany)
+TEST(WorkbenchJson, TellsWhichDigitsAreTooMany)
 {
     const Document document = ReadJson("[1,\n12345678901234567890]");
     ASSERT_EQ(document.notes.size(), 1u);
-    EXPECT_NE(document.notes[0].find("12345678901234567890 in line 2"), std::string::npos) << document.notes[0];
+    EXPECT_NE(document.notes[0].find("12345678901234567890 in line 2"), std::string::npos)
+        << document.notes[0];
     EXPECT_TRUE(ReadJson("[9007199254740992, 0.1]").notes.empty());
 }
 
-}  // namespace
-}  // namespace vantrel::workbench
+} // namespace
+} // namespace vantrel::workbench

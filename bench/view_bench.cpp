@@ -1,0 +1,197 @@
+// The array view over a nested vector of a million short character vectors: each figure beside its floor.
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <chrono>
+#include <fstream>
+#include <vector>
+
+#include "model/scdr.h"
+#include "view/commit.h"
+#include "view/hit_test.h"
+#include "view/layout.h"
+
+namespace vantrel {
+namespace {
+
+constexpr std::int64_t LeafCount = 1000000;
+constexpr std::int64_t LeafLength = 8;
+
+ViewEffects NoEffects()
+{
+    ViewEffects effects{};
+    effects.invalidate = [](View&) {};
+    effects.showStatus = [](View&, std::int32_t, std::int32_t, bool) {};
+    effects.notifyFrame = [](View&, std::int32_t) {};
+    effects.isInterruptOrClosePending = [](View&) { return false; };
+    effects.showWindowScrollBars = [](View&, bool) {};
+    effects.sendSize = [](View&) {};
+    effects.beginEditor = [](View&, bool, bool) {};
+    effects.placeEditor = [](View&, const Rect64*) {};
+    effects.reloadEditor = [](View&) {};
+    effects.showEditorPlane = [](View&) {};
+    effects.hideEditor = [](View&) {};
+    effects.setFocus = [](View&) {};
+    return effects;
+}
+
+// A view of the million leaves; formatted and laid out where `laidOut`.
+struct Leaves {
+    LangEnv environment{};
+    EditContext context;
+    View view;
+    ScdrPtr root;
+
+    explicit Leaves(bool laidOut)
+    {
+        context.langEnv = &environment;
+        view.context = &context;
+        view.effects = NoEffects();
+        view.metrics.edge = {2, 2};
+        view.metrics.workArea = {1024, 768};
+        view.edit.lineHeight = 16;
+        view.edit.widths.Reset(
+            [](void*, char16_t first, char16_t last, std::int32_t* widths) { std::fill_n(widths, last - first + 1, 8); },
+            nullptr, 0);
+        root = AllocateScdr(&context, nullptr, TypeNested, 1, &LeafCount, false);
+        for (std::int64_t i = 0; i < LeafCount; ++i) {
+            SetChild(*root, i, AllocateScdr(&context, root.get(), TypeCharacter, 1, &LeafLength, true));
+        }
+        view.root = view.top = root.get();
+        if (laidOut) LayOut();
+    }
+    bool LayOut() { return FormatScdr(view, *root) == 0 && CalculateScdrSizes(view) == 0; }
+};
+
+double SecondsOf(const auto& work)
+{
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+// Pages of this process in memory; 0 where the system does not say.
+std::int64_t ResidentPages()
+{
+    std::ifstream file("/proc/self/statm");
+    std::int64_t size = 0;
+    std::int64_t resident = 0;
+    file >> size >> resident;
+    return resident;
+}
+
+// What no layout can do without: every leaf is visited once, read and written.
+double VisitLeaves(const Scdr& root)
+{
+    return SecondsOf([&] {
+        std::int64_t x = 0;
+        for (std::int64_t i = 0; i < LeafCount; ++i) {
+            Scdr& leaf = *Children(root)[i];
+            leaf.originX = x;
+            x += leaf.ElementCount * 8;
+        }
+        benchmark::DoNotOptimize(x);
+    });
+}
+
+void ReportPerLeaf(benchmark::State& state, double seconds, double floorSeconds)
+{
+    const double leaves = static_cast<double>(state.iterations()) * static_cast<double>(LeafCount);
+    state.counters["ns_per_leaf"] = seconds * 1e9 / leaves;
+    state.counters["ratio"] = seconds / floorSeconds;
+}
+
+// "ns_per_leaf" is at most 300, "bytes_per_leaf" (tree and layout together, beyond the text) at most 400.
+void LayOutAMillionLeaves(benchmark::State& state)
+{
+    double seconds = 0;
+    double floorSeconds = 0;
+    double bytes = 0;
+    std::int64_t blocks = 0;
+    for (auto _ : state) {
+        const std::int64_t pagesBefore = ResidentPages();
+        Leaves leaves(false);
+        const std::int64_t blocksBefore = LiveAllocations();
+        const double spent = SecondsOf([&] { benchmark::DoNotOptimize(leaves.LayOut()); });
+        state.SetIterationTime(spent);
+        seconds += spent;
+        blocks = LiveAllocations() - blocksBefore;
+        bytes = std::max(bytes, static_cast<double>(ResidentPages() - pagesBefore) * 4096 / static_cast<double>(LeafCount));
+        floorSeconds += VisitLeaves(*leaves.root);
+    }
+    ReportPerLeaf(state, seconds, floorSeconds);
+    state.counters["bytes_per_leaf"] = bytes - 2.0 * LeafLength;
+    state.counters["blocks"] = static_cast<double>(blocks);
+}
+BENCHMARK(LayOutAMillionLeaves)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(5);
+
+// One leaf has grown: every later one moves.
+void LayOutAgainAfterOneChange(benchmark::State& state)
+{
+    Leaves leaves(true);
+    double seconds = 0;
+    double floorSeconds = 0;
+    for (auto _ : state) {
+        Scdr& first = *Children(*leaves.root)[0];
+        first.width += 8;
+        seconds += SecondsOf([&] {
+            InvalidateAncestorsSizesAndLaterSiblingsOrigins(first);
+            benchmark::DoNotOptimize(CalculateScdrSizes(leaves.view));
+        });
+        floorSeconds += VisitLeaves(*leaves.root);
+    }
+    ReportPerLeaf(state, seconds, floorSeconds);
+}
+BENCHMARK(LayOutAgainAfterOneChange)->Unit(benchmark::kMillisecond)->Iterations(5);
+
+// Commits one edited leaf among a million.
+void CommitOneLeaf(benchmark::State& state)
+{
+    Leaves leaves(true);
+    for (auto _ : state) {
+        Scdr& last = *Children(*leaves.root)[LeafCount - 1];
+        SpliceRecord(last.records, 0, 0, 1, u"x", 1);
+        last.records.flags |= RecordsEdited;
+        benchmark::DoNotOptimize(CheckScdr(leaves.view, *leaves.root));
+    }
+}
+BENCHMARK(CommitOneLeaf)->Unit(benchmark::kMillisecond);
+
+// The argument is the place in percent of the vector.
+std::int64_t PlaceOf(const benchmark::State& state, const Leaves& leaves)
+{
+    const std::int64_t item = (LeafCount - 1) * state.range(0) / 100;
+    return Children(*leaves.root)[item]->originX + 10;
+}
+
+void HitTestAmongAMillion(benchmark::State& state)
+{
+    Leaves leaves(true);
+    const std::int64_t x = PlaceOf(state, leaves);
+    for (auto _ : state) benchmark::DoNotOptimize(HitTestScdr(leaves.view, *leaves.root, {x, 20}, 0, 0));
+}
+BENCHMARK(HitTestAmongAMillion)->Arg(0)->Arg(50)->Arg(100);
+
+void FindVisibleAmongAMillion(benchmark::State& state)
+{
+    Leaves leaves(true);
+    const std::int64_t x = PlaceOf(state, leaves);
+    for (auto _ : state) benchmark::DoNotOptimize(FindVisibleItems(leaves.view, *leaves.root, {x, 0, x + 1000, 700}));
+}
+BENCHMARK(FindVisibleAmongAMillion)->Arg(0)->Arg(50)->Arg(100);
+
+// The floor of both: two binary searches through a million numbers.
+void SearchAMillionNumbers(benchmark::State& state)
+{
+    std::vector<std::int64_t> origins(static_cast<std::size_t>(LeafCount));
+    for (std::size_t i = 0; i < origins.size(); ++i) origins[i] = static_cast<std::int64_t>(i) * 81;
+    const std::int64_t x = origins[(origins.size() - 1) * static_cast<std::size_t>(state.range(0)) / 100];
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(std::lower_bound(origins.begin(), origins.end(), x));
+        benchmark::DoNotOptimize(std::lower_bound(origins.begin(), origins.end(), x + 1000));
+    }
+}
+BENCHMARK(SearchAMillionNumbers)->Arg(0)->Arg(50)->Arg(100);
+
+} // namespace
+} // namespace vantrel

@@ -1,0 +1,130 @@
+#include "editor/paint_rows.h"
+
+#include <gtest/gtest.h>
+
+#include "editor_fixture.h"
+
+namespace vantrel::test {
+namespace {
+
+struct Piece {
+    std::int64_t x;
+    std::int64_t y;
+    std::u16string text;
+    bool highlighted;
+    friend bool operator==(const Piece&, const Piece&) = default;
+};
+
+void PrintTo(const Piece& piece, std::ostream* out)
+{
+    *out << "(" << piece.x << "," << piece.y << " " << std::string(piece.text.begin(), piece.text.end())
+         << (piece.highlighted ? " *)" : ")");
+}
+
+std::vector<Piece> Pieces(Editor& editor)
+{
+    std::vector<Piece> pieces;
+    ForEachVisiblePiece(
+        editor.window,
+        [](void* state, const TextPiece& piece) {
+            static_cast<std::vector<Piece>*>(state)->push_back(
+                {piece.point.x, piece.point.y,
+                 std::u16string(piece.text, static_cast<std::size_t>(piece.length)), piece.highlighted});
+            EXPECT_EQ(piece.width, piece.length * CharWidth);
+        },
+        &pieces);
+    return pieces;
+}
+
+TEST(EditPaintRows, WithoutASelectionEveryLineIsOnePlainPiece)
+{
+    Editor editor(TypeCharacter, {1, 1}, u"abc\n\nde");
+    EXPECT_EQ(Pieces(editor), (std::vector<Piece>{{2, 2, u"abc", false}, {2, 22, u"de", false}}));
+}
+
+TEST(EditPaintRows, ASelectionInOneLineMakesThreePieces)
+{
+    Editor editor(TypeCharacter, {1, 1}, u"abcde\nfg");
+    editor.Select({4, 0}, {1, 0});
+    EXPECT_EQ(Pieces(editor),
+              (std::vector<Piece>{
+                  {2, 2, u"a", false}, {10, 2, u"bcd", true}, {34, 2, u"e", false}, {2, 12, u"fg", false}}));
+}
+
+TEST(EditPaintRows, ASelectionOverLinesHighlightsWholeLinesBetween)
+{
+    Editor editor(TypeCharacter, {1, 1}, u"abc\ndef\nghi\njkl\nmno");
+    editor.Select({2, 1}, {1, 3});
+    EXPECT_EQ(Pieces(editor), (std::vector<Piece>{{2, 2, u"abc", false},
+                                                  {2, 12, u"de", false},
+                                                  {18, 12, u"f", true},
+                                                  {2, 22, u"ghi", true},
+                                                  {2, 32, u"j", true},
+                                                  {10, 32, u"kl", false},
+                                                  {2, 42, u"mno", false}}));
+}
+
+TEST(EditPaintRows, OnlyVisibleLinesAndColumnsAreTouched)
+{
+    std::u16string text;
+    for (int line = 0; line < 500; ++line)
+        text += std::u16string(10000, static_cast<char16_t>(u'a' + line % 26)) + u"\n";
+    Editor editor(TypeCharacter, {1, 1}, text);
+    ChangeScrollPositions(editor.State().scroll, 3000 * CharWidth + 3, 200 * LineHeight + 4);
+    const std::vector<Piece> pieces = Pieces(editor);
+    ASSERT_EQ(pieces.size(), 11u);
+    EXPECT_EQ(pieces[0].x, 2 - 3);
+    EXPECT_EQ(pieces[0].y, 2 - 4);
+    EXPECT_EQ(pieces[0].text[0], u'a' + 200 % 26);
+    EXPECT_GE(pieces[0].text.size(), 26u);
+    EXPECT_LE(pieces[0].text.size(), 28u);
+    EXPECT_LT(pieces.back().y, editor.window.text.bottom);
+}
+
+TEST(EditPaintRows, ASelectionBeginningLeftOfTheWindowIsCut)
+{
+    Editor editor(TypeCharacter, {1, 1}, std::u16string(100, u'x'));
+    editor.Select({0, 0}, {60, 0});
+    ChangeScrollPositions(editor.State().scroll, ScrollToStart, 0);
+    ChangeScrollPositions(editor.State().scroll, 50 * CharWidth, 0);
+    const std::vector<Piece> pieces = Pieces(editor);
+    ASSERT_EQ(pieces.size(), 2u);
+    EXPECT_EQ(pieces[0], (Piece{2, 2, std::u16string(10, u'x'), true}));
+    EXPECT_FALSE(pieces[1].highlighted);
+    EXPECT_EQ(pieces[1].x, 2 + 10 * CharWidth);
+}
+
+TEST(EditPaintRows, TheShownPlaneIsPainted)
+{
+    Editor editor(TypeCharacter, {2, 1, 2}, u"ab\ncd");
+    ExtraOf(*editor.node).CurrentPlane = 1;
+    OnNewPlane(editor.window);
+    EXPECT_EQ(Pieces(editor), (std::vector<Piece>{{2, 2, u"cd", false}}));
+}
+
+TEST(EditPaintRows, NoRowsNoPieces)
+{
+    Editor editor(TypeCharacter, {0, 3}, u"");
+    FreeRecords(editor.node->records);
+    EXPECT_TRUE(Pieces(editor).empty());
+}
+
+TEST(EditPaintRows, TheRulerIsCutToTheWindowAndTheLongestLine)
+{
+    Editor editor(TypeCharacter, {1, 1}, u"0123456789\nabc");
+    editor.node->Flags |= FlagMaximized;
+    LayOutEdit(editor.window);
+    VisibleRuler ruler = FindVisibleRuler(editor.window);
+    EXPECT_EQ(ruler.first, 0);
+    EXPECT_EQ(ruler.end, 10);
+    EXPECT_EQ(ruler.x, 2 + 3 * CharWidth);
+    Editor wide(TypeCharacter, {1, 1}, std::u16string(100000, u'x'));
+    ChangeScrollPositions(wide.State().scroll, 500 * CharWidth + 1, 0);
+    ruler = FindVisibleRuler(wide.window);
+    EXPECT_EQ(ruler.first, 500);
+    EXPECT_LE(ruler.end, 527);
+    EXPECT_EQ(ruler.x, 2 - 1);
+}
+
+} // namespace
+} // namespace vantrel::test

@@ -1,0 +1,235 @@
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "unit/hosts_fake/small_client.h"
+#include "workbench/session/options.h"
+#include "workbench/session/session.h"
+
+namespace vantrel::workbench {
+namespace {
+
+using namespace fake;
+
+// A machine of maps, and an editor that does what the test says.
+struct Machine {
+    std::map<std::u16string, std::string> files;
+    bool canWrite = true;
+    bool canLoad = true;
+    std::string printed;
+    std::string complained;
+
+    int Run(const std::vector<std::u16string>& arguments)
+    {
+        Platform platform;
+        platform.state = this;
+        platform.readFile = [](void* state, const std::u16string& name, std::string& bytes,
+                               std::string& reason) {
+            auto& self = *static_cast<Machine*>(state);
+            reason = "no such file";
+            if (self.files.count(name) == 0) return false;
+            bytes = self.files[name];
+            return true;
+        };
+        platform.writeFile = [](void* state, const std::u16string& name, const std::string& bytes,
+                                std::string& reason) {
+            auto& self = *static_cast<Machine*>(state);
+            reason = "disk full";
+            if (self.canWrite) self.files[name] = bytes;
+            return self.canWrite;
+        };
+        platform.loadLibrary = [](void* state, EntryPoints& entryPoints, std::string& reason) {
+            reason = "no editor";
+            entryPoints = SmallClient::Entries();
+            return static_cast<Machine*>(state)->canLoad;
+        };
+        platform.print = [](void* state, std::string_view bytes) {
+            static_cast<Machine*>(state)->printed += bytes;
+        };
+        platform.complain = [](void* state, std::string_view line) {
+            static_cast<Machine*>(state)->complained += std::string(line) + "\n";
+        };
+        return RunWorkbench(arguments, platform);
+    }
+};
+
+void CloseUnchanged()
+{
+    SmallClient::Get().body = [](Block* argument, Block** slot) { SmallClient::Get().Store(slot, argument); };
+}
+
+void SaveVector()
+{
+    SmallClient::Get().body = [](Block*, Block** slot) {
+        SmallClient& client = SmallClient::Get();
+        const auto localp = client.NewVector(7, 8);
+        client.Store(slot, localp->block);
+        client.FreeLocalp(localp.get());
+    };
+}
+
+TEST(WorkbenchSession, PrintsWhatWasSavedAsJson)
+{
+    Machine machine;
+    machine.files[u"a.json"] = "[1, 2]\n";
+    SaveVector();
+    EXPECT_EQ(machine.Run({u"a.json"}), ExitCode::Success);
+    EXPECT_EQ(machine.printed, "[7, 8]\n");
+    EXPECT_EQ(machine.files[u"a.json"], "[1, 2]\n");
+    EXPECT_EQ(machine.complained, "");
+}
+
+TEST(WorkbenchSession, WritesWhatWasSavedInTheOutputsFormat)
+{
+    Machine machine;
+    machine.files[u"a.json"] = "[1.0, 2]";
+    SaveVector();
+    EXPECT_EQ(machine.Run({u"a.json", u"-o", u"a.json"}), ExitCode::Success);
+    EXPECT_EQ(machine.files[u"a.json"], "[7, 8]");
+    EXPECT_EQ(machine.Run({u"-o", u"b.csv", u"a.json"}), ExitCode::Success);
+    EXPECT_EQ(machine.files[u"b.csv"], "7,8\r\n");
+    EXPECT_EQ(machine.printed, "");
+}
+
+TEST(WorkbenchSession, ClosedUnchangedGivesTheOriginalBytes)
+{
+    Machine machine;
+    const std::string odd = "[ 1.0 ,2 ]  ";
+    machine.files[u"a.json"] = odd;
+    CloseUnchanged();
+    EXPECT_EQ(machine.Run({u"a.json", u"-o", u"b.json"}), ExitCode::Success);
+    EXPECT_EQ(machine.files[u"b.json"], odd);
+    EXPECT_EQ(machine.complained, "a.json: unchanged\n");
+    EXPECT_EQ(machine.Run({u"a.json", u"-o", u"b.csv"}), ExitCode::Success);
+    EXPECT_EQ(machine.files[u"b.csv"], "1,2\r\n");
+    EXPECT_EQ(machine.Run({u"a.json"}), ExitCode::Success);
+    EXPECT_EQ(machine.printed, "");
+}
+
+TEST(WorkbenchSession, PassesTitleEditionAndPrecision)
+{
+    Machine machine;
+    machine.files[u"dir\\a.json"] = "\"\\u2373\"";
+    std::uint32_t typeWord = 0;
+    std::int64_t precision = 0;
+    SmallClient::Get().body = [&](Block* argument, Block** slot) {
+        std::int64_t origin = 0;
+        SmallClient::Get().Call<void>(3, 2, &origin, &precision);
+        typeWord = argument->typeWord;
+        SmallClient::Get().Store(slot, argument);
+    };
+    EXPECT_EQ(machine.Run({u"dir\\a.json", u"--classic", u"--precision", u"9", u"--host", u"dyalog"}),
+              ExitCode::Success);
+    EXPECT_EQ(SmallClient::Get().lastTitle, u"a.json");
+    EXPECT_EQ(typeWord >> 8 & 15, static_cast<std::uint32_t>(ElementType::AtomicCharacter));
+    EXPECT_EQ(precision, 9);
+    EXPECT_EQ(machine.Run({u"dir\\a.json", u"--title", u"T"}), ExitCode::Success);
+    EXPECT_EQ(SmallClient::Get().lastTitle, u"T");
+    EXPECT_EQ(precision, 15);
+}
+
+TEST(WorkbenchSession, RefusesCommandLines)
+{
+    const std::vector<std::vector<std::u16string>> lines = {{},
+                                                            {u"a.json", u"b.json"},
+                                                            {u"--nonsense", u"a.json"},
+                                                            {u"a.json", u"-o"},
+                                                            {u"a.txt"},
+                                                            {u"a.json", u"-o", u"b.x"},
+                                                            {u"--host", u"other", u"a.json"},
+                                                            {u"a.json", u"--precision", u"18"},
+                                                            {u"a.json", u"--precision", u"0"},
+                                                            {u"a.json", u"--precision", u"x"},
+                                                            {u"a.json", u"--precision", u"99999999999"}};
+    for (const auto& line : lines) {
+        Machine machine;
+        machine.files[u"a.json"] = "1";
+        EXPECT_EQ(machine.Run(line), ExitCode::Usage);
+        EXPECT_NE(machine.complained, "");
+    }
+}
+
+TEST(WorkbenchSession, HelpNamesEveryExitCodeAndOption)
+{
+    Machine machine;
+    EXPECT_EQ(machine.Run({u"--help"}), ExitCode::Success);
+    for (const char* word : {"--host", "--classic", "--title", "--precision", "-o OUT", "--version", "  0  ",
+                             "  2  ", "  3  ", "  4  ", "  5  ", "  6  "}) {
+        EXPECT_NE(machine.printed.find(word), std::string::npos) << word;
+    }
+    Machine second;
+    EXPECT_EQ(second.Run({u"--version", u"whatever"}), ExitCode::Success);
+    EXPECT_EQ(second.printed.substr(0, 17), "vantrel-workbench");
+}
+
+TEST(WorkbenchSession, TellsWhyAFileCannotBeRead)
+{
+    Machine machine;
+    CloseUnchanged();
+    EXPECT_EQ(machine.Run({u"a.json"}), ExitCode::UnreadableFile);
+    EXPECT_EQ(machine.complained, "a.json: no such file\n");
+    machine.complained.clear();
+    machine.files[u"a.json"] = "[1,\n";
+    EXPECT_EQ(machine.Run({u"a.json"}), ExitCode::UnreadableFile);
+    EXPECT_EQ(machine.complained.substr(0, 8), "a.json: ");
+    EXPECT_NE(machine.complained.find("line 2"), std::string::npos) << machine.complained;
+    machine.complained.clear();
+    machine.files[u"a.json"] = "\"\\u0416\"";
+    EXPECT_EQ(machine.Run({u"--classic", u"a.json"}), ExitCode::UnreadableFile);
+    EXPECT_NE(machine.complained.find("U+0416"), std::string::npos) << machine.complained;
+}
+
+TEST(WorkbenchSession, ReportsTheEditorsErrors)
+{
+    Machine machine;
+    machine.files[u"a.json"] = "1";
+    machine.canLoad = false;
+    EXPECT_EQ(machine.Run({u"a.json"}), ExitCode::EditorError);
+    EXPECT_EQ(machine.complained, "no editor\n");
+    machine.canLoad = true;
+    machine.complained.clear();
+    SmallClient::Get().body = [](Block*, Block**) {
+        struct {
+            std::uint32_t kind = 7, number = 11, flag = 1;
+            const void* texts[4] = {u"V", u"No good", u"P", u"S"};
+        } block;
+        SmallClient::Get().Call<void>(1, 18, static_cast<const void*>(&block));
+    };
+    EXPECT_EQ(machine.Run({u"a.json", u"-o", u"b.json"}), ExitCode::EditorError);
+    EXPECT_EQ(machine.complained, "the editor reports error 11: No good\n");
+    EXPECT_EQ(machine.files.count(u"b.json"), 0u);
+}
+
+TEST(WorkbenchSession, ReportsBooksOutOfBalanceAfterWriting)
+{
+    Machine machine;
+    machine.files[u"a.json"] = "[1, 2]";
+    SmallClient::Get().body = [](Block*, Block** slot) {
+        SmallClient& client = SmallClient::Get();
+        const auto localp = client.NewVector(7, 8);
+        client.Store(slot, localp->block);
+        ++localp->block->count;
+        client.FreeLocalp(localp.get());
+    };
+    EXPECT_EQ(machine.Run({u"a.json", u"-o", u"b.json"}), ExitCode::BooksOutOfBalance);
+    EXPECT_EQ(machine.files[u"b.json"], "[7, 8]");
+    EXPECT_NE(machine.complained.find("books: "), std::string::npos);
+}
+
+TEST(WorkbenchSession, WhatCannotBeWrittenIsNotLost)
+{
+    Machine machine;
+    machine.files[u"a.json"] = "[[\"x\", [1]]]";
+    CloseUnchanged();
+    EXPECT_EQ(machine.Run({u"a.json", u"-o", u"b.npy"}), ExitCode::CannotWrite);
+    EXPECT_EQ(machine.files.count(u"b.npy"), 0u);
+    EXPECT_EQ(machine.files[u"b.npy.json"], "[[\"x\", [1]]]");
+    machine.canWrite = false;
+    SaveVector();
+    EXPECT_EQ(machine.Run({u"a.json", u"-o", u"b.json"}), ExitCode::CannotWrite);
+    EXPECT_EQ(machine.printed, "[7, 8]");
+    EXPECT_NE(machine.complained.find("disk full"), std::string::npos);
+}
+
+} // namespace
+} // namespace vantrel::workbench
