@@ -50,9 +50,9 @@ struct Leaves {
         view.metrics.edge = {2, 2};
         view.metrics.workArea = {1024, 768};
         view.edit.lineHeight = 16;
-        view.edit.widths.Reset(
-            [](void*, char16_t first, char16_t last, std::int32_t* widths) { std::fill_n(widths, last - first + 1, 8); },
-            nullptr, 0);
+        view.edit.widths.Reset([](void*, char16_t first, char16_t last,
+                                  std::int32_t* widths) { std::fill_n(widths, last - first + 1, 8); },
+                               nullptr, 0);
         root = AllocateScdr(&context, nullptr, TypeNested, 1, &LeafCount, false);
         for (std::int64_t i = 0; i < LeafCount; ++i) {
             SetChild(*root, i, AllocateScdr(&context, root.get(), TypeCharacter, 1, &LeafLength, true));
@@ -116,7 +116,8 @@ void LayOutAMillionLeaves(benchmark::State& state)
         state.SetIterationTime(spent);
         seconds += spent;
         blocks = LiveAllocations() - blocksBefore;
-        bytes = std::max(bytes, static_cast<double>(ResidentPages() - pagesBefore) * 4096 / static_cast<double>(LeafCount));
+        bytes = std::max(bytes, static_cast<double>(ResidentPages() - pagesBefore) * 4096 /
+                                    static_cast<double>(LeafCount));
         floorSeconds += VisitLeaves(*leaves.root);
     }
     ReportPerLeaf(state, seconds, floorSeconds);
@@ -168,7 +169,8 @@ void HitTestAmongAMillion(benchmark::State& state)
 {
     Leaves leaves(true);
     const std::int64_t x = PlaceOf(state, leaves);
-    for (auto _ : state) benchmark::DoNotOptimize(HitTestScdr(leaves.view, *leaves.root, {x, 20}, 0, 0));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(HitTestScdr(leaves.view, *leaves.root, {x, 20}, 0, 0));
 }
 BENCHMARK(HitTestAmongAMillion)->Arg(0)->Arg(50)->Arg(100);
 
@@ -176,7 +178,8 @@ void FindVisibleAmongAMillion(benchmark::State& state)
 {
     Leaves leaves(true);
     const std::int64_t x = PlaceOf(state, leaves);
-    for (auto _ : state) benchmark::DoNotOptimize(FindVisibleItems(leaves.view, *leaves.root, {x, 0, x + 1000, 700}));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(FindVisibleItems(leaves.view, *leaves.root, {x, 0, x + 1000, 700}));
 }
 BENCHMARK(FindVisibleAmongAMillion)->Arg(0)->Arg(50)->Arg(100);
 
@@ -184,7 +187,8 @@ BENCHMARK(FindVisibleAmongAMillion)->Arg(0)->Arg(50)->Arg(100);
 void SearchAMillionNumbers(benchmark::State& state)
 {
     std::vector<std::int64_t> origins(static_cast<std::size_t>(LeafCount));
-    for (std::size_t i = 0; i < origins.size(); ++i) origins[i] = static_cast<std::int64_t>(i) * 81;
+    for (std::size_t i = 0; i < origins.size(); ++i)
+        origins[i] = static_cast<std::int64_t>(i) * 81;
     const std::int64_t x = origins[(origins.size() - 1) * static_cast<std::size_t>(state.range(0)) / 100];
     for (auto _ : state) {
         benchmark::DoNotOptimize(std::lower_bound(origins.begin(), origins.end(), x));

@@ -32,7 +32,7 @@ bool AcceptText(EditWindow& window, std::u16string_view text)
     const auto fits = [&](char16_t character) { return MayStandInNumbers(window, character); };
     bool accepted =
         IsTextType(node) ? node.Rank > 0 || text.size() <= 1 : std::all_of(text.begin(), text.end(), fits);
-    if (accepted && node.Rank >= 3 && text.find_first_of(u"\r\n") != text.npos) {
+    if (accepted && node.Rank >= 3 && text.find_first_of(u"\r\n") != std::u16string_view::npos) {
         window.effects->notify(window, EditNotifyPlaneLines);
         accepted = false;
     }
@@ -43,7 +43,7 @@ bool AcceptText(EditWindow& window, std::u16string_view text)
 // A text with line feeds becomes records; a text of one line needs none. On failure the error is in ErrorCode.
 bool SplitText(EditWindow& window, std::u16string_view text, RecordList& lines)
 {
-    if (text.find(u'\n') == text.npos) return true;
+    if (text.find(u'\n') == std::u16string_view::npos) return true;
     // A line break at the very beginning would keep its carriage return, which only a text of its own may.
     if (text.size() >= 2 && text[0] == u'\r' && text[1] == u'\n') text.remove_prefix(1);
     return StringToRecords(window.view->context, text.data(), static_cast<std::int64_t>(text.size()), lines,

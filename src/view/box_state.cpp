@@ -142,7 +142,8 @@ std::int32_t SelectAndRestore(View& view, Scdr& node)
 Scdr* MinimizedAncestor(const Scdr& node) noexcept
 {
     Scdr* ancestor = node.parent;
-    while (ancestor != nullptr && (ancestor->Flags & FlagMinimized) == 0) ancestor = ancestor->parent;
+    while (ancestor != nullptr && (ancestor->Flags & FlagMinimized) == 0)
+        ancestor = ancestor->parent;
     return ancestor;
 }
 

@@ -8,7 +8,10 @@ namespace vantrel {
 // Marks the view busy for as long as the guard lives, then puts back what was before.
 class BusyMark {
 public:
-    explicit BusyMark(View& view) noexcept : view_(view), previous_((view.flags & ViewBusy) != 0) { Set(true); }
+    explicit BusyMark(View& view) noexcept : view_(view), previous_((view.flags & ViewBusy) != 0)
+    {
+        Set(true);
+    }
     ~BusyMark() { Set(previous_); }
     BusyMark(const BusyMark&) = delete;
     BusyMark& operator=(const BusyMark&) = delete;

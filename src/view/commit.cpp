@@ -26,7 +26,8 @@ bool IsEdited(const Scdr& node) noexcept
 // Failures that say nothing about the text: taking it for characters because of them would quietly turn numbers into text.
 bool IsPassingFailure(VTERROR_CODE code) noexcept
 {
-    return code == VTERROR_CODE::OutOfMemory || code == VTERROR_CODE::WsFull || code == VTERROR_CODE::Interrupt;
+    return code == VTERROR_CODE::OutOfMemory || code == VTERROR_CODE::WsFull ||
+           code == VTERROR_CODE::Interrupt;
 }
 
 // The array that the records say; null on failure, with ErrorCode.
@@ -107,7 +108,8 @@ bool CheckSimpleScdr(Commit& commit, Scdr& node)
         if (RestoreScdr(view) != 0) return false;
     }
     const bool selected = Selected(view) == &node;
-    commit.editorKindChanged = commit.editorKindChanged || (selected && (node.Rank == 0) != (fresh->Rank == 0));
+    commit.editorKindChanged =
+        commit.editorKindChanged || (selected && (node.Rank == 0) != (fresh->Rank == 0));
     commit.replacedAny = true;
     Scdr& placed = TakePlace(view, node, std::move(fresh));
     if (selected) ReloadEditor(view); // before anything else asks the editor for what it knew of the old node

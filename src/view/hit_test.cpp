@@ -43,7 +43,8 @@ Scdr* HitTestScdr(const View& view, Scdr& node, Point64 point, std::int64_t dx, 
     TraceScope trace("hit_test.cpp", "HitTestScdr");
     point.x -= dx;
     point.y -= dy;
-    if (!IsPointIn(Shrink(NodeRect(node), view.metrics.margin), point) || !IsNodeInShownPlanes(node)) return nullptr;
+    if (!IsPointIn(Shrink(NodeRect(node), view.metrics.margin), point) || !IsNodeInShownPlanes(node))
+        return nullptr;
     Scdr* hit = &node;
     while (!IsSimple(*hit) && (hit->Flags & FlagMinimized) == 0) {
         Scdr* item = HitItem(view, *hit, point);

@@ -31,7 +31,8 @@ struct NumberFormatting {
 
 void ReportRows(NumberFormatting& formatting, std::int64_t rowsDone)
 {
-    UpdateProgressReport(formatting.view, formatting.progress, formatting.node, rowsDone - formatting.rowsReported);
+    UpdateProgressReport(formatting.view, formatting.progress, formatting.node,
+                         rowsDone - formatting.rowsReported);
     formatting.rowsReported = rowsDone;
 }
 

@@ -73,7 +73,8 @@ std::int64_t MeasureRecords(Sizing& sizing, Scdr& node)
 Size64 PageOfBox(const ViewMetrics& metrics, const Size64& content) noexcept
 {
     const std::int64_t around = 2 * metrics.edge.width + 2 * TextPadding;
-    return {content.width - (metrics.verticalBarWidth + around), content.height - (metrics.horizontalBarHeight + around)};
+    return {content.width - (metrics.verticalBarWidth + around),
+            content.height - (metrics.horizontalBarHeight + around)};
 }
 
 Size64 ContentOfText(const View& view, const Scdr& node, std::int64_t widest) noexcept
@@ -82,12 +83,13 @@ Size64 ContentOfText(const View& view, const Scdr& node, std::int64_t widest) no
     Size64 content{widest + 2 * TextPadding, TextHeight(view, node) + 2 * TextPadding};
     if (HasBoxScrollBars(view, node)) {
         content.width = std::max(2 * metrics.verticalBarWidth, content.width) + metrics.verticalBarWidth + 1;
-        content.height = std::max(2 * metrics.horizontalBarHeight, content.height) + metrics.horizontalBarHeight + 1;
+        content.height =
+            std::max(2 * metrics.horizontalBarHeight, content.height) + metrics.horizontalBarHeight + 1;
     }
-    content.width = std::min(content.width + 2 * metrics.edge.width,
-                             metrics.workArea.width * LargestBoxPercent / 100);
-    content.height = std::min(content.height + 2 * metrics.edge.height,
-                              metrics.workArea.height * LargestBoxPercent / 100);
+    content.width =
+        std::min(content.width + 2 * metrics.edge.width, metrics.workArea.width * LargestBoxPercent / 100);
+    content.height =
+        std::min(content.height + 2 * metrics.edge.height, metrics.workArea.height * LargestBoxPercent / 100);
     return content;
 }
 
@@ -145,7 +147,8 @@ Grid GridOf(Scdr& node)
     const std::int64_t rows = std::max<std::int64_t>(Rows(node), 1);
     const std::int64_t columns = std::max<std::int64_t>(Columns(node), 1);
     if (extra.rowHeights == nullptr) extra.rowHeights = AllocateZeroedArray<std::int64_t>(rows).release();
-    if (extra.columnWidths == nullptr) extra.columnWidths = AllocateZeroedArray<std::int64_t>(columns).release();
+    if (extra.columnWidths == nullptr)
+        extra.columnWidths = AllocateZeroedArray<std::int64_t>(columns).release();
     return {rows, columns, extra.rowHeights, extra.columnWidths};
 }
 
@@ -198,7 +201,8 @@ bool PlaceGrid(Sizing& sizing, Scdr& node, const Grid& grid, const Point64& star
 std::int64_t SumLessMargins(const std::int64_t* lengths, std::int64_t count, std::int64_t margin) noexcept
 {
     std::int64_t sum = margin;
-    for (std::int64_t i = 0; i < count; ++i) sum += lengths[i] - margin;
+    for (std::int64_t i = 0; i < count; ++i)
+        sum += lengths[i] - margin;
     return sum;
 }
 

@@ -9,7 +9,8 @@ constexpr std::int64_t SmallMargin = 5;
 constexpr std::int64_t LargeMargin = 10;
 
 constexpr ViewOptionRow optionTable[ViewOptionCount] = {
-    {OptionSmallMargins, u"Use small margins", true, [](View& view) -> bool& { return view.options.smallMargins; }},
+    {OptionSmallMargins, u"Use small margins", true,
+     [](View& view) -> bool& { return view.options.smallMargins; }},
     {Option3dEdges, u"Use 3D edges", false, [](View& view) -> bool& { return view.options.edges3d; }},
     {OptionWholeCell, u"Show whole cell", true, [](View& view) -> bool& { return view.options.wholeCell; }},
     {OptionOvertype, u"Overtype", false, [](View& view) -> bool& { return view.edit.overtype; }},
@@ -19,7 +20,8 @@ constexpr ViewOptionRow optionTable[ViewOptionCount] = {
     {OptionRuler, u"Ruler", true, [](View& view) -> bool& { return view.edit.ruler; }},
     {OptionRankOneScrollBars, u"Show rank 1 scrollbars", false,
      [](View& view) -> bool& { return view.edit.rankOneScrollBars; }},
-    {OptionEnableUndo, u"Enable undo array", true, [](View& view) -> bool& { return view.options.enableUndo; }},
+    {OptionEnableUndo, u"Enable undo array", true,
+     [](View& view) -> bool& { return view.options.enableUndo; }},
 };
 
 std::uint32_t EffectsOf(ViewOption id, bool value) noexcept

@@ -23,13 +23,13 @@ inline constexpr std::int32_t ViewOptionCount = 9;
 enum ViewOptionEffect : std::uint32_t {
     OptionEffectNone = 0,
     OptionEffectRepaint = 0x01,
-    OptionEffectLayOutAgain = 0x02,      // LayOutAgain(view, false)
-    OptionEffectDrawCaret = 0x04,        // EditMessageDrawCaret to the active editor
-    OptionEffectLineNumbers = 0x08,      // EditMessageLineNumbers with the new value
-    OptionEffectRuler = 0x10,            // EditMessageRuler with the new value
-    OptionEffectScrollbars = 0x20,       // EditMessageScrollbars
-    OptionEffectUndoMenu = 0x40,         // bring the undo items of the menu up to date
-    OptionEffectEmptyUndo = 0x80,        // empty both undo stacks
+    OptionEffectLayOutAgain = 0x02, // LayOutAgain(view, false)
+    OptionEffectDrawCaret = 0x04,   // EditMessageDrawCaret to the active editor
+    OptionEffectLineNumbers = 0x08, // EditMessageLineNumbers with the new value
+    OptionEffectRuler = 0x10,       // EditMessageRuler with the new value
+    OptionEffectScrollbars = 0x20,  // EditMessageScrollbars
+    OptionEffectUndoMenu = 0x40,    // bring the undo items of the menu up to date
+    OptionEffectEmptyUndo = 0x80,   // empty both undo stacks
 };
 
 // False for an unknown id.

@@ -99,7 +99,8 @@ bool IsDigit(char16_t c) noexcept
 
 void SkipBlanks(PickReader& reader) noexcept
 {
-    while (*reader.at == u' ') ++reader.at;
+    while (*reader.at == u' ')
+        ++reader.at;
 }
 
 std::int64_t ReadNumber(PickReader& reader)

@@ -23,7 +23,8 @@ template <typename CountSimple> std::int64_t CountLeaves(const Scdr& node, Count
     if (IsSimple(node)) return countSimple(node);
     std::int64_t total = 0;
     const std::int64_t count = ChildCount(node);
-    for (std::int64_t i = 0; i < count; ++i) total = AddCounts(total, CountLeaves(*Children(node)[i], countSimple));
+    for (std::int64_t i = 0; i < count; ++i)
+        total = AddCounts(total, CountLeaves(*Children(node)[i], countSimple));
     return total;
 }
 
@@ -34,9 +35,12 @@ void AddProgress(View& view, LayoutProgress& progress, std::int64_t amount)
     if ((view.flags & ViewQuiet) != 0) return;
     progress.done = AddCounts(progress.done, amount);
     // A product instead of a quotient: this runs once a leaf.
-    if (progress.done * 100 < progress.total * (progress.lastPercent + std::int64_t{1}) || progress.total <= 0) return;
+    if (progress.done * 100 < progress.total * (progress.lastPercent + std::int64_t{1}) ||
+        progress.total <= 0)
+        return;
     if (progress.lastPercent >= 100) return;
-    progress.lastPercent = static_cast<std::int32_t>(std::min<std::int64_t>(progress.done * 100 / progress.total, 100));
+    progress.lastPercent =
+        static_cast<std::int32_t>(std::min<std::int64_t>(progress.done * 100 / progress.total, 100));
     view.effects.showStatus(view, progress.stringId, progress.lastPercent, false);
 }
 

@@ -33,8 +33,8 @@ bool DoMeet(const Rect64& a, const Rect64& b) noexcept
 }
 
 // The way that brings low .. high into clientLow .. clientHigh; the low end wins when both do not fit.
-std::int64_t ScrollDistance(std::int64_t low, std::int64_t high, std::int64_t clientLow, std::int64_t clientHigh,
-                            bool followHigh) noexcept
+std::int64_t ScrollDistance(std::int64_t low, std::int64_t high, std::int64_t clientLow,
+                            std::int64_t clientHigh, bool followHigh) noexcept
 {
     if (low < clientLow) return low - clientLow;
     if (followHigh && high > clientHigh) return std::min(high - clientHigh, low - clientLow);
@@ -63,7 +63,8 @@ bool IsMaximized(const Scdr& node) noexcept
 
 bool IsShownInEditor(const Scdr& node) noexcept
 {
-    return IsSimple(node) && (node.Flags & (FlagMinimized | FlagKeptSize)) == 0 && !IsScdrInsideEmptyAncestor(node);
+    return IsSimple(node) && (node.Flags & (FlagMinimized | FlagKeptSize)) == 0 &&
+           !IsScdrInsideEmptyAncestor(node);
 }
 
 std::int32_t SelectScdr(View& view, Scdr& node, bool setFocus)
@@ -101,8 +102,10 @@ void MoveScdrIntoWindow(View& view)
     Rect64 selection;
     if (!FindHiddenSelection(view, client, selection)) return;
     const bool followEnd = node != view.top;
-    const std::int64_t dx = ScrollDistance(selection.left, selection.right, client.left, client.right, followEnd);
-    const std::int64_t dy = ScrollDistance(selection.top, selection.bottom, client.top, client.bottom, followEnd);
+    const std::int64_t dx =
+        ScrollDistance(selection.left, selection.right, client.left, client.right, followEnd);
+    const std::int64_t dy =
+        ScrollDistance(selection.top, selection.bottom, client.top, client.bottom, followEnd);
     ChangeScrollPositions(view.scroll, dx, dy);
     EditResize(view);
 }

@@ -18,8 +18,10 @@ Span FindSpan(std::int64_t count, std::int64_t low, std::int64_t high, Start sta
     const auto partition = [](std::int64_t first, std::int64_t last, auto before) {
         while (first < last) {
             const std::int64_t middle = first + (last - first) / 2;
-            if (before(middle)) first = middle + 1;
-            else last = middle;
+            if (before(middle))
+                first = middle + 1;
+            else
+                last = middle;
         }
         return first;
     };
@@ -41,7 +43,8 @@ VisibleItems FindInGrid(const Scdr& node, const Rect64& range) noexcept
 {
     const std::int64_t rows = Rows(node);
     const std::int64_t columns = Columns(node);
-    const std::int64_t planeStart = std::min(CurrentPlane(node) * rows * columns, node.ElementCount - rows * columns);
+    const std::int64_t planeStart =
+        std::min(CurrentPlane(node) * rows * columns, node.ElementCount - rows * columns);
     if (node.extra == nullptr || node.extra->rowHeights == nullptr || node.extra->columnWidths == nullptr) {
         return {planeStart, columns, 0, rows, 0, columns}; // not laid out yet: anything may be visible
     }

@@ -15,7 +15,8 @@ protected:
 
 TEST_F(BoxState, AMinimisedBoxIsASquareOfOneLine)
 {
-    Scdr& root = Show(Vec(Word(u"a long text that fills its box"), Characters({9, 9}, std::u16string(81, u'x')), Filled({2, 2})));
+    Scdr& root = Show(Vec(Word(u"a long text that fills its box"),
+                          Characters({9, 9}, std::u16string(81, u'x')), Filled({2, 2})));
     for (std::int64_t i = 0; i < 3; ++i) {
         Select(Item(root, i));
         EXPECT_EQ(MinimizeScdr(view), 0);

@@ -20,7 +20,9 @@ protected:
         for (std::int64_t i = 0; i < node.ElementCount; ++i) {
             switch (node.Type) {
             case TypeBoolean: values.push_back(GetBit(node.data, i) ? 1 : 0); break;
-            case TypeInteger: values.push_back(static_cast<double>(static_cast<const std::int64_t*>(node.data)[i])); break;
+            case TypeInteger:
+                values.push_back(static_cast<double>(static_cast<const std::int64_t*>(node.data)[i]));
+                break;
             case TypeReal: values.push_back(static_cast<const double*>(node.data)[i]); break;
             default: ADD_FAILURE() << "no numbers: type " << node.Type; return values;
             }
@@ -117,8 +119,8 @@ TEST_F(Commit, ALackOfMemoryDoesNotTurnNumbersIntoText)
 {
     Scdr& root = Show(Vec(Integers({2}, {1, 2})));
     Type(Item(root, 0), 0, u"5 6");
-    environment.Operations.CallPrimitiveReturningScdr = [](EditContext* editContext, std::int32_t, const Scdr*,
-                                                           const Scdr*) -> Scdr* {
+    environment.Operations.CallPrimitiveReturningScdr = [](EditContext* editContext, std::int32_t,
+                                                           const Scdr*, const Scdr*) -> Scdr* {
         SetErrorCode(editContext, VTERROR_CODE::WsFull);
         return nullptr;
     };
@@ -145,7 +147,8 @@ TEST_F(Commit, StopsAtTheFirstFailureAndKeepsWhatPassed)
 TEST_F(Commit, ManyChangesTakeOneLayout)
 {
     Scdr& root = Show(Filled({50}));
-    for (std::int64_t i = 0; i < 50; i += 7) Type(Item(root, i), 0, u"xyz");
+    for (std::int64_t i = 0; i < 50; i += 7)
+        Type(Item(root, i), 0, u"xyz");
     EXPECT_TRUE(Check());
     EXPECT_EQ(log.Count("status 131"), 1);
     EXPECT_EQ(Item(root, 49).width, 46);

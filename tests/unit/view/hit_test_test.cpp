@@ -15,8 +15,8 @@ protected:
     bool IsInBox(const Scdr& node, std::int64_t x, std::int64_t y) const
     {
         const std::int64_t margin = view.metrics.margin;
-        return x >= node.originX + margin && x < node.originX + node.width - margin && y >= node.originY + margin &&
-               y < node.originY + node.height - margin;
+        return x >= node.originX + margin && x < node.originX + node.width - margin &&
+               y >= node.originY + margin && y < node.originY + node.height - margin;
     }
 
     // Every item, in order: the first that is hit wins.
@@ -34,17 +34,20 @@ protected:
     void CheckVisible(const Scdr& node, const Rect64& range) const
     {
         const VisibleItems visible = FindVisibleItems(view, node, range);
-        const std::int64_t planeSize = node.Rank < 2 || node.ElementCount == 0 ? ChildCount(node) : Rows(node) * Columns(node);
+        const std::int64_t planeSize =
+            node.Rank < 2 || node.ElementCount == 0 ? ChildCount(node) : Rows(node) * Columns(node);
         ASSERT_GE(visible.planeStart, 0);
         ASSERT_LE(visible.planeStart + planeSize, ChildCount(node));
         ASSERT_LE(visible.endRow * visible.columns, planeSize);
         ASSERT_LE(visible.endColumn, visible.columns);
         for (std::int64_t i = 0; i < planeSize; ++i) {
             const Rect64 box = NodeRect(Item(node, visible.planeStart + i));
-            const bool meets = box.left < range.right && range.left < box.right && box.top < range.bottom && range.top < box.bottom;
+            const bool meets = box.left < range.right && range.left < box.right && box.top < range.bottom &&
+                               range.top < box.bottom;
             const std::int64_t row = i / visible.columns;
             const std::int64_t column = i % visible.columns;
-            const bool found = row >= visible.firstRow && row < visible.endRow && column >= visible.firstColumn && column < visible.endColumn;
+            const bool found = row >= visible.firstRow && row < visible.endRow &&
+                               column >= visible.firstColumn && column < visible.endColumn;
             EXPECT_TRUE(found || !meets) << "item " << i;
         }
     }
@@ -159,12 +162,15 @@ TEST_F(HitTest, AgreesWithTryingEveryItem)
     };
     for (int round = 0; round < 60; ++round) {
         std::vector<std::int64_t> shape(static_cast<std::size_t>(pick(0, 4)));
-        for (std::int64_t& axis : shape) axis = pick(1, 4);
+        for (std::int64_t& axis : shape)
+            axis = pick(1, 4);
         ScdrPtr tree = Filled(shape);
         for (std::int64_t i = 0; i < ChildCount(*tree); ++i) {
             const auto size = static_cast<std::size_t>(pick(0, 9));
             if (pick(0, 2) == 0) {
-                Replace(*tree, i, pick(0, 1) == 0 ? Word(std::u16string(size, u'x')) : Filled({pick(0, 2), pick(0, 3)}));
+                Replace(*tree, i,
+                        pick(0, 1) == 0 ? Word(std::u16string(size, u'x'))
+                                        : Filled({pick(0, 2), pick(0, 3)}));
             }
         }
         Scdr& root = LayOut(std::move(tree));
@@ -186,7 +192,8 @@ TEST_F(HitTest, FindsItemsAnywhereInALargeVector)
     for (const std::int64_t i : {0, 1, 50000, 99998, 99999}) {
         const Scdr& item = Item(root, i);
         EXPECT_EQ(Hit(item.originX + 10, item.originY + 10), &item);
-        const VisibleItems visible = FindVisibleItems(view, root, {item.originX + 10, 0, item.originX + 11, 10});
+        const VisibleItems visible =
+            FindVisibleItems(view, root, {item.originX + 10, 0, item.originX + 11, 10});
         EXPECT_EQ(visible.firstColumn, i);
         EXPECT_EQ(visible.endColumn, i + 1);
     }

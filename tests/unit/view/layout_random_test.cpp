@@ -25,7 +25,8 @@ protected:
     std::vector<std::int64_t> RandomShape(int highestRank)
     {
         std::vector<std::int64_t> shape(static_cast<std::size_t>(Pick(0, highestRank)));
-        for (std::int64_t& axis : shape) axis = Pick(0, 9) == 0 ? 0 : Pick(1, 3);
+        for (std::int64_t& axis : shape)
+            axis = Pick(0, 9) == 0 ? 0 : Pick(1, 3);
         return shape;
     }
 
@@ -35,7 +36,8 @@ protected:
         ScdrPtr node = Allocate(types[Pick(0, 4)], RandomShape(3));
         if (node->Type != TypeCharacter) return node;
         auto* text = static_cast<char16_t*>(node->data);
-        for (std::int64_t i = 0; i < node->ElementCount; ++i) text[i] = u"abW\n"[Pick(0, 3)];
+        for (std::int64_t i = 0; i < node->ElementCount; ++i)
+            text[i] = u"abW\n"[Pick(0, 3)];
         return node;
     }
 
@@ -43,7 +45,8 @@ protected:
     {
         if (depth == 0 || Pick(0, 3) == 0) return RandomSimple();
         ScdrPtr node = Allocate(TypeNested, RandomShape(4));
-        for (std::int64_t i = 0; i < ChildCount(*node); ++i) SetChild(*node, i, RandomTree(depth - 1));
+        for (std::int64_t i = 0; i < ChildCount(*node); ++i)
+            SetChild(*node, i, RandomTree(depth - 1));
         if (Pick(0, 6) == 0) node->Flags |= FlagMinimized;
         return node;
     }
@@ -53,7 +56,8 @@ protected:
         std::int64_t widest = 0;
         for (std::int64_t row = 0; row < node.records.count; ++row) {
             std::int64_t width = 0;
-            for (const char16_t c : RowText(node, row)) width += c == WideCharacter ? 12 : 8;
+            for (const char16_t c : RowText(node, row))
+                width += c == WideCharacter ? 12 : 8;
             widest = std::max(widest, width);
         }
         Box box{widest + 4, 16 * (node.Rank > 2 ? node.Shape[node.Rank - 2] : node.records.count) + 4};
@@ -114,7 +118,8 @@ protected:
     {
         const Box content = ContentBox(node, x, y, place);
         const std::int64_t around = 4 + 2 * view.metrics.margin;
-        const Box box{content.width + around + (node.Rank > 2 ? (node.Rank - 2) * 4 : 0), content.height + around};
+        const Box box{content.width + around + (node.Rank > 2 ? (node.Rank - 2) * 4 : 0),
+                      content.height + around};
         EXPECT_EQ(node.width, box.width);
         EXPECT_EQ(node.height, box.height);
         EXPECT_TRUE((node.Flags & FlagSizeValid) != 0);
@@ -141,7 +146,8 @@ protected:
     Scdr& AnyNode()
     {
         Scdr* node = view.root;
-        while (!IsSimple(*node) && Pick(0, 3) != 0) node = Children(*node)[Pick(0, ChildCount(*node) - 1)];
+        while (!IsSimple(*node) && Pick(0, 3) != 0)
+            node = Children(*node)[Pick(0, ChildCount(*node) - 1)];
         return *node;
     }
 
@@ -169,7 +175,8 @@ protected:
             break;
         case 4:
             if (!IsSimple(node) || node.records.count == 0 || (node.Flags & FlagMinimized) != 0) break;
-            Type(node, Pick(0, node.records.count - 1), std::u16string(static_cast<std::size_t>(Pick(0, 12)), u'W'));
+            Type(node, Pick(0, node.records.count - 1),
+                 std::u16string(static_cast<std::size_t>(Pick(0, 12)), u'W'));
             node.Flags = static_cast<std::uint8_t>(node.Flags & ~FlagSizeValid);
             InvalidateAncestorsSizesAndLaterSiblingsOrigins(node);
             EXPECT_EQ(CalculateScdrSizes(view), 0);
@@ -185,14 +192,13 @@ TEST_F(LayoutRandom, FollowsTheRulesThroughEveryChange)
         SCOPED_TRACE(seed);
         random.seed(seed);
         view.metrics.margin = 5;
-        Scdr& root = Show(NestedOf({}, RandomTree(3)));
+        Show(NestedOf({}, RandomTree(3)));
         CheckLayout();
         for (int step = 0; step < 12 && !HasFailure(); ++step) {
             SCOPED_TRACE(step);
             ChangeSomething();
             CheckLayout();
         }
-        (void)root;
     }
 }
 
@@ -203,7 +209,8 @@ TEST_F(LayoutRandom, ALayoutBrokenOffIsFinishedByTheNext)
         random.seed(seed);
         // Hundreds of boxes, one of which takes so long that the user loses patience.
         std::vector<ScdrPtr> items;
-        for (int i = 0; i < 400; ++i) items.push_back(RandomTree(2));
+        for (int i = 0; i < 400; ++i)
+            items.push_back(RandomTree(2));
         items[static_cast<std::size_t>(Pick(0, 200))] = Characters({}, std::u16string(1, SlowCharacter));
         view.edit.widths.Reset(MeasureForTest, nullptr, 0);
         view.root = view.top = Nested({20, 20}, std::move(items)).release();

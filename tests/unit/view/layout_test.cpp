@@ -1,9 +1,9 @@
 // Boxes whose size a person worked out: edge 2 x 2, margin 5, characters 8 wide, lines 16 high, bars 17, work area 1024 x 768.
 #include "view/layout.h"
 
-#include "view_fixture.h"
 #include "view/options.h"
 #include "view/progress.h"
+#include "view_fixture.h"
 
 namespace vantrel {
 namespace {
@@ -223,7 +223,8 @@ TEST_F(Layout, RowsAndColumnsOfOneItemAreGridsToo)
 
 TEST_F(Layout, FormatsNumbers)
 {
-    const Scdr& node = LayOut(Vec(Integers({2, 2}, {1, 22, 333, 4}), Integers({}, {7}), Integers({3}, {1, 2, 3})));
+    const Scdr& node =
+        LayOut(Vec(Integers({2, 2}, {1, 22, 333, 4}), Integers({}, {7}), Integers({3}, {1, 2, 3})));
     EXPECT_EQ(Item(node, 0).records.count, 2);
     EXPECT_EQ(RowText(Item(node, 1), 0), u"7");
     EXPECT_EQ(RowText(Item(node, 2), 0), u"1 2 3");
@@ -297,12 +298,14 @@ TEST_F(Layout, ReportsFormattingWhenThePercentageGrows)
     EXPECT_EQ(log.statuses.front(), (StatusText{129, -1, false}));
     const std::vector<std::int32_t> percents = log.Percents(130);
     ASSERT_EQ(percents.size(), 100u);
-    for (std::int32_t i = 0; i < 100; ++i) EXPECT_EQ(percents[static_cast<std::size_t>(i)], i + 1);
+    for (std::int32_t i = 0; i < 100; ++i)
+        EXPECT_EQ(percents[static_cast<std::size_t>(i)], i + 1);
 }
 
 TEST_F(Layout, CountsRowsOfMatricesInTheProgress)
 {
-    EXPECT_EQ(CountSimpleScdrRows(*Vec(Word(u"a"), Characters({2, 3, 1}, u"abcdef"), Characters({0, 5}, u""))), 7);
+    EXPECT_EQ(
+        CountSimpleScdrRows(*Vec(Word(u"a"), Characters({2, 3, 1}, u"abcdef"), Characters({0, 5}, u""))), 7);
 }
 
 TEST_F(Layout, AQuietViewSaysNothing)
@@ -333,7 +336,8 @@ TEST_F(Layout, ProgressShowsOnlyGrownPercentages)
     LayoutProgress progress;
     progress.total = 1000;
     progress.stringId = 132;
-    for (int i = 0; i < 9; ++i) AddProgress(view, progress, 1);
+    for (int i = 0; i < 9; ++i)
+        AddProgress(view, progress, 1);
     EXPECT_TRUE(log.statuses.empty());
     AddProgress(view, progress, 1);
     AddProgress(view, progress, 9);
@@ -361,7 +365,8 @@ TEST_F(Layout, AnInterruptStopsFormatting)
     ScdrPtr tree = Filled({1000});
     log.interrupt = true;
     log.onStatus = [](const StatusText& status) {
-        if (status.id == 130 && status.percent == 5) std::this_thread::sleep_for(std::chrono::milliseconds(130));
+        if (status.id == 130 && status.percent == 5)
+            std::this_thread::sleep_for(std::chrono::milliseconds(130));
     };
     EXPECT_NE(FormatScdr(view, *tree), 0);
     EXPECT_EQ(log.polls, 1);
@@ -382,7 +387,8 @@ TEST_F(Layout, AnInterruptStopsANumberArrayInTheMiddle)
     for (std::int64_t rows = 100000; log.polls == 0; rows *= 4) {
         ScdrPtr tree = Allocate(TypeReal, {rows, 4});
         auto* values = static_cast<double*>(WritableData(*tree));
-        for (std::int64_t i = 0; i < rows * 4; ++i) values[i] = 1.0 / static_cast<double>(i + 3);
+        for (std::int64_t i = 0; i < rows * 4; ++i)
+            values[i] = 1.0 / static_cast<double>(i + 3);
         const bool stopped = FormatScdr(view, *tree) != 0;
         EXPECT_EQ(stopped, log.polls > 0);
         EXPECT_EQ(tree->records.count, stopped ? 0 : rows);
@@ -421,7 +427,8 @@ TEST_F(Layout, MeasuresARecordOnlyOnce)
     view.edit.widths.Reset(
         [](void*, char16_t first, char16_t last, std::int32_t* widths) {
             ++measured;
-            for (std::int32_t c = first; c <= last; ++c) *widths++ = 8;
+            for (std::int32_t c = first; c <= last; ++c)
+                *widths++ = 8;
         },
         nullptr, 0);
     Scdr& node = LayOut(Vec(Word(u"a"), Word(u"b")));
@@ -435,7 +442,8 @@ TEST_F(Layout, MeasuresARecordOnlyOnce)
 TEST_F(Layout, DeepNestingFitsTheStack)
 {
     ScdrPtr tree = Word(u"abc");
-    for (int depth = 0; depth < 3000; ++depth) tree = depth % 2 == 0 ? NestedOf({1}, std::move(tree)) : NestedOf({1, 1}, std::move(tree));
+    for (int depth = 0; depth < 3000; ++depth)
+        tree = depth % 2 == 0 ? NestedOf({1}, std::move(tree)) : NestedOf({1, 1}, std::move(tree));
     const Scdr& node = LayOut(std::move(tree));
     EXPECT_EQ(node.width, 46 + 3000 * 14);
     EXPECT_EQ(node.height, 38 + 3000 * 14);

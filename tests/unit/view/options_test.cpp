@@ -41,7 +41,8 @@ TEST_F(ViewOptionsTest, EachOptionHasItsOwnField)
         (void)SetViewOption(changed, id, !ViewOptionTable()[i].defaultValue);
         for (std::int32_t k = 0; k < ViewOptionCount; ++k) {
             const ViewOptionRow& row = ViewOptionTable()[k];
-            EXPECT_EQ(GetViewOption(changed, row.id), row.defaultValue != (row.id == id)) << id << " " << row.id;
+            EXPECT_EQ(GetViewOption(changed, row.id), row.defaultValue != (row.id == id))
+                << id << " " << row.id;
         }
     }
 }

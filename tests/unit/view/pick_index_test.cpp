@@ -33,7 +33,8 @@ protected:
     {
         EXPECT_EQ(FindPickIndex(view, Of(node).c_str()), &node);
         if (node.ElementCount == 0) return;
-        for (std::int64_t i = 0; i < ChildCount(node); ++i) ExpectRoundTrip(Item(node, i));
+        for (std::int64_t i = 0; i < ChildCount(node); ++i)
+            ExpectRoundTrip(Item(node, i));
     }
 };
 
@@ -79,7 +80,8 @@ TEST_F(PickIndex, WritesEveryAxisOfHighRanks)
 
 TEST_F(PickIndex, ReadsBackWhatItWrites)
 {
-    Scdr& root = LayOut(Vec(Filled({2, 3, 2}), NestedOf({}, NestedOf({}, Filled({4}))), Filled({1, 1}), NestedOf({0}, Word(u"p"))));
+    Scdr& root = LayOut(Vec(Filled({2, 3, 2}), NestedOf({}, NestedOf({}, Filled({4}))), Filled({1, 1}),
+                            NestedOf({0}, Word(u"p"))));
     ExpectRoundTrip(root);
 }
 

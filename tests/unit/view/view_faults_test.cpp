@@ -9,8 +9,10 @@ class ViewFaults : public ViewTest {
 protected:
     ScdrPtr RichTree()
     {
-        return Vec(Characters({3, 2}, u"abcdef"), Word(u"two\nlines"), Integers({2, 2}, {1, 2, 3, 4}), Integers({3}, {1, 2, 3}),
-                   NestedOf({2, 1, 2}, Word(u"a"), Characters({40, 90}, std::u16string(3600, u'x')), Word(u"b"), Integers({}, {5})));
+        return Vec(Characters({3, 2}, u"abcdef"), Word(u"two\nlines"), Integers({2, 2}, {1, 2, 3, 4}),
+                   Integers({3}, {1, 2, 3}),
+                   NestedOf({2, 1, 2}, Word(u"a"), Characters({40, 90}, std::u16string(3600, u'x')),
+                            Word(u"b"), Integers({}, {5})));
     }
 
     std::vector<std::int64_t> Geometry(const Scdr& node) const
@@ -36,7 +38,8 @@ protected:
                 ArmAllocationFault(nth, sticky);
                 const bool succeeded = attempt();
                 const std::int64_t fired = DisarmAllocationFault();
-                EXPECT_EQ(environment.ErrorCode, succeeded ? VTERROR_CODE::NoError : VTERROR_CODE::OutOfMemory);
+                EXPECT_EQ(environment.ErrorCode,
+                          succeeded ? VTERROR_CODE::NoError : VTERROR_CODE::OutOfMemory);
                 verify(succeeded);
                 environment.ErrorCode = VTERROR_CODE::NoError;
                 EXPECT_EQ(ShowTree(view, nullptr), 0);
@@ -80,7 +83,9 @@ TEST_F(ViewFaults, CommittingNeverLosesText)
     const std::u16string texts[] = {u"typed", u"9 8 7", u"66 77"};
     Sweep(
         [&] {
-            ASSERT_EQ(ShowTree(view, Vec(Word(u"abc"), Integers({3}, {1, 2, 3}), Integers({2, 2}, {1, 2, 3, 4}))), 0);
+            ASSERT_EQ(
+                ShowTree(view, Vec(Word(u"abc"), Integers({3}, {1, 2, 3}), Integers({2, 2}, {1, 2, 3, 4}))),
+                0);
             ASSERT_EQ(SelectScdr(view, Item(*view.root, 0), false), 0);
             ASSERT_EQ(MaximizeScdr(view), 0);
             Type(Item(*view.root, 0), 0, texts[0]);

@@ -43,7 +43,8 @@ struct EffectLog {
     [[nodiscard]] int Count(const std::string& call) const
     {
         int count = 0;
-        for (const std::string& made : calls) count += made == call ? 1 : 0;
+        for (const std::string& made : calls)
+            count += made == call ? 1 : 0;
         return count;
     }
     [[nodiscard]] std::vector<std::int32_t> Percents(std::int32_t id) const
@@ -99,7 +100,9 @@ inline ViewEffects RecordingEffects()
         LogOf(view).calls.push_back(std::string(scalar ? "begin scalar" : "begin array") +
                                     (readOnly ? " read only" : ""));
     };
-    effects.placeEditor = [](View& view, const Rect64* place) { LogOf(view).calls.push_back(PlaceText(place)); };
+    effects.placeEditor = [](View& view, const Rect64* place) {
+        LogOf(view).calls.push_back(PlaceText(place));
+    };
     effects.reloadEditor = [](View& view) { LogOf(view).calls.push_back("reload"); };
     effects.showEditorPlane = [](View& view) { LogOf(view).calls.push_back("plane"); };
     effects.hideEditor = [](View& view) { LogOf(view).calls.push_back("hide"); };
@@ -143,10 +146,7 @@ protected:
         view.edit.widths.Reset(MeasureForTest, nullptr, 0);
         ResizeClient(400, 300);
     }
-    ~ViewTest() override
-    {
-        FreeScdr(&view.root);
-    }
+    ~ViewTest() override { FreeScdr(&view.root); }
 
     void ResizeClient(std::int64_t width, std::int64_t height)
     {
@@ -156,7 +156,8 @@ protected:
 
     ScdrPtr Allocate(std::uint32_t type, const std::vector<std::int64_t>& shape)
     {
-        return AllocateScdr(&context, nullptr, type, static_cast<std::int32_t>(shape.size()), shape.data(), true);
+        return AllocateScdr(&context, nullptr, type, static_cast<std::int32_t>(shape.size()), shape.data(),
+                            true);
     }
     ScdrPtr Characters(const std::vector<std::int64_t>& shape, const std::u16string& text)
     {
@@ -199,7 +200,8 @@ protected:
     ScdrPtr Filled(const std::vector<std::int64_t>& shape)
     {
         ScdrPtr node = Allocate(TypeNested, shape);
-        for (std::int64_t i = 0; i < ChildCount(*node); ++i) SetChild(*node, i, Word(u"a"));
+        for (std::int64_t i = 0; i < ChildCount(*node); ++i)
+            SetChild(*node, i, Word(u"a"));
         return node;
     }
 
@@ -243,7 +245,8 @@ protected:
         return {static_cast<const char16_t*>(node.data), static_cast<std::size_t>(node.ElementCount)};
     }
 
-    static Scdr* CallPrimitive(EditContext* editContext, std::int32_t primitive, const Scdr* argument, const Scdr*)
+    static Scdr* CallPrimitive(EditContext* editContext, std::int32_t primitive, const Scdr* argument,
+                               const Scdr*)
     {
         auto& test = *static_cast<ViewTest*>(editContext->host);
         ++test.primitiveCalls;
