@@ -30,6 +30,7 @@ ViewEffects NoEffects()
     effects.placeEditor = [](View&, const Rect64*) {};
     effects.reloadEditor = [](View&) {};
     effects.showEditorPlane = [](View&) {};
+    effects.moveEditorCaret = [](View&, std::int64_t, std::int64_t) {};
     effects.hideEditor = [](View&) {};
     effects.setFocus = [](View&) {};
     return effects;

@@ -100,14 +100,15 @@ wine "$workbench" "$(wine_path "$file")" >"$logs/demo-workbench.log" 2>&1 </dev/
 editor=$!
 started+=("$editor")
 
+# The title is the file's name, so the window is known by its program.
 window=
-for _ in $(seq 300); do
-    window=$(xdotool search --onlyvisible --name Vantrel 2>/dev/null | tail -n 1) || true
+for _ in $(seq 600); do
+    window=$(xdotool search --onlyvisible --class vantrel-workbench 2>/dev/null | tail -n 1) || true
     [ -n "$window" ] && break
     kill -0 "$editor" 2>/dev/null || fail "the workbench ended without showing a window" "$logs/demo-workbench.log"
     sleep 0.1
 done
-[ -n "$window" ] || fail "no window of the editor appeared within 30 seconds" "$logs/demo-workbench.log"
+[ -n "$window" ] || fail "no window of the editor appeared within a minute" "$logs/demo-workbench.log"
 
 # Shown is not yet painted: two pictures in a row must be the same.
 previous=

@@ -37,7 +37,7 @@ void SurveyShape(const Scdr& item, bool first, ItemSurvey& survey)
         survey.rank = item.Rank;
         survey.shape = AllocateArray<std::int64_t>(item.Rank);
         survey.equalShapes = first;
-        std::fill_n(survey.shape.get(), item.Rank, first ? 0 : 1); // scalars before this item are one long
+        std::fill_n(survey.shape.get(), item.Rank, 0);
     }
     if (item.Rank != survey.rank) throw VTERROR_CODE::RankError;
     for (std::int32_t axis = 0; axis < item.Rank; ++axis) {
@@ -48,7 +48,7 @@ void SurveyShape(const Scdr& item, bool first, ItemSurvey& survey)
     }
 }
 
-// A scalar that comes after longer items still needs room where an axis is empty.
+// A scalar needs room along every axis, also where all other items are empty.
 void MakeRoomForScalars(ItemSurvey& survey)
 {
     for (std::int32_t axis = 0; axis < survey.rank; ++axis) {

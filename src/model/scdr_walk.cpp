@@ -33,14 +33,13 @@ Scdr* LastLeaf(Scdr* node) noexcept
     return node;
 }
 
-// What is shown in the node's place: the outermost minimised array around it, so that the selection never lands inside a closed box.
+// What is selected in the node's place: the innermost minimised array around it, the root excluded.
 Scdr* ClosedBoxAround(Scdr* node) noexcept
 {
-    Scdr* shown = node;
     for (Scdr* ancestor = node; ancestor->parent != nullptr; ancestor = ancestor->parent) {
-        if ((ancestor->Flags & FlagMinimized) != 0) shown = ancestor;
+        if ((ancestor->Flags & FlagMinimized) != 0) return ancestor;
     }
-    return shown;
+    return node;
 }
 
 Scdr* PreviousByTab(Scdr& node) noexcept

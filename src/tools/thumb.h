@@ -12,7 +12,7 @@ struct Thumb {
 };
 
 // The thumb is to the track as the page to the data, but at least `shortest` long; at the last position it touches the track's end.
-[[nodiscard]] Thumb PlaceThumb(std::int32_t track, std::int32_t shortest, std::int64_t dataSize, std::int64_t pageSize,
-                               std::int64_t position) noexcept;
+[[nodiscard]] Thumb PlaceThumb(std::int32_t track, std::int32_t shortest, std::int64_t dataSize,
+                               std::int64_t pageSize, std::int64_t position) noexcept;
 
 } // namespace vantrel

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "entry/trace.h"
+#include "model/edit_state.h"
 #include "model/rebuild.h"
 #include "view/busy.h"
 #include "view/layout.h"
@@ -16,6 +17,11 @@ struct Commit {
     View& view;
     bool replacedAny;
     bool editorKindChanged; // a scalar became a vector or the other way round while the editor stands over it
+};
+
+struct CaretPlace {
+    std::int64_t column = 0;
+    std::int64_t line = 0;
 };
 
 bool IsEdited(const Scdr& node) noexcept
@@ -83,7 +89,7 @@ Scdr& TakePlace(View& view, Scdr& node, ScdrPtr fresh) noexcept
     if (node.parent != nullptr) {
         SetChild(*node.parent, IndexInParent(node), std::move(fresh));
     } else {
-        fresh.release();
+        static_cast<void>(fresh.release());
     }
     Scdr* old = &node;
     FreeScdr(&old);
@@ -94,6 +100,24 @@ void ReloadEditor(View& view)
 {
     const Scdr* node = Selected(view);
     if (view.editorActive && node != nullptr && IsShownInEditor(*node)) view.effects.reloadEditor(view);
+}
+
+CaretPlace CaretOf(const View& view) noexcept
+{
+    const Scdr* const node = Selected(view);
+    if (node == nullptr || node->editState == nullptr) return {};
+    return {node->editState->caretColumn, node->editState->caretLine};
+}
+
+// Saving in the middle of a word must not send what is typed next to the start of the text.
+void PutCaretBack(View& view, const CaretPlace& caret)
+{
+    const Scdr* const node = Selected(view);
+    if (!view.editorActive || node == nullptr || !IsSimple(*node) || node->records.count == 0) return;
+    const std::int64_t line = std::clamp<std::int64_t>(caret.line, 0, std::max<std::int64_t>(ShownRows(*node), 1) - 1);
+    const std::int64_t length = GetRecord(node->records, FirstShownRow(*node) + line).length;
+    const std::int64_t column = std::min(caret.column, length);
+    if (column != 0 || line != 0) view.effects.moveEditorCaret(view, column, line);
 }
 
 bool CheckSimpleScdr(Commit& commit, Scdr& node)
@@ -129,7 +153,7 @@ bool CheckNode(Commit& commit, Scdr& node)
 }
 
 // One new layout for all that was replaced.
-void FollowReplacements(const Commit& commit)
+void FollowReplacements(const Commit& commit, const CaretPlace& caret)
 {
     View& view = commit.view;
     view.effects.invalidate(view);
@@ -138,6 +162,7 @@ void FollowReplacements(const Commit& commit)
     if (commit.editorKindChanged) EditBegin(view);
     ReloadEditor(view);
     EditResize(view);
+    PutCaretBack(view, caret);
     view.effects.notifyFrame(view, ViewNotifyMenu);
     view.effects.notifyFrame(view, ViewNotifyState);
 }
@@ -148,9 +173,10 @@ std::int32_t CheckScdr(View& view, Scdr& node)
 {
     TraceScope trace("commit.cpp", "CheckScdr");
     const BusyMark busy(view);
+    const CaretPlace caret = CaretOf(view);
     Commit commit{view, false, false};
     const bool passed = CheckNode(commit, node);
-    if (commit.replacedAny) FollowReplacements(commit);
+    if (commit.replacedAny) FollowReplacements(commit, caret);
     if (!passed) view.effects.notifyFrame(view, ViewNotifyError);
     return passed ? 1 : 0;
 }
@@ -159,6 +185,7 @@ std::int32_t CheckAndAlignScdr(View& view)
 {
     TraceScope trace("commit.cpp", "CheckAndAlignScdr");
     const BusyMark busy(view);
+    const CaretPlace caret = CaretOf(view);
     if (view.root == nullptr || CheckScdr(view, *view.root) == 0) return 0;
     const auto quiet = static_cast<std::uint8_t>(view.flags & ViewQuiet);
     view.flags |= ViewQuiet;
@@ -167,6 +194,7 @@ std::int32_t CheckAndAlignScdr(View& view)
     SetScrollBarsDataSizeFromScdr(view);
     ReloadEditor(view);
     EditResize(view);
+    PutCaretBack(view, caret);
     view.effects.invalidate(view);
     view.effects.notifyFrame(view, ViewNotifyState);
     view.effects.notifyFrame(view, ViewNotifyMenu);

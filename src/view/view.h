@@ -57,6 +57,7 @@ struct ViewEffects {
     void (*placeEditor)(View& view, const Rect64* windowRect); // null: maximised, only redraw
     void (*reloadEditor)(View& view);
     void (*showEditorPlane)(View& view);
+    void (*moveEditorCaret)(View& view, std::int64_t column, std::int64_t line); // from the start of the text
     void (*hideEditor)(View& view);
     void (*setFocus)(View& view); // SetScdrFocus
 };

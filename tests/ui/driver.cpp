@@ -27,7 +27,7 @@ constexpr UINT GetSelectedMessage = 32978;
 constexpr UINT GetBusyMessage = 32986;
 constexpr int ExitForce = 4110;
 constexpr int PollMilliseconds = 10;
-constexpr int PatienceMilliseconds = 30000;
+constexpr int PatienceMilliseconds = 15000;
 constexpr int TestLimitSeconds = 60;
 
 bool PollUntil(const std::function<bool()>& condition)
@@ -145,10 +145,29 @@ private:
     std::thread thread_;
 };
 
+// Loading the display driver from one thread while another loads the library locks the two against each other.
+void WarmUp()
+{
+    ReleaseDC(nullptr, GetDC(nullptr));
+    static_cast<void>(Library());
+}
+
 std::string TestName()
 {
     const auto* const test = testing::UnitTest::GetInstance()->current_test_info();
     return test == nullptr ? "test" : std::string(test->test_suite_name()) + "." + test->name();
+}
+
+// The modal edit cannot be ended from outside, so the program ends and says what it saw.
+void GiveUp(const User& user)
+{
+    const std::u16string status = user.StatusText();
+    std::fprintf(stderr, "%s: the window does not close; busy %d, status \"%s\"\n", TestName().c_str(),
+                 static_cast<int>(SendMessageW(user.Client(), GetBusyMessage, 0, 0)),
+                 std::string(status.begin(), status.end()).c_str());
+    for (const std::string& failure : user.Failures()) std::fprintf(stderr, "  not so: %s\n", failure.c_str());
+    std::fflush(stderr);
+    TerminateProcess(GetCurrentProcess(), 3);
 }
 
 void PlayUser(User& user, const Script& script, const std::atomic<bool>& editEnded, bool& windowCame)
@@ -159,7 +178,7 @@ void PlayUser(User& user, const Script& script, const std::atomic<bool>& editEnd
     if (user.WaitForWindow()) script(user);
     if (user.IsOpen()) {
         PostMessageW(user.Frame(), WM_COMMAND, ExitForce, 0);
-        PollUntil([&] { return !user.IsOpen(); });
+        if (!PollUntil([&] { return !user.IsOpen(); })) GiveUp(user);
     }
 }
 
@@ -237,8 +256,9 @@ HWND User::Editor() const
 
 void User::Wait()
 {
-    for (int round = 0; round < 2 && IsOpen(); ++round) {
-        Sleep(15);
+    // Messages that are sent overtake the input that is on its way, hence the pauses.
+    for (int round = 0; round < 3 && IsOpen(); ++round) {
+        Sleep(30);
         DWORD_PTR answer = 0;
         SendMessageTimeoutW(frame_, WM_NULL, 0, 0, SMTO_NORMAL, PatienceMilliseconds, &answer);
     }
@@ -328,7 +348,7 @@ std::wstring User::AnswerBox(const wchar_t* title, int button)
 std::u16string User::StatusText() const
 {
     wchar_t text[1024] = {};
-    SendMessageW(Status(), SB_GETTEXTW, 255, reinterpret_cast<LPARAM>(text));
+    SendMessageW(Status(), SB_GETTEXTW, 0, reinterpret_cast<LPARAM>(text));
     return reinterpret_cast<const char16_t*>(text);
 }
 
@@ -348,6 +368,7 @@ std::wstring User::Title() const
 
 Picture User::Shot(HWND window) const
 {
+    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
     RECT client{};
     GetClientRect(window, &client);
     Picture picture(client.right, client.bottom);
@@ -385,6 +406,7 @@ void User::Expect(bool condition, const char* what)
 Outcome RunEdit(fake::Interpreter& interpreter, const fake::Array& argument, const Script& script,
                 const fake::EditOptions& options)
 {
+    WarmUp();
     const Watchdog watchdog(TestName());
     Outcome outcome;
     User user;

@@ -83,7 +83,7 @@ TEST_F(Road, SaveKeepsTheWindowOpenAndSaysSo)
         user.Key('S', {VK_CONTROL});
         user.Expect(user.IsOpen(), "Save keeps the window");
         user.ExpectEqual(user.StatusText(), u"Data saved", "the status bar says that the data were saved");
-        user.Type(u"2");
+        user.Type(u"2"); // goes on where the caret was
         user.Command(Save);
         user.Command(Exit);
     });
@@ -159,12 +159,21 @@ TEST_F(Road, AScalarCharacterIsReplacedByTheNextOne)
     EXPECT_EQ(TextOfArray(outcome.edit.result), u"b");
 }
 
-TEST_F(Road, TextThatIsNoNumberKeepsTheWindowAndTheText)
+TEST_F(Road, TextThatIsNoNumberIsKeptAsCharacters)
 {
-    const Array argument = IntegerArray(ElementType::Int32, {2}, {1, 2});
-    const Outcome outcome = RunEdit(interpreter, argument, [](User& user) {
-        user.Type(u"1e"); // "1e1 2" is good, so spoil it
+    const Outcome outcome = RunEdit(interpreter, IntegerArray(ElementType::Int32, {2}, {1, 2}), [](User& user) {
         user.Key(VK_END);
+        user.Type(u"..");
+        user.Command(SaveAndClose);
+    });
+    ASSERT_TRUE(outcome.edit.hasResult);
+    EXPECT_EQ(TextOfArray(outcome.edit.result), u"1 2..");
+    EXPECT_FALSE(outcome.edit.error.signalled);
+}
+
+TEST_F(Road, ARowThatIsNoNumberKeepsTheMatrixAndTheWindow)
+{
+    const Outcome outcome = RunEdit(interpreter, IntegerArray(ElementType::Int32, {2, 2}, {1, 2, 3, 4}), [](User& user) {
         user.Type(u"..");
         user.Command(SaveAndClose);
         user.Expect(user.IsOpen(), "a failing save keeps the window open");
@@ -174,7 +183,8 @@ TEST_F(Road, TextThatIsNoNumberKeepsTheWindowAndTheText)
         user.Expect(!user.IsOpen(), "the mended text is saved");
     });
     ASSERT_TRUE(outcome.edit.hasResult);
-    EXPECT_TRUE(SameValues(outcome.edit.result, FloatArray({2}, {10, 2}))) << Dump(outcome.edit.result);
+    EXPECT_TRUE(SameValues(outcome.edit.result, IntegerArray(ElementType::Int32, {2, 2}, {1, 2, 3, 4})))
+        << Dump(outcome.edit.result);
 }
 
 TEST_F(Road, RevertBringsTheArrayBackAsHandedOver)

@@ -31,7 +31,10 @@ HANDLE g_carriedFont = nullptr;
 // A device context without a window, with a font selected.
 class FontDc {
 public:
-    explicit FontDc(HFONT font) noexcept : dc_(CreateCompatibleDC(nullptr)), previous_(SelectObject(dc_, font)) {}
+    explicit FontDc(HFONT font) noexcept
+        : dc_(CreateCompatibleDC(nullptr)), previous_(SelectObject(dc_, font))
+    {
+    }
     ~FontDc()
     {
         SelectObject(dc_, previous_);
@@ -63,14 +66,17 @@ std::int32_t MeasureCharacter(HDC dc, char16_t character) noexcept
 // Some faces claim one width and keep to it only for Latin text, so the claim is checked on everything that will be measured anyway.
 bool IsFixedPitch(HDC dc, const TEXTMETRICW& metrics) noexcept
 {
-    if ((metrics.tmPitchAndFamily & TMPF_FIXED_PITCH) != 0) return false; // the bit means the opposite of its name
+    if ((metrics.tmPitchAndFamily & TMPF_FIXED_PITCH) != 0)
+        return false; // the bit means the opposite of its name
     std::int32_t latin[255];
     MeasureCharacters(dc, 1, 255, latin);
     const std::int32_t width = latin[u'0' - 1];
     const auto isOther = [dc, width](char16_t character) { return MeasureCharacter(dc, character) != width; };
     // Control characters are never drawn as such and some faces give them no width.
-    if (std::any_of(latin + 31, latin + 126, [width](std::int32_t other) { return other != width; })) return false;
-    if (std::any_of(latin + 159, latin + 255, [width](std::int32_t other) { return other != width; })) return false;
+    if (std::any_of(latin + 31, latin + 126, [width](std::int32_t other) { return other != width; }))
+        return false;
+    if (std::any_of(latin + 159, latin + 255, [width](std::int32_t other) { return other != width; }))
+        return false;
     if (std::any_of(ArraySymbols, std::end(ArraySymbols) - 1, isOther)) return false;
     return std::none_of(FullWidthProbes, std::end(FullWidthProbes) - 1, isOther);
 }
@@ -131,7 +137,8 @@ bool DefaultFontLoad() noexcept
     const TraceScope trace("fonts.cpp", "DefaultFontLoad");
     if (g_carriedFont != nullptr || IsDefaultFaceInstalled()) return true;
     const HINSTANCE module = ModuleInstance();
-    const HRSRC resource = FindResourceW(module, MAKEINTRESOURCEW(IDF_DEFAULT_FONT), MAKEINTRESOURCEW(8)); // RT_FONT
+    const HRSRC resource =
+        FindResourceW(module, MAKEINTRESOURCEW(IDF_DEFAULT_FONT), MAKEINTRESOURCEW(8)); // RT_FONT
     if (resource == nullptr) return false;
     void* bytes = LockResource(LoadResource(module, resource));
     if (bytes == nullptr) return false;
@@ -185,7 +192,8 @@ void FontMeasurer::Open(HFONT font, CharWidths& widths)
     }
     widths.Reset(&MeasureCharacters, device_, 0);
     widths.Prepare(1, 255);
-    for (const char16_t* symbol = ArraySymbols; *symbol != u'\0'; ++symbol) widths.Prepare(*symbol, *symbol);
+    for (const char16_t* symbol = ArraySymbols; *symbol != u'\0'; ++symbol)
+        widths.Prepare(*symbol, *symbol);
 }
 
 void FontMeasurer::Close() noexcept

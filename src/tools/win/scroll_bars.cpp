@@ -15,20 +15,28 @@ std::uint32_t PageOf(const ScrollInformation& information) noexcept
     return static_cast<std::uint32_t>(std::clamp<std::int64_t>(information.pageSize, 0, Most));
 }
 
-int BarOf(ScrollAxis axis) noexcept { return axis == ScrollAxis::Horizontal ? SB_HORZ : SB_VERT; }
+int BarOf(ScrollAxis axis) noexcept
+{
+    return axis == ScrollAxis::Horizontal ? SB_HORZ : SB_VERT;
+}
 
 void UpdateWindowBar(ScrollRecord& record, ScrollAxis axis)
 {
-    QmSetScrollInfo(record.window, BarOf(axis), axis == ScrollAxis::Horizontal ? record.horizontal : record.vertical);
+    QmSetScrollInfo(record.window, BarOf(axis),
+                    axis == ScrollAxis::Horizontal ? record.horizontal : record.vertical);
 }
 
-void InvalidateWindow(ScrollRecord& record) { InvalidateRect(record.window, nullptr, FALSE); }
+void InvalidateWindow(ScrollRecord& record)
+{
+    InvalidateRect(record.window, nullptr, FALSE);
+}
 
 constexpr ScrollEffects WindowEffects = {&UpdateWindowBar, &InvalidateWindow};
 
 std::int64_t DeltaOfCode(const ScrollRecord& record, ScrollAxis axis, std::int32_t code) noexcept
 {
-    const ScrollInformation& information = axis == ScrollAxis::Horizontal ? record.horizontal : record.vertical;
+    const ScrollInformation& information =
+        axis == ScrollAxis::Horizontal ? record.horizontal : record.vertical;
     const std::int64_t track = GetScrollPos64(record.window, BarOf(axis), SIF_TRACKPOS, information.dataSize);
     return ScrollCodeDelta(code, axis, information.position, track);
 }
@@ -94,9 +102,10 @@ bool OnMouseWheel(ScrollRecord& record, std::uint32_t keys, std::int32_t delta, 
                   std::int64_t lineHeight) noexcept
 {
     const TraceScope trace("scroll_bars.cpp", "OnMouseWheel");
-    if ((keys & (MK_LBUTTON | MK_RBUTTON | MK_MBUTTON | MK_CONTROL)) != 0 || GetKeyState(VK_MENU) < 0) return false;
-    const WheelScroll distance = WheelDistance(record, delta, (keys & MK_SHIFT) != 0, GetNumScrollLines(),
-                                               characterWidth, lineHeight);
+    if ((keys & (MK_LBUTTON | MK_RBUTTON | MK_MBUTTON | MK_CONTROL)) != 0 || GetKeyState(VK_MENU) < 0)
+        return false;
+    const WheelScroll distance =
+        WheelDistance(record, delta, (keys & MK_SHIFT) != 0, GetNumScrollLines(), characterWidth, lineHeight);
     if (distance.dx == 0 && distance.dy == 0) return false;
     ChangeScrollPositions(record, distance.dx, distance.dy);
     return true;

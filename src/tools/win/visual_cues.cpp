@@ -42,7 +42,8 @@ std::unique_ptr<Gdiplus::Bitmap> LoadPng(UINT id)
     const HRSRC resource = FindResourceW(module, MAKEINTRESOURCEW(id), L"PNG");
     if (resource == nullptr) return nullptr;
     const void* const bytes = LockResource(LoadResource(module, resource));
-    IStream* const stream = SHCreateMemStream(static_cast<const BYTE*>(bytes), SizeofResource(module, resource));
+    IStream* const stream =
+        SHCreateMemStream(static_cast<const BYTE*>(bytes), SizeofResource(module, resource));
     if (stream == nullptr) return nullptr;
     auto bitmap = std::make_unique<Gdiplus::Bitmap>(stream);
     stream->Release(); // the bitmap has a reference of its own
@@ -81,7 +82,8 @@ Gdiplus::Rect PlaceAtSide(const RECT& area, std::size_t side, int width, int hei
     }
 }
 
-void DrawVisualCue(Gdiplus::Graphics& graphics, Gdiplus::Bitmap* picture, const Gdiplus::Rect& place, std::int32_t opacity)
+void DrawVisualCue(Gdiplus::Graphics& graphics, Gdiplus::Bitmap* picture, const Gdiplus::Rect& place,
+                   std::int32_t opacity)
 {
     if (picture == nullptr) return;
     const auto alpha = static_cast<float>(std::clamp(opacity, 0, 100)) / 100.0F;
@@ -102,8 +104,10 @@ void DrawSide(Gdiplus::Graphics& graphics, const CuePictures& pictures, const RE
     Gdiplus::Bitmap* const arrow = pictures.arrows[side].get();
     if (edge == nullptr || arrow == nullptr) return;
     const bool upright = side % 2 == 0;
-    const int edgeWidth = upright ? static_cast<int>(edge->GetWidth()) : static_cast<int>(area.right - area.left);
-    const int edgeHeight = upright ? static_cast<int>(area.bottom - area.top) : static_cast<int>(edge->GetHeight());
+    const int edgeWidth =
+        upright ? static_cast<int>(edge->GetWidth()) : static_cast<int>(area.right - area.left);
+    const int edgeHeight =
+        upright ? static_cast<int>(area.bottom - area.top) : static_cast<int>(edge->GetHeight());
     DrawVisualCue(graphics, edge, PlaceAtSide(area, side, edgeWidth, edgeHeight), edgeOpacity);
     const int arrowWidth = static_cast<int>(arrow->GetWidth());
     const int arrowHeight = static_cast<int>(arrow->GetHeight());

@@ -75,7 +75,8 @@ RECT QmGetClientRectangle(HWND window) noexcept
 
 HWND GetTopWindowOf(HWND window) noexcept
 {
-    while (window != nullptr && (GetWindowLongPtrW(window, GWL_STYLE) & WS_CHILD) != 0) window = GetParent(window);
+    while (window != nullptr && (GetWindowLongPtrW(window, GWL_STYLE) & WS_CHILD) != 0)
+        window = GetParent(window);
     return window;
 }
 
@@ -114,8 +115,8 @@ PaintBuffer::~PaintBuffer()
 
 void PaintBuffer::Present(const RECT& part) noexcept
 {
-    BitBlt(target_, part.left, part.top, part.right - part.left, part.bottom - part.top, dc_, part.left, part.top,
-           SRCCOPY);
+    BitBlt(target_, part.left, part.top, part.right - part.left, part.bottom - part.top, dc_, part.left,
+           part.top, SRCCOPY);
 }
 
 } // namespace vantrel

@@ -29,7 +29,9 @@ TRIVERTEX GradientVertex(const Rect64& rect, COLORREF left, COLORREF right, LONG
 {
     const auto width = static_cast<double>(std::max<std::int64_t>(rect.right - rect.left, 1));
     const double part = static_cast<double>(x - rect.left) / width;
-    const auto mix = [part](int from, int to) { return static_cast<COLOR16>((from + (to - from) * part) * 256); };
+    const auto mix = [part](int from, int to) {
+        return static_cast<COLOR16>((from + (to - from) * part) * 256);
+    };
     return {x,
             y,
             mix(GetRValue(left), GetRValue(right)),
@@ -70,7 +72,8 @@ Rect64 DrawCaptionFrame(const PaintTarget& target, const Scdr& node, Rect64 box)
     }
     for (std::int32_t axis = 2; axis < node.Rank; ++axis) {
         const std::int64_t left = box.left + edge.width;
-        Fill(target, {left, box.top + edge.height, left + edge.width, box.bottom - edge.height}, COLOR_3DFACE);
+        Fill(target, {left, box.top + edge.height, left + edge.width, box.bottom - edge.height},
+             COLOR_3DFACE);
         box.left += 2 * edge.width;
     }
     const Rect64 content = Shrunk(box, edge.width, edge.height);

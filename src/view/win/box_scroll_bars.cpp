@@ -52,8 +52,8 @@ Bar MakeBar(const RECT& rect, bool horizontal, const ScrollInformation& informat
     const int button = horizontal ? GetSystemMetrics(SM_CXHSCROLL) : GetSystemMetrics(SM_CYVSCROLL);
     const int shortest = horizontal ? GetSystemMetrics(SM_CXHTHUMB) / 2 : GetSystemMetrics(SM_CYVTHUMB) / 2;
     bar.arrow = std::min(button, LengthOf(bar) / 2);
-    bar.thumb = PlaceThumb(LengthOf(bar) - 2 * bar.arrow, shortest, information.dataSize, information.pageSize,
-                           information.position);
+    bar.thumb = PlaceThumb(LengthOf(bar) - 2 * bar.arrow, shortest, information.dataSize,
+                           information.pageSize, information.position);
     return bar;
 }
 

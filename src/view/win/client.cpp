@@ -2,8 +2,6 @@
 
 #include <windowsx.h>
 
-#include <memory>
-
 #include "entry/trace.h"
 #include "resources/resource.h"
 #include "tools/win/guard.h"
@@ -94,7 +92,8 @@ LRESULT OnEraseBkGnd(const ClientWindow& client, HDC dc)
 LRESULT OnCtlColorEdit(const ClientWindow& client, HDC dc)
 {
     const Scdr* const node = Selected(client.view);
-    const ArrayColors colors = node != nullptr ? ColorsOf(client.view, *node) : ArrayColors{COLOR_WINDOW, GetSysColor(COLOR_WINDOWTEXT)};
+    const ArrayColors colors = node != nullptr ? ColorsOf(client.view, *node)
+                                               : ArrayColors{COLOR_WINDOW, GetSysColor(COLOR_WINDOWTEXT)};
     SetTextColor(dc, colors.text);
     SetBkColor(dc, GetSysColor(colors.background));
     return reinterpret_cast<LRESULT>(GetSysColorBrush(colors.background));
@@ -106,7 +105,10 @@ LRESULT OnSetModified(View& view, bool modified) noexcept
     return 0;
 }
 
-LRESULT Done() noexcept { return 0; }
+LRESULT Done() noexcept
+{
+    return 0;
+}
 
 LRESULT HandlePrivateMessage(ClientWindow& client, UINT message, WPARAM wParam, LPARAM lParam)
 {
@@ -173,7 +175,8 @@ LRESULT HandleMessage(ClientWindow& client, UINT message, WPARAM wParam, LPARAM 
 LRESULT CALLBACK ClientProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept
 {
     if (message == WM_CREATE) {
-        return Sealed<LRESULT>(-1, [&] { return OnCreate(window, *reinterpret_cast<const CREATESTRUCTW*>(lParam)); });
+        return Sealed<LRESULT>(
+            -1, [&] { return OnCreate(window, *reinterpret_cast<const CREATESTRUCTW*>(lParam)); });
     }
     ClientWindow* const client = ClientOfWindow(window);
     if (client == nullptr) return DefWindowProcW(window, message, wParam, lParam);

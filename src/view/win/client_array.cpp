@@ -123,11 +123,13 @@ LRESULT OnGetPreferredSize(ClientWindow& client, SIZE& size)
         if (view.edit.lineNumbers) wanted.width += view.edit.lineNumbersWidth;
         if (view.edit.ruler) wanted.height += view.edit.rulerHeight;
     } else {
-        wanted = {view.top->width + view.metrics.verticalBarWidth, view.top->height + view.metrics.horizontalBarHeight};
+        wanted = {view.top->width + view.metrics.verticalBarWidth,
+                  view.top->height + view.metrics.horizontalBarHeight};
     }
     // More than any screen has is as good as everything.
     constexpr std::int64_t Most = 0x7FFF;
-    size = {static_cast<LONG>(std::min(wanted.width, Most)), static_cast<LONG>(std::min(wanted.height, Most))};
+    size = {static_cast<LONG>(std::min(wanted.width, Most)),
+            static_cast<LONG>(std::min(wanted.height, Most))};
     return 0;
 }
 

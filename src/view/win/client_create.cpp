@@ -45,10 +45,11 @@ ViewMetrics MeasurePlatform(HWND window) noexcept
 
 HWND CreateEdit(ClientWindow& client, std::int32_t id, DWORD style)
 {
-    const HWND edit =
-        CreateWindowExW(0, AsWide(EditClassName), L"", WS_CHILD | style, 0, 0, 0, 0, client.window,
-                        reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), ModuleInstance(), &client.view.edit);
-    if (edit != nullptr) SetWindowSubclass(edit, &FocusSubclass, FocusSubclassId, reinterpret_cast<DWORD_PTR>(&client));
+    const HWND edit = CreateWindowExW(0, AsWide(EditClassName), L"", WS_CHILD | style, 0, 0, 0, 0,
+                                      client.window, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
+                                      ModuleInstance(), &client.view.edit);
+    if (edit != nullptr)
+        SetWindowSubclass(edit, &FocusSubclass, FocusSubclassId, reinterpret_cast<DWORD_PTR>(&client));
     return edit;
 }
 
@@ -86,7 +87,8 @@ void SetDefaultFont(HWND window)
 void SaveFont(const ClientWindow& client)
 {
     LOGFONTA logFont{};
-    if (GetObjectA(client.font, sizeof logFont, &logFont) != 0) SaveOption(nullptr, u"Font", &logFont, sizeof logFont);
+    if (GetObjectA(client.font, sizeof logFont, &logFont) != 0)
+        SaveOption(nullptr, u"Font", &logFont, sizeof logFont);
 }
 
 void ReleaseWindowResources(ClientWindow& client)
@@ -146,7 +148,8 @@ void OnSetFont(ClientWindow& client, HFONT font)
     view.edit.lineHeight = metrics.lineHeight;
     client.measurer.Open(font, view.edit.widths);
     view.spaceWidth = view.edit.widths.CharWidth(u' ');
-    for (const HWND edit : {client.scalarEdit, client.spareEdit, client.arrayEdit}) CopyFontToWindow(edit, font);
+    for (const HWND edit : {client.scalarEdit, client.spareEdit, client.arrayEdit})
+        CopyFontToWindow(edit, font);
     LayOutAgain(view, true);
 }
 

@@ -24,9 +24,15 @@ namespace {
 constexpr std::int32_t ShiftModifier = 1;
 constexpr std::int32_t CtrlModifier = 2;
 
-bool IsDown(int key) noexcept { return GetKeyState(key) < 0; }
+bool IsDown(int key) noexcept
+{
+    return GetKeyState(key) < 0;
+}
 
-std::int32_t Modifiers() noexcept { return (IsDown(VK_SHIFT) ? ShiftModifier : 0) | (IsDown(VK_CONTROL) ? CtrlModifier : 0); }
+std::int32_t Modifiers() noexcept
+{
+    return (IsDown(VK_SHIFT) ? ShiftModifier : 0) | (IsDown(VK_CONTROL) ? CtrlModifier : 0);
+}
 
 void MoveSelection(View& view, std::int32_t modifiers, std::int32_t key)
 {
@@ -75,11 +81,13 @@ void ResetAllSizes(View& view)
     FinishLayout(view);
 }
 
-bool IsSizeCommand(std::int32_t command) noexcept { return command >= ID_RESET_SIZE && command <= ID_MAXIMIZE; }
-
-void PerformSizeCommand(View& view, std::int32_t command)
+bool IsSizeCommand(std::int32_t command) noexcept
 {
-    const BusyMark busy(view);
+    return command >= ID_RESET_SIZE && command <= ID_MAXIMIZE;
+}
+
+void ChangeBoxSize(View& view, std::int32_t command)
+{
     switch (command) {
     case ID_RESET_SIZE: ResetSelectedSize(view); break;
     case ID_RESET_ALL_SIZES: ResetAllSizes(view); break;
@@ -88,6 +96,16 @@ void PerformSizeCommand(View& view, std::int32_t command)
     case ID_MAXIMIZE: MaximizeScdr(view); break;
     default: break;
     }
+}
+
+void PerformSizeCommand(View& view, std::int32_t command)
+{
+    const BusyMark busy(view);
+    view.flags |= ViewFormatting;
+    StatusMessage(view.window, IDS_FORMATTING_ARRAY, 0);
+    ChangeBoxSize(view, command);
+    view.flags = static_cast<std::uint8_t>(view.flags & ~ViewFormatting);
+    NotifyFrame(view, ViewNotifyState); // also takes the message away where there was nothing to do
 }
 
 void OnEditorModified(View& view)
@@ -118,7 +136,8 @@ void OnMouseWheelScrollPlane(ClientWindow& client, std::uint32_t keys, std::int3
     if ((keys & (MK_LBUTTON | MK_RBUTTON | MK_MBUTTON)) != 0 || GetNumScrollLines() == 0) return;
     if (node == nullptr || node->Rank < 3) return;
     const WPARAM command = delta > 0 ? ID_PLANE_UP : ID_PLANE_DOWN;
-    for (std::int32_t i = std::abs(delta) / WHEEL_DELTA; i > 0; --i) SendMessageW(client.window, WM_COMMAND, command, 0);
+    for (std::int32_t i = std::abs(delta) / WHEEL_DELTA; i > 0; --i)
+        SendMessageW(client.window, WM_COMMAND, command, 0);
 }
 
 bool IsInput(UINT message) noexcept
@@ -243,7 +262,8 @@ void OnMouseWheel(ClientWindow& client, WPARAM wParam)
     }
 }
 
-LRESULT CALLBACK FocusSubclass(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR data)
+LRESULT CALLBACK FocusSubclass(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                               DWORD_PTR data)
 {
     ClientWindow& client = *reinterpret_cast<ClientWindow*>(data);
     const bool taken = Sealed(true, [&] {

@@ -10,9 +10,15 @@ namespace vantrel {
 
 namespace {
 
-bool IsDown(int key) noexcept { return GetKeyState(key) < 0; }
+bool IsDown(int key) noexcept
+{
+    return GetKeyState(key) < 0;
+}
 
-bool IsMinimized(const Scdr& node) noexcept { return (node.Flags & FlagMinimized) != 0; }
+bool IsMinimized(const Scdr& node) noexcept
+{
+    return (node.Flags & FlagMinimized) != 0;
+}
 
 Scdr& NodeAt(const View& view, POINT point) noexcept
 {

@@ -25,7 +25,10 @@ struct ClientWindow {
     bool destroyed = false;
 };
 
-[[nodiscard]] inline ClientWindow& ClientOf(View& view) noexcept { return *static_cast<ClientWindow*>(view.win); }
+[[nodiscard]] inline ClientWindow& ClientOf(View& view) noexcept
+{
+    return *static_cast<ClientWindow*>(view.win);
+}
 [[nodiscard]] inline const ClientWindow& ClientOf(const View& view) noexcept
 {
     return *static_cast<const ClientWindow*>(view.win);
@@ -77,7 +80,8 @@ void OnNotify(ClientWindow& client, const NMHDR& header);
 void OnScroll(ClientWindow& client, UINT message, WPARAM wParam);
 void OnMouseWheel(ClientWindow& client, WPARAM wParam);
 // Lets the view have the keys that work wherever the focus is.
-LRESULT CALLBACK FocusSubclass(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR data);
+LRESULT CALLBACK FocusSubclass(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                               DWORD_PTR data);
 inline constexpr UINT_PTR FocusSubclassId = 30000;
 
 // client_mouse.cpp

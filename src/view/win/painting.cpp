@@ -114,7 +114,8 @@ void MarkSelection(const ClientWindow& client, HDC dc)
 
 bool Meets(const Rect64& rect, const RECT& other) noexcept
 {
-    return rect.left < other.right && rect.right > other.left && rect.top < other.bottom && rect.bottom > other.top;
+    return rect.left < other.right && rect.right > other.left && rect.top < other.bottom &&
+           rect.bottom > other.top;
 }
 
 // Where a walk stands among a node's items. The walk keeps its own stack, since arrays may be nested deeper than the interpreter's.
@@ -147,7 +148,9 @@ Scdr* NextItem(WalkLevel& level) noexcept
 
 RECT DrawableRect(const Rect64& rect) noexcept
 {
-    const auto pixel = [](std::int64_t value) { return static_cast<LONG>(std::clamp(value, -FarAway, FarAway)); };
+    const auto pixel = [](std::int64_t value) {
+        return static_cast<LONG>(std::clamp(value, -FarAway, FarAway));
+    };
     return {pixel(rect.left), pixel(rect.top), pixel(rect.right), pixel(rect.bottom)};
 }
 
@@ -163,7 +166,8 @@ Rect64 Shrunk(const Rect64& rect, std::int64_t dx, std::int64_t dy) noexcept
     return {rect.left + dx, rect.top + dy, rect.right - dx, rect.bottom - dy};
 }
 
-void ForEachVisibleNode(View& view, const RECT& client, bool (*visit)(void* state, Scdr& node, const Rect64& box), void* state)
+void ForEachVisibleNode(View& view, const RECT& client,
+                        bool (*visit)(void* state, Scdr& node, const Rect64& box), void* state)
 {
     if (view.top == nullptr || !IsLaidOut(*view.top)) return;
     const std::int64_t x = view.scroll.horizontal.position;
@@ -217,7 +221,9 @@ std::int32_t PaintScdr(View& view, HDC dc)
     if (FillRect(dc, &target.client, GetSysColorBrush(COLOR_3DFACE)) == 0) return 1;
     ForEachVisibleNode(
         view, target.client,
-        [](void* state, Scdr& node, const Rect64& box) { return PaintBox(*static_cast<PaintTarget*>(state), node, box); },
+        [](void* state, Scdr& node, const Rect64& box) {
+            return PaintBox(*static_cast<PaintTarget*>(state), node, box);
+        },
         &target);
     return 0;
 }

@@ -58,6 +58,7 @@ void DrawRestoreButtons(ClientWindow& client, UINT message, POINT point);
 
 // Calls `visit` for each node in sight, parents first; it answers whether to go on below the node. `box` is the node's rectangle in window
 // coordinates, margins included.
-void ForEachVisibleNode(View& view, const RECT& client, bool (*visit)(void* state, Scdr& node, const Rect64& box), void* state);
+void ForEachVisibleNode(View& view, const RECT& client,
+                        bool (*visit)(void* state, Scdr& node, const Rect64& box), void* state);
 
 } // namespace vantrel

@@ -13,6 +13,7 @@ namespace {
 
 // The cell editor keeps this distance between its border and its text.
 constexpr std::int64_t TextInset = 2;
+constexpr std::int64_t PieceUnits = 256; // characters handed to the system at a time
 
 bool IsGreyed(const View& view, const Scdr& node) noexcept
 {
@@ -58,6 +59,24 @@ TextArea AreaOf(const PaintTarget& target, const Scdr& node, const Rect64& conte
     return area;
 }
 
+// With the widths that the layout and the editor count with, so that no character moves when the box is selected.
+void DrawUnits(PaintTarget& target, const TextArea& area, const char16_t* text, std::int64_t length,
+               std::int64_t x, std::int64_t y)
+{
+    int advances[PieceUnits];
+    while (length > 0) {
+        const std::int64_t count = std::min(length, PieceUnits);
+        std::int64_t width = 0;
+        for (std::int64_t i = 0; i < count; ++i)
+            width += advances[i] = target.view.edit.widths.CharWidth(text[i]);
+        ExtTextOutW(target.dc, static_cast<int>(x), static_cast<int>(y), ETO_CLIPPED, &area.clip,
+                    AsWide(text), static_cast<UINT>(count), advances);
+        x += width;
+        text += count;
+        length -= count;
+    }
+}
+
 // A row may be far longer than the box: only the characters in sight are drawn.
 void DrawRow(PaintTarget& target, const TextArea& area, const RecordText& row, std::int64_t y)
 {
@@ -67,10 +86,9 @@ void DrawRow(PaintTarget& target, const TextArea& area, const RecordText& row, s
     const std::int64_t first = widths.ColumnAt(row.text, row.length, hidden);
     const std::int64_t x = origin + widths.TextWidth(row.text, first);
     const std::int64_t rest = row.length - first;
-    const std::int64_t count = std::min(widths.ColumnAt(row.text + first, rest, area.clip.right - x) + 1, rest);
-    if (count <= 0) return;
-    ExtTextOutW(target.dc, static_cast<int>(x), static_cast<int>(y), ETO_CLIPPED, &area.clip, AsWide(row.text + first),
-                static_cast<UINT>(count), nullptr);
+    const std::int64_t count =
+        std::min(widths.ColumnAt(row.text + first, rest, area.clip.right - x) + 1, rest);
+    DrawUnits(target, area, row.text + first, count, x, y);
 }
 
 void DrawRows(PaintTarget& target, const Scdr& node, const TextArea& area)
@@ -100,7 +118,8 @@ void DrawCues(const PaintTarget& target, const Scdr& node, const TextArea& area,
     if (right > content.right) sides |= CueRight;
     if (bottom > content.bottom) sides |= CueBottom;
     const EditView& edit = target.view.edit;
-    DrawRankOneVisualCues(target.dc, DrawableRect(content), sides, edit.rankOneArrowOpacity, edit.rankOneEdgeOpacity);
+    DrawRankOneVisualCues(target.dc, DrawableRect(content), sides, edit.rankOneArrowOpacity,
+                          edit.rankOneEdgeOpacity);
 }
 
 } // namespace

@@ -44,7 +44,8 @@ bool IsPointInside(const View& view, const Rect64& box, POINT point) noexcept
 
 void SetPressed(Scdr& node, bool pressed) noexcept
 {
-    node.Flags = static_cast<std::uint8_t>(pressed ? node.Flags | FlagRestorePressed : node.Flags & ~FlagRestorePressed);
+    node.Flags = static_cast<std::uint8_t>(pressed ? node.Flags | FlagRestorePressed
+                                                   : node.Flags & ~FlagRestorePressed);
 }
 
 void OnMessageInside(ButtonEvent& event, Scdr& node, const Rect64& box)
@@ -94,7 +95,9 @@ Scdr* UpdateButtons(ClientWindow& client, UINT message, POINT point)
     ButtonEvent event{target, message, point};
     ForEachVisibleNode(
         view, target.client,
-        [](void* state, Scdr& node, const Rect64& box) { return UpdateButton(*static_cast<ButtonEvent*>(state), node, box); },
+        [](void* state, Scdr& node, const Rect64& box) {
+            return UpdateButton(*static_cast<ButtonEvent*>(state), node, box);
+        },
         &event);
     HdcTearDown(target);
     if (event.hot) AskForLeave(client.window);
@@ -107,7 +110,8 @@ void DrawRestoreButton(PaintTarget& target, const Rect64& box, ButtonLook look)
 {
     RECT button = DrawableRect(ButtonRect(target.view, box));
     if (target.windowTheme != nullptr) {
-        DrawThemeBackground(target.windowTheme, target.dc, WP_RESTOREBUTTON, ThemeState(look), &button, nullptr);
+        DrawThemeBackground(target.windowTheme, target.dc, WP_RESTOREBUTTON, ThemeState(look), &button,
+                            nullptr);
         return;
     }
     const UINT pushed = look == ButtonLook::Pressed ? DFCS_PUSHED : 0;

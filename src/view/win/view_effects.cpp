@@ -16,9 +16,15 @@ namespace {
 constexpr std::int64_t FarAway = 30000;
 constexpr int LongestStatus = 256; // characters
 
-int WindowPixel(std::int64_t value) noexcept { return static_cast<int>(std::clamp(value, -FarAway, FarAway)); }
+int WindowPixel(std::int64_t value) noexcept
+{
+    return static_cast<int>(std::clamp(value, -FarAway, FarAway));
+}
 
-void Invalidate(View& view) { InvalidateRect(view.window, nullptr, FALSE); }
+void Invalidate(View& view)
+{
+    InvalidateRect(view.window, nullptr, FALSE);
+}
 
 void ShowStatus(View& view, std::int32_t stringId, std::int32_t percent, bool error)
 {
@@ -51,7 +57,10 @@ void ShowWindowScrollBars(View& view, bool show)
     QmSetScrollInfo(view.window, SB_VERT, view.scroll.vertical);
 }
 
-void SendSize(View& view) { SendWmSize(view.window); }
+void SendSize(View& view)
+{
+    SendWmSize(view.window);
+}
 
 void HideEditWindow(ClientWindow& client, HWND edit)
 {
@@ -106,6 +115,14 @@ void ShowEditorPlane(View& view)
     InvalidateRect(edit, nullptr, FALSE);
 }
 
+void MoveEditorCaret(View& view, std::int64_t column, std::int64_t line)
+{
+    const HWND edit = ClientOf(view).activeEdit;
+    if (edit == nullptr) return;
+    const std::int64_t deltas[] = {column, line};
+    SendMessageW(edit, EditMessageMoveCaret, reinterpret_cast<WPARAM>(deltas), 0);
+}
+
 void HideEditor(View& view)
 {
     const TraceScope trace("view_effects.cpp", "HideEditor");
@@ -128,6 +145,7 @@ ViewEffects WindowViewEffects() noexcept
     effects.placeEditor = &PlaceEditor;
     effects.reloadEditor = &ReloadEditor;
     effects.showEditorPlane = &ShowEditorPlane;
+    effects.moveEditorCaret = &MoveEditorCaret;
     effects.hideEditor = &HideEditor;
     effects.setFocus = &SetScdrFocus;
     return effects;

@@ -161,7 +161,9 @@ TEST_F(FormatTest, StoresTheColumnMeasures)
     Format(*reals);
     EXPECT_EQ(Stored(reals->extra->recordColumnWidths, 2), (Measures{3, 5}));
     EXPECT_EQ(Stored(reals->extra->recordColumnIntegers, 2), (Measures{1, 2}));
+    const std::int64_t before = LiveAllocations();
     Format(*reals);
+    EXPECT_EQ(LiveAllocations(), before);
     EXPECT_EQ(Stored(reals->extra->recordColumnWidths, 2), (Measures{3, 5}));
     const ScdrPtr bits = Booleans({1, 3}, "101");
     Format(*bits);

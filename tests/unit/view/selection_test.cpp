@@ -178,15 +178,20 @@ TEST_F(Selection, TheTopIsNotFollowedToItsEnd)
     EXPECT_EQ(X(), 0);
 }
 
-TEST_F(Selection, AnArrayThatFitsIsShownFromItsStart)
+TEST_F(Selection, AnArrayThatFitsIsNeverScrolled)
 {
     Scdr& root = ShowLongVector();
-    Select(Item(root, 20));
-    ResizeClient(2000, 100);
-    view.scroll.horizontal.minimum = -100;
-    view.scroll.horizontal.position = -100;
-    Select(Item(root, 4));
+    ResizeClient(root.width, root.height);
+    Select(Item(root, 29));
     EXPECT_EQ(X(), 0);
+    ResizeClient(root.width - 6, root.height); // the last box ends 7 pixels before the end
+    Select(Item(root, 28));
+    Select(Item(root, 29));
+    EXPECT_EQ(X(), 0);
+    ResizeClient(root.width - 8, root.height);
+    Select(Item(root, 28));
+    Select(Item(root, 29));
+    EXPECT_EQ(X(), 1);
 }
 
 TEST_F(Selection, ScrollsVerticallyToo)

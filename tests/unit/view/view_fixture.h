@@ -105,6 +105,9 @@ inline ViewEffects RecordingEffects()
     };
     effects.reloadEditor = [](View& view) { LogOf(view).calls.push_back("reload"); };
     effects.showEditorPlane = [](View& view) { LogOf(view).calls.push_back("plane"); };
+    effects.moveEditorCaret = [](View& view, std::int64_t column, std::int64_t line) {
+        LogOf(view).calls.push_back("caret " + std::to_string(column) + " " + std::to_string(line));
+    };
     effects.hideEditor = [](View& view) { LogOf(view).calls.push_back("hide"); };
     effects.setFocus = [](View& view) { LogOf(view).calls.push_back("focus"); };
     return effects;
