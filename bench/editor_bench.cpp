@@ -1,8 +1,7 @@
 // The cell editor on big arrays. What a key costs must not grow with the number of rows: the floor is the same key in a small array.
 
-#include <benchmark/benchmark.h>
-
 #include "editor/paint_rows.h"
+#include "figures.h"
 #include "unit/editor/editor_fixture.h"
 
 namespace {
@@ -34,8 +33,8 @@ void BM_EditorKey(benchmark::State& state)
     }
     state.SetItemsProcessed(state.iterations() * 2);
 }
-BENCHMARK(BM_EditorKey)->Name("editor/key/floor_10_rows")->Arg(10);
-BENCHMARK(BM_EditorKey)->Name("editor/key/1000000_rows")->Arg(1000000);
+BENCHMARK(BM_EditorKey)->Name("editor/key/10_rows_floor")->Arg(10);
+BENCHMARK(BM_EditorKey)->Name("editor/key/1M_rows")->Arg(1000000);
 
 void BM_EditorPaint(benchmark::State& state)
 {
@@ -50,8 +49,8 @@ void BM_EditorPaint(benchmark::State& state)
         benchmark::DoNotOptimize(units);
     }
 }
-BENCHMARK(BM_EditorPaint)->Name("editor/paint/floor_10_rows")->Arg(10);
-BENCHMARK(BM_EditorPaint)->Name("editor/paint/1000000_rows")->Arg(1000000);
+BENCHMARK(BM_EditorPaint)->Name("editor/paint/10_rows_floor")->Arg(10);
+BENCHMARK(BM_EditorPaint)->Name("editor/paint/1M_rows")->Arg(1000000);
 
 std::u16string ManyLines()
 {
@@ -71,7 +70,7 @@ void BM_SplitFloor(benchmark::State& state)
                                                  static_cast<std::int64_t>(text.size()), lines.list, false));
     }
 }
-BENCHMARK(BM_SplitFloor)->Name("editor/paste_1000000_lines/floor_split")->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_SplitFloor)->Name("editor/paste/1M_lines_floor")->Unit(benchmark::kMillisecond);
 
 // Into an empty array, with the undo step and the new measures; taking it out again is not counted.
 void BM_Paste(benchmark::State& state)
@@ -86,6 +85,6 @@ void BM_Paste(benchmark::State& state)
         state.ResumeTiming();
     }
 }
-BENCHMARK(BM_Paste)->Name("editor/paste_1000000_lines")->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Paste)->Name("editor/paste/1M_lines")->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -6,17 +6,14 @@
 // within the measured time and give it back before the other starts. Blocks of this size (26 MB and more)
 // come from the system and go back to it when freed, so every page is touched for the first time. mallopt and
 // its like are left alone; on a system that kept such blocks, both sides would be equally warm.
-#include <benchmark/benchmark.h>
-
 #include <algorithm>
 #include <charconv>
-#include <chrono>
 #include <cmath>
 #include <cstring>
-#include <limits>
 #include <random>
 
 #include "builtin/format.h"
+#include "figures.h"
 #include "model/scdr.h"
 
 namespace vantrel {
@@ -25,11 +22,6 @@ namespace {
 constexpr std::int64_t RowCount = 1000000;
 constexpr std::int64_t ColumnCount = 10;
 constexpr int Precision = 10;
-
-double Seconds()
-{
-    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
-}
 
 // Takes fresh memory, gives each item an equal share of it and writes the item's text there.
 template <typename Item, typename Write> double TimeFloor(const Item* items, std::int64_t bytes, Write write)
@@ -65,23 +57,18 @@ Formatted TimeFormat(EditContext* context, Scdr& node)
     return {Seconds() - start, bytes};
 }
 
+constexpr double RealTarget = 1.6;
+constexpr double IntegerTarget = 2;
+
 // `floor(bytes)` times the floor over the same numbers.
-template <typename Floor> void Compare(benchmark::State& state, Scdr& node, EditContext* context, Floor floor)
+template <typename Floor>
+void Compare(benchmark::State& state, Scdr& node, EditContext* context, double target, Floor floor)
 {
-    double bestFloor = std::numeric_limits<double>::infinity();
-    double bestFormat = bestFloor;
-    std::int64_t bytes =
-        TimeFormat(context, node).bytes; // the floor's buffer must be as large; also loads the numbers
-    for (auto _ : state) {
-        bestFloor = std::min(bestFloor, floor(bytes));
-        const Formatted formatted = TimeFormat(context, node);
-        bestFormat = std::min(bestFormat, formatted.seconds);
-        state.SetIterationTime(formatted.seconds);
-    }
-    state.counters["floor_ms"] = bestFloor * 1000;
-    state.counters["format_ms"] = bestFormat * 1000;
+    // The floor's buffer must be as large; also loads the numbers.
+    const std::int64_t bytes = TimeFormat(context, node).bytes;
+    CompareWithFloor(
+        state, target, [&] { return TimeFormat(context, node).seconds; }, [&] { return floor(bytes); });
     state.counters["MB"] = static_cast<double>(bytes) / 1e6;
-    state.counters["ratio"] = bestFormat / bestFloor;
 }
 
 struct Run {
@@ -103,7 +90,7 @@ template <typename Draw> void BenchReals(benchmark::State& state, Draw draw)
     Run run(TypeReal);
     auto* items = static_cast<double*>(WritableData(*run.node));
     std::generate_n(items, RowCount * ColumnCount, [&] { return draw(run.random); });
-    Compare(state, *run.node, &run.context, [&](std::int64_t bytes) {
+    Compare(state, *run.node, &run.context, RealTarget, [&](std::int64_t bytes) {
         return TimeFloor(items, bytes, [](char* output, char* end, double item) {
             std::to_chars(output, end, item, std::chars_format::general, Precision);
         });
@@ -115,7 +102,7 @@ template <typename Draw> void BenchIntegers(benchmark::State& state, Draw draw)
     Run run(TypeInteger);
     auto* items = static_cast<std::int64_t*>(WritableData(*run.node));
     std::generate_n(items, RowCount * ColumnCount, [&] { return draw(run.random); });
-    Compare(state, *run.node, &run.context, [&](std::int64_t bytes) {
+    Compare(state, *run.node, &run.context, IntegerTarget, [&](std::int64_t bytes) {
         return TimeFloor(items, bytes, [](char* output, char* end, std::int64_t item) {
             std::to_chars(output, end, item);
         });
@@ -165,7 +152,7 @@ void FormatBooleans(benchmark::State& state)
     auto* bytes = static_cast<std::uint8_t*>(WritableData(*run.node));
     std::generate_n(bytes, RowCount * ColumnCount / 8,
                     [&] { return static_cast<std::uint8_t>(run.random()); });
-    Compare(state, *run.node, &run.context, [](std::int64_t size) {
+    Compare(state, *run.node, &run.context, 0, [](std::int64_t size) {
         const double start = Seconds();
         {
             const auto buffer = AllocateArray<char>(size);
@@ -177,15 +164,15 @@ void FormatBooleans(benchmark::State& state)
     });
 }
 
-#define VANTREL_FORMAT_BENCHMARK(routine)                                                                    \
-    BENCHMARK(routine)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(5)
-VANTREL_FORMAT_BENCHMARK(FormatUniformReals);
-VANTREL_FORMAT_BENCHMARK(FormatSignedReals);
-VANTREL_FORMAT_BENCHMARK(FormatRealsOfAllSizes);
-VANTREL_FORMAT_BENCHMARK(FormatAmounts);
-VANTREL_FORMAT_BENCHMARK(FormatIntegers);
-VANTREL_FORMAT_BENCHMARK(FormatSmallIntegers);
-VANTREL_FORMAT_BENCHMARK(FormatBooleans);
+#define VANTREL_FORMAT_BENCHMARK(routine, name)                                                              \
+    BENCHMARK(routine)->Name("format/" name)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(5)
+VANTREL_FORMAT_BENCHMARK(FormatUniformReals, "reals/uniform");
+VANTREL_FORMAT_BENCHMARK(FormatSignedReals, "reals/signed");
+VANTREL_FORMAT_BENCHMARK(FormatRealsOfAllSizes, "reals/all_sizes");
+VANTREL_FORMAT_BENCHMARK(FormatAmounts, "reals/amounts");
+VANTREL_FORMAT_BENCHMARK(FormatIntegers, "integers/32_bits");
+VANTREL_FORMAT_BENCHMARK(FormatSmallIntegers, "integers/small");
+VANTREL_FORMAT_BENCHMARK(FormatBooleans, "booleans/random");
 
 } // namespace
 } // namespace vantrel

@@ -1,12 +1,10 @@
 // The tree and its records: each figure beside its floor.
-#include <benchmark/benchmark.h>
-
 #include <algorithm>
-#include <chrono>
 #include <cstdlib>
 #include <cstring>
 #include <string>
 
+#include "figures.h"
 #include "model/node_pool.h"
 #include "model/primitives.h"
 #include "model/scdr.h"
@@ -33,51 +31,51 @@ ScdrPtr MakeFloats(Context& context)
     return node;
 }
 
-double SecondsOf(const auto& work)
+// Copies a node's data into a fresh block, which is freed outside the measured time.
+double CopySeconds(const Scdr& source)
 {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    const std::size_t bytes = DataSize(source.Type, source.ElementCount);
+    void* block = nullptr;
+    const double seconds = SecondsOf([&] {
+        block = std::malloc(bytes);
+        std::memcpy(block, source.data, bytes);
+    });
+    std::free(block);
+    return seconds;
 }
 
-// Both copy into a fresh block, which is freed outside the measured time. Counter "ratio": the copy against its floor.
 void CopyTenMillionFloats(benchmark::State& state)
 {
     Context context;
     const ScdrPtr source = MakeFloats(context);
-    const std::size_t bytes = DataSize(TypeReal, FloatCount);
-    double copySeconds = 0;
-    double floorSeconds = 0;
-    for (auto _ : state) {
-        void* block = nullptr;
-        floorSeconds += SecondsOf([&] {
-            block = std::malloc(bytes);
-            std::memcpy(block, source->data, bytes);
-            benchmark::ClobberMemory();
-        });
-        std::free(block);
-        ScdrPtr copy;
-        const double seconds = SecondsOf([&] {
-            copy = CopyScdr(&context.context, *source);
-            benchmark::ClobberMemory();
-        });
-        copySeconds += seconds;
-        state.SetIterationTime(seconds);
-    }
-    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(bytes));
-    state.counters["ratio"] = copySeconds / floorSeconds;
+    CompareWithFloor(
+        state, 0,
+        [&] {
+            ScdrPtr copy;
+            return SecondsOf([&] { copy = CopyScdr(&context.context, *source); });
+        },
+        [&] { return CopySeconds(*source); });
 }
-BENCHMARK(CopyTenMillionFloats)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(10);
+BENCHMARK(CopyTenMillionFloats)
+    ->Name("model/copy/10M_floats")
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(10);
 
+// The numbers are whole, so every one is looked at.
 void SimplestTypeOfTenMillionFloats(benchmark::State& state)
 {
     Context context;
     const ScdrPtr source = MakeFloats(context);
-    for (auto _ : state)
-        SetSimplestType(*source);
-    state.SetItemsProcessed(state.iterations() * FloatCount);
+    CompareWithFloor(
+        state, 0, [&] { return SecondsOf([&] { SetSimplestType(*source); }); },
+        [&] { return CopySeconds(*source); });
 }
-BENCHMARK(SimplestTypeOfTenMillionFloats)->Unit(benchmark::kMillisecond);
+BENCHMARK(SimplestTypeOfTenMillionFloats)
+    ->Name("model/simplest_type/10M_floats")
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(10);
 
 // --- a million short character vectors ---
 
@@ -121,10 +119,11 @@ void BuildAMillionLeaves(benchmark::State& state)
     }
     state.counters["bytes_per_leaf"] =
         static_cast<double>(bytes) / static_cast<double>(LeafCount) - 2.0 * LeafLength;
+    SetTarget(state, "bytes_per_leaf", 400);
     state.counters["blocks_per_leaf"] = static_cast<double>(blocks) / static_cast<double>(LeafCount);
     state.SetItemsProcessed(state.iterations() * LeafCount);
 }
-BENCHMARK(BuildAMillionLeaves)->Unit(benchmark::kMillisecond);
+BENCHMARK(BuildAMillionLeaves)->Name("model/build/1M_leaves")->Unit(benchmark::kMillisecond);
 
 // The floor of building: a zeroed block of a node's size for each leaf.
 void AllocateAMillionZeroedBlocks(benchmark::State& state)
@@ -138,7 +137,7 @@ void AllocateAMillionZeroedBlocks(benchmark::State& state)
     }
     state.SetItemsProcessed(state.iterations() * LeafCount);
 }
-BENCHMARK(AllocateAMillionZeroedBlocks)->Unit(benchmark::kMillisecond);
+BENCHMARK(AllocateAMillionZeroedBlocks)->Name("model/build/1M_leaves_floor")->Unit(benchmark::kMillisecond);
 
 void CopyAMillionLeaves(benchmark::State& state)
 {
@@ -148,7 +147,7 @@ void CopyAMillionLeaves(benchmark::State& state)
         benchmark::DoNotOptimize(CopyScdr(&context.context, *root));
     state.SetItemsProcessed(state.iterations() * LeafCount);
 }
-BENCHMARK(CopyAMillionLeaves)->Unit(benchmark::kMillisecond);
+BENCHMARK(CopyAMillionLeaves)->Name("model/copy/1M_leaves")->Unit(benchmark::kMillisecond);
 
 void TabThroughAMillionLeaves(benchmark::State& state)
 {
@@ -161,7 +160,7 @@ void TabThroughAMillionLeaves(benchmark::State& state)
     }
     state.SetItemsProcessed(state.iterations() * LeafCount);
 }
-BENCHMARK(TabThroughAMillionLeaves)->Unit(benchmark::kMillisecond);
+BENCHMARK(TabThroughAMillionLeaves)->Name("model/tab/1M_leaves")->Unit(benchmark::kMillisecond);
 
 // --- records at the far end of a million rows ---
 
@@ -190,7 +189,7 @@ void MakeAMillionBulkRows(benchmark::State& state)
         benchmark::DoNotOptimize(records.list.count);
     }
 }
-BENCHMARK(MakeAMillionBulkRows)->Unit(benchmark::kMicrosecond);
+BENCHMARK(MakeAMillionBulkRows)->Name("model/bulk_rows/1M_rows")->Unit(benchmark::kMicrosecond);
 
 void SplitAMillionLines(benchmark::State& state)
 {
@@ -205,7 +204,7 @@ void SplitAMillionLines(benchmark::State& state)
     }
     state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size() * sizeof(char16_t)));
 }
-BENCHMARK(SplitAMillionLines)->Unit(benchmark::kMillisecond);
+BENCHMARK(SplitAMillionLines)->Name("model/split/1M_lines")->Unit(benchmark::kMillisecond);
 
 void MeasureAMillionRows(benchmark::State& state)
 {
@@ -216,7 +215,7 @@ void MeasureAMillionRows(benchmark::State& state)
     }
     state.SetItemsProcessed(state.iterations() * RowCount * RowLength);
 }
-BENCHMARK(MeasureAMillionRows)->Unit(benchmark::kMillisecond);
+BENCHMARK(MeasureAMillionRows)->Name("model/measure/1M_rows")->Unit(benchmark::kMillisecond);
 
 // The floor of measuring: the same sum of loads without rows.
 void SumWidthsOfTheSameText(benchmark::State& state)
@@ -228,7 +227,7 @@ void SumWidthsOfTheSameText(benchmark::State& state)
     }
     state.SetItemsProcessed(state.iterations() * RowCount * RowLength);
 }
-BENCHMARK(SumWidthsOfTheSameText)->Unit(benchmark::kMillisecond);
+BENCHMARK(SumWidthsOfTheSameText)->Name("model/measure/1M_rows_floor")->Unit(benchmark::kMillisecond);
 
 void GetTheLastOfAMillionRows(benchmark::State& state)
 {
@@ -236,7 +235,7 @@ void GetTheLastOfAMillionRows(benchmark::State& state)
     for (auto _ : state)
         benchmark::DoNotOptimize(GetRecord(rows.records.list, RowCount - 1));
 }
-BENCHMARK(GetTheLastOfAMillionRows);
+BENCHMARK(GetTheLastOfAMillionRows)->Name("model/last_row/1M_rows");
 
 // One key: the text changes and the widest row is known again.
 void TypeIntoTheLastOfAMillionRows(benchmark::State& state)
@@ -250,7 +249,7 @@ void TypeIntoTheLastOfAMillionRows(benchmark::State& state)
         benchmark::DoNotOptimize(GetRecordWidths(rows.records.list, rows.widths, nullptr));
     }
 }
-BENCHMARK(TypeIntoTheLastOfAMillionRows);
+BENCHMARK(TypeIntoTheLastOfAMillionRows)->Name("model/type/1M_rows");
 
 void InsertAndEraseBeforeTheLastOfAMillionRows(benchmark::State& state)
 {
@@ -263,7 +262,7 @@ void InsertAndEraseBeforeTheLastOfAMillionRows(benchmark::State& state)
         EraseRecords(rows.records.list, RowCount - 1, 1);
     }
 }
-BENCHMARK(InsertAndEraseBeforeTheLastOfAMillionRows);
+BENCHMARK(InsertAndEraseBeforeTheLastOfAMillionRows)->Name("model/insert_erase/1M_rows");
 
 } // namespace
 } // namespace vantrel

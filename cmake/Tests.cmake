@@ -12,6 +12,15 @@ endif()
 set(CMAKE_POLICY_DEFAULT_CMP0077 NEW)
 add_subdirectory("${GTEST_SOURCE}" "${CMAKE_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL SYSTEM)
 
+# The tests' own code is not optimised and reads GoogleTest precompiled: most of the time of a full build goes here.
+function(vantrel_test_program name)
+  target_precompile_headers(${name} PRIVATE <gtest/gtest.h>)
+  if(NOT MSVC)
+    # The first is what ccache needs to handle a precompiled header.
+    target_compile_options(${name} PRIVATE -fpch-preprocess -O0)
+  endif()
+endfunction()
+
 # --- the logic's tests; the same sources run natively and under Windows ---
 file(GLOB_RECURSE unit_sources CONFIGURE_DEPENDS tests/unit/*.cpp)
 if(NOT WIN32)
@@ -19,6 +28,7 @@ if(NOT WIN32)
 endif()
 if(unit_sources)
   add_executable(unit_tests ${unit_sources})
+  vantrel_test_program(unit_tests)
   target_include_directories(unit_tests PRIVATE tests)
   target_link_libraries(unit_tests PRIVATE vantrel_logic fake_hosts vantrel_json GTest::gtest GTest::gtest_main)
   if(TARGET workbench_logic)
@@ -33,6 +43,7 @@ endif()
 vantrel_sources(ui_sources tests/ui/*.cpp)
 if(WIN32 AND ui_sources AND TARGET vantrel)
   add_executable(ui_tests ${ui_sources})
+  vantrel_test_program(ui_tests)
   target_include_directories(ui_tests PRIVATE tests)
   target_link_libraries(ui_tests PRIVATE fake_hosts vantrel_json GTest::gtest GTest::gtest_main
     comctl32 gdi32 user32 uxtheme gdiplus shell32 shlwapi advapi32 ole32 winspool)

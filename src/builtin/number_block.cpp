@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 #include <type_traits>
 
 #include "entry/trace.h"
@@ -240,9 +241,17 @@ std::int64_t RowLength(const NumberBlock& block) noexcept
     return length;
 }
 
+// Without rows there may be any number of columns; measures of more than these would only fill the memory.
+constexpr std::int64_t MostEmptyColumns = std::int64_t{1} << 20;
+
 void MeasureMatrix(const EditContext& context, const Scdr& node, NumberBlock& block, BlockPoll& poll)
 {
     const std::int32_t start = node.Type == TypeBoolean ? 1 : 0;
+    if (block.rows == 0 && block.columns > MostEmptyColumns) {
+        if (block.columns > std::numeric_limits<std::int64_t>::max() / 2) throw VTERROR_CODE::SystemLimit;
+        block.length = block.columns * (1 + start) - 1;
+        return;
+    }
     block.widths = AllocateMeasures(block.columns, start);
     block.integers = AllocateMeasures(block.columns, start);
     if (node.Type != TypeBoolean) {

@@ -2,29 +2,10 @@
 #include "entry/trace.h"
 #include "hosts/dyalog_host.h"
 #include "hosts/item_loops.h"
+#include "model/whole_numbers.h"
 
 namespace vantrel {
 namespace {
-
-// Beyond these a double has no 64-bit integer.
-constexpr double LowestInteger = -9223372036854775808.0;
-constexpr double HighestInteger = 9223372036854775808.0;
-
-bool IsInIntegerRange(double value) noexcept
-{
-    return value >= LowestInteger && value <= HighestInteger;
-}
-
-// For values in range.
-bool IsIntegral(double value) noexcept
-{
-    return value == HighestInteger || static_cast<double>(static_cast<std::int64_t>(value)) == value;
-}
-
-bool IsBit(double value) noexcept
-{
-    return value == 0.0 || value == 1.0;
-}
 
 bool IsInAtomicVector(const DyalogHost& host, const Scdr& scdr) noexcept
 {
@@ -55,13 +36,11 @@ std::uint32_t IntegerType(const Scdr& scdr) noexcept
 
 std::uint32_t RealType(const Scdr& scdr) noexcept
 {
-    const auto* items = static_cast<const double*>(scdr.data);
-    std::uint32_t type = DyalogBoolean;
-    for (std::int64_t i = 0; i < scdr.ElementCount; ++i) {
-        if (!IsInIntegerRange(items[i]) || !IsIntegral(items[i])) return DyalogFloat;
-        if (!IsBit(items[i])) type = DyalogInteger32;
+    switch (KindOfReals(static_cast<const double*>(scdr.data), scdr.ElementCount)) {
+    case NumberKind::Bits: return DyalogBoolean;
+    case NumberKind::Whole: return DyalogInteger32;
+    default: return DyalogFloat;
     }
-    return type;
 }
 
 std::uint32_t ComplexType(const Scdr& scdr) noexcept

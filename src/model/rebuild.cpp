@@ -146,16 +146,17 @@ ScdrPtr NumericMatrix(EditContext* context, const Scdr& node, std::int64_t rows)
 // What disclosing a vector of the rows gives, without a node for each row: shorter rows are padded with blanks.
 ScdrPtr CharacterMatrix(EditContext* context, const Scdr& node, std::int64_t rows)
 {
-    std::int64_t columns = rows == 0 && node.Type == TypeCharacter ? Columns(node) : 0;
-    ForEachRecord(node.records, 0, rows, [&](RecordText text) { columns = std::max(columns, text.length); });
+    const bool keepsColumns = rows == 0 && node.Type == TypeCharacter;
+    const std::int64_t columns = keepsColumns ? Columns(node) : LongestOfFirstRecords(node.records, rows);
     const std::int64_t shape[2] = {rows, columns};
     ScdrPtr matrix = AllocateScdr(context, nullptr, TypeCharacter, 2, shape, false);
+    matrix->SimplestType = TypeCharacter;
+    if (columns == 0) return matrix; // any number of rows
     auto* place = static_cast<char16_t*>(matrix->data);
     ForEachRecord(node.records, 0, rows, [&](RecordText text) {
         place = std::copy_n(text.text, text.length, place);
         place = std::fill_n(place, columns - text.length, u' ');
     });
-    matrix->SimplestType = TypeCharacter;
     return matrix;
 }
 

@@ -1,6 +1,8 @@
 // The inside of a record list, shared by the files that make, change, read and measure it.
 #pragma once
 
+#include <algorithm>
+
 #include "model/records.h"
 
 namespace vantrel {
@@ -48,20 +50,35 @@ struct OwnedTextLink {
 };
 void FreeOwnedTexts(RecordList& list) noexcept;
 
-// Calls `visit(RecordText)` for `count` rows from `first` on; they must exist.
+// Calls `visit(chunk, firstRow, endRow)`, rows counted within the chunk, for each chunk's share of `count` rows from `first` on; they
+// must exist.
 template <typename Visit>
-void ForEachRecord(const RecordList& list, std::int64_t first, std::int64_t count, Visit visit)
+void ForEachRowRun(const RecordList& list, std::int64_t first, std::int64_t count, Visit visit)
 {
     if (count <= 0) return;
     std::int32_t chunk = FindChunk(list, first);
     std::int64_t row = first - ChunkStart(list, chunk);
     while (count > 0) {
         const RecordChunk& present = list.chunks[chunk++];
-        for (; row < present.count && count > 0; ++row, --count)
-            visit(RowOfChunk(present, row));
+        const std::int64_t end = std::min<std::int64_t>(present.count, row + count);
+        visit(present, row, end);
+        count -= end - row;
         row = 0;
     }
 }
+
+// Calls `visit(RecordText)` for `count` rows from `first` on; they must exist.
+template <typename Visit>
+void ForEachRecord(const RecordList& list, std::int64_t first, std::int64_t count, Visit visit)
+{
+    ForEachRowRun(list, first, count, [&](const RecordChunk& chunk, std::int64_t row, std::int64_t end) {
+        for (; row < end; ++row)
+            visit(RowOfChunk(chunk, row));
+    });
+}
+
+// The longest of the first `rows` records; they must exist.
+[[nodiscard]] std::int64_t LongestOfFirstRecords(const RecordList& list, std::int64_t rows) noexcept;
 
 // The length of all records joined by CR LF, and the joined text itself, not terminated.
 [[nodiscard]] std::int64_t AllRecordsLength(const RecordList& records) noexcept;

@@ -71,6 +71,17 @@ void SplitChunk(RecordList& list, std::int32_t index, std::int32_t offset)
     RenumberChunks(list, index);
 }
 
+// A bulk chunk of rows without text may hold any number of them, but an edited one has an entry for each: the row's chunk is cut to the
+// usual size.
+void PartLongChunk(RecordList& list, std::int64_t row)
+{
+    std::int32_t index = FindChunk(list, row);
+    if (list.chunks[index].count <= RecordsPerChunk) return;
+    const std::int64_t offset = (row - ChunkStart(list, index)) / RecordsPerChunk * RecordsPerChunk;
+    if (offset > 0) SplitChunk(list, index++, static_cast<std::int32_t>(offset));
+    if (list.chunks[index].count > RecordsPerChunk) SplitChunk(list, index, RecordsPerChunk);
+}
+
 // Takes rows out of one chunk; of a bulk chunk only from an end.
 void EraseFromChunk(RecordChunk& chunk, std::int32_t first, std::int32_t count) noexcept
 {
@@ -213,6 +224,7 @@ void SpliceRecord(RecordList& list, std::int64_t row, std::int64_t column, std::
                   const char16_t* text, std::int64_t length)
 {
     TraceScope trace("record_edit.cpp", "SpliceRecord");
+    PartLongChunk(list, row);
     const std::int32_t index = FindChunk(list, row);
     RecordChunk& chunk = list.chunks[index];
     MakeEdited(chunk, 0);

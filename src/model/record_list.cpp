@@ -22,10 +22,16 @@ bool HasBlock(const RecordList& list) noexcept
     return list.starts != nullptr;
 }
 
-void FillBulkChunks(RecordList& list, const char16_t* text, std::int64_t rows, std::int64_t length) noexcept
+// An empty array may claim any number of rows, and nobody has text for them: so many go into one chunk that a list of them stays small.
+constexpr std::int64_t EmptyRecordsPerChunk = std::int64_t{1} << 30;
+// Row numbers are multiplied by line heights, and so many chunks are still few.
+constexpr std::int64_t MostEmptyRecords = std::int64_t{1} << 46;
+
+void FillBulkChunks(RecordList& list, const char16_t* text, std::int64_t rows, std::int64_t length,
+                    std::int64_t rowsPerChunk) noexcept
 {
     for (std::int32_t i = 0; i < list.chunkCount; ++i) {
-        const auto count = static_cast<std::int32_t>(std::min(rows, RecordsPerChunk));
+        const auto count = static_cast<std::int32_t>(std::min(rows, rowsPerChunk));
         list.chunks[i] = {text, length, nullptr, count, 0, -1};
         text += count * length;
         rows -= count;
@@ -130,10 +136,12 @@ void SetBulkRecords(RecordList& list, const char16_t* text, std::int64_t rows, s
 {
     TraceScope trace("record_list.cpp", "SetBulkRecords");
     if (rows <= 0) return;
-    const std::int64_t chunks = rows / RecordsPerChunk + (rows % RecordsPerChunk != 0 ? 1 : 0);
+    if (length == 0 && rows > MostEmptyRecords) throw VTERROR_CODE::SystemLimit;
+    const std::int64_t rowsPerChunk = length > 0 ? RecordsPerChunk : EmptyRecordsPerChunk;
+    const std::int64_t chunks = rows / rowsPerChunk + (rows % rowsPerChunk != 0 ? 1 : 0);
     ReserveChunks(list, chunks);
     list.chunkCount = static_cast<std::int32_t>(chunks);
-    FillBulkChunks(list, length > 0 ? text : NoText, rows, length);
+    FillBulkChunks(list, length > 0 ? text : NoText, rows, length, rowsPerChunk);
 }
 
 void SetBulkRecordsOwning(RecordList& list, OwnedArray<char16_t> text, std::int64_t rows, std::int64_t length)
@@ -147,6 +155,18 @@ RecordText GetRecord(const RecordList& list, std::int64_t row) noexcept
 {
     const std::int32_t chunk = FindChunk(list, row);
     return RowOfChunk(list.chunks[chunk], row - ChunkStart(list, chunk));
+}
+
+std::int64_t LongestOfFirstRecords(const RecordList& list, std::int64_t rows) noexcept
+{
+    TraceScope trace("record_list.cpp", "LongestOfFirstRecords");
+    std::int64_t longest = 0;
+    ForEachRowRun(list, 0, rows, [&](const RecordChunk& chunk, std::int64_t first, std::int64_t end) {
+        if (IsBulk(chunk)) longest = std::max(longest, chunk.longest);
+        for (std::int64_t row = first; !IsBulk(chunk) && row < end; ++row)
+            longest = std::max(longest, chunk.records[row].length);
+    });
+    return longest;
 }
 
 std::int64_t LongestRecord(const RecordList& list) noexcept

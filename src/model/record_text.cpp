@@ -99,14 +99,23 @@ RecordText PartOfRow(const RowSpan& span, std::int64_t row, RecordText record) n
     return {record.text + start, end - start};
 }
 
+std::int64_t UnitsOfRows(const RecordList& list, std::int64_t first, std::int64_t count) noexcept
+{
+    std::int64_t units = 0;
+    ForEachRowRun(list, first, count, [&](const RecordChunk& chunk, std::int64_t row, std::int64_t end) {
+        if (IsBulk(chunk)) units += (end - row) * chunk.longest;
+        for (; !IsBulk(chunk) && row < end; ++row)
+            units += chunk.records[row].length;
+    });
+    return units;
+}
+
 std::int64_t SpanLength(const RecordList& list, const RowSpan& span) noexcept
 {
     if (span.last < span.first) return 0;
-    std::int64_t length = 2 * (span.last - span.first);
-    std::int64_t row = span.first;
-    ForEachRecord(list, span.first, span.last - span.first + 1,
-                  [&](RecordText record) { length += PartOfRow(span, row++, record).length; });
-    return length;
+    const std::int64_t lineEnds = 2 * (span.last - span.first);
+    const std::int64_t behindEnd = GetRecord(list, span.last).length - span.end;
+    return UnitsOfRows(list, span.first, span.last - span.first + 1) + lineEnds - span.start - behindEnd;
 }
 
 template <typename Append> void WriteSpan(const RecordList& list, const RowSpan& span, Append append)

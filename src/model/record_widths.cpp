@@ -9,6 +9,7 @@ namespace {
 std::int64_t MeasureBulk(const RecordChunk& chunk, CharWidths& widths)
 {
     if (widths.FixedPitchWidth() > 0) return chunk.longest * widths.FixedPitchWidth();
+    if (chunk.longest == 0) return 0; // there may be any number of such rows
     std::int64_t widest = 0;
     for (std::int64_t row = 0; row < chunk.count; ++row) {
         widest = std::max(widest, widths.TextWidth(chunk.bulkText + row * chunk.longest, chunk.longest));

@@ -1,7 +1,8 @@
 // The text of a simple array: its formatted display, one record per row.
 //
 // A record is a line of UTF-16 text without a terminator; line ends exist only between records. Rows are reached by
-// row number and only through these routines. Behind them stands a list of chunks of at most `RecordsPerChunk` rows:
+// row number and only through these routines. Behind them stands a list of chunks of at most `RecordsPerChunk` rows
+// (rows without text, of which an empty array may claim any number, are many more to a chunk):
 // a *bulk* chunk is rows of one length lying one behind the other in a text block (the array's own data or a formatted
 // block shared by all chunks), an *edited* chunk holds single records that may own their text. So a matrix of a
 // million rows costs a thousand chunks, row n is found at once, and an edit touches one chunk.
@@ -79,7 +80,8 @@ struct OwnedRecords {
 };
 
 // Fills an empty list with `rows` rows of `length` units each, one behind the other in `text`. Borrowed: `text` must outlive
-// the list (it is the node's data). Owned: `text` came from AllocateBytes and the list frees it.
+// the list (it is the node's data). Owned: `text` came from AllocateBytes and the list frees it. More than 2 to the 46th rows without
+// text throw SystemLimit.
 void SetBulkRecords(RecordList& list, const char16_t* text, std::int64_t rows, std::int64_t length);
 void SetBulkRecordsOwning(RecordList& list, OwnedArray<char16_t> text, std::int64_t rows,
                           std::int64_t length);

@@ -1,25 +1,13 @@
 #include <algorithm>
+#include <cmath>
 
 #include "entry/trace.h"
 #include "model/primitives.h"
 #include "model/tree_walk.h"
+#include "model/whole_numbers.h"
 
 namespace vantrel {
 namespace {
-
-constexpr double IntegerLimit = 9223372036854775808.0; // both ends belong to the range
-
-bool IsInIntegerRange(double value) noexcept
-{
-    return value >= -IntegerLimit && value <= IntegerLimit;
-}
-
-// For values in range, and false for NaN. The upper end itself does not fit into the integer.
-bool IsIntegral(double value) noexcept
-{
-    if (!(value < IntegerLimit)) return value == IntegerLimit;
-    return static_cast<double>(static_cast<std::int64_t>(value)) == value;
-}
 
 std::int32_t SimplestOfIntegers(const std::int64_t* values, std::int64_t count) noexcept
 {
@@ -29,13 +17,11 @@ std::int32_t SimplestOfIntegers(const std::int64_t* values, std::int64_t count) 
 
 std::int32_t SimplestOfReals(const double* values, std::int64_t count) noexcept
 {
-    std::int32_t simplest = TypeBoolean;
-    for (std::int64_t i = 0; i < count; ++i) {
-        const double value = values[i];
-        if (!IsInIntegerRange(value) || !IsIntegral(value)) return TypeReal;
-        if (value != 0 && value != 1) simplest = TypeInteger;
+    switch (KindOfReals(values, count)) {
+    case NumberKind::Bits: return TypeBoolean;
+    case NumberKind::Whole: return TypeInteger;
+    default: return TypeReal;
     }
-    return simplest;
 }
 
 // A real part out of range settles the answer at once, even where a later item is truly complex.
@@ -46,10 +32,10 @@ std::int32_t SimplestOfComplexes(const double* pairs, std::int64_t count) noexce
         const double real = pairs[2 * i];
         const double imaginary = pairs[2 * i + 1];
         if (imaginary != 0) return TypeComplex; // also true for NaN
-        if (real < -IntegerLimit || real > IntegerLimit) return TypeReal;
-        if (real == 0 || real == 1) continue;
-        const bool integral = IsInIntegerRange(real) && IsIntegral(real);
-        simplest = std::max<std::int32_t>(simplest, integral ? TypeInteger : TypeReal);
+        if (!IsInIntegerRange(real) && !std::isnan(real)) return TypeReal;
+        const NumberKind kind = KindOfItem(real);
+        if (kind == NumberKind::Bits) continue;
+        simplest = std::max<std::int32_t>(simplest, kind == NumberKind::Whole ? TypeInteger : TypeReal);
     }
     return simplest;
 }

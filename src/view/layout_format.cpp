@@ -36,10 +36,18 @@ void ReportRows(NumberFormatting& formatting, std::int64_t rowsDone)
     formatting.rowsReported = rowsDone;
 }
 
+// The interpreter's own interrupt key counts as much as closing the window.
+bool IsHostInterrupted(const View& view)
+{
+    const auto check = view.context->langEnv->Operations.CheckForInterrupt;
+    return check != nullptr && check(view.context) != 0;
+}
+
 bool PollNumberFormatting(void* state, std::int64_t rowsDone)
 {
     auto& formatting = *static_cast<NumberFormatting*>(state);
     ReportRows(formatting, rowsDone);
+    if (IsHostInterrupted(formatting.view)) return true;
     return formatting.view.effects.isInterruptOrClosePending(formatting.view);
 }
 

@@ -81,8 +81,8 @@ TEST_P(DyalogWrite, ChoosesTheTypeOfLongFloatVectors)
                         {0.5, Float},     {-1e-300, Float},  {1e19, Float},
                         {nan, Float},     {-infinity, Float}};
     for (const Row& row : rows) {
-        for (const std::size_t place : {0u, 63u, 64u, 127u, 128u, 140u}) {
-            std::vector<double> values(141, 1);
+        for (const std::size_t place : {0u, 255u, 256u, 511u, 512u, 520u}) {
+            std::vector<double> values(521, 1);
             values[place] = row.odd;
             EXPECT_EQ(TypesOf(*Reals(values)), std::vector<int>{row.type}) << row.odd << " at " << place;
         }

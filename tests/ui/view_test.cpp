@@ -1,0 +1,287 @@
+// The array view: where boxes and the editor stand, what is selected, what is painted, what long loads allow.
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+
+#include "ui/driver.h"
+
+namespace vantrel::ui {
+namespace {
+
+using namespace fake;
+
+constexpr int Margin = 5;       // with small margins, the default
+constexpr int LargeMargin = 10;
+constexpr UINT GetModified = 32973;
+constexpr UINT GetOption = 32974;
+constexpr UINT GetPreferredSize = 32976;
+constexpr UINT SetOption = 32980;
+constexpr UINT SetPickIndex = 32981;
+constexpr int SmallMarginsOption = 4308;
+constexpr int RankOneBarsOption = 4315;
+constexpr COLORREF NumberColour = RGB(64, 64, 224);
+
+class View : public testing::Test {
+protected:
+    void SetUp() override { ForgetOptions(); }
+
+    Interpreter interpreter;
+};
+
+Array TwoTexts()
+{
+    return NestedArray({2}, {Text(u"ab"), Text(u"cde")});
+}
+
+// The thickness of a sunken edge, measured as the view measures it.
+int EdgeWidth(HWND window)
+{
+    HDC const dc = GetDC(window);
+    RECT area{0, 0, 100, 100};
+    DrawEdge(dc, &area, EDGE_SUNKEN, BF_RECT | BF_ADJUST);
+    ReleaseDC(window, dc);
+    InvalidateRect(window, nullptr, FALSE);
+    return (100 - (area.right - area.left)) / 2;
+}
+
+struct FontSize {
+    int character;
+    int line;
+};
+
+FontSize FontOf(HWND window)
+{
+    HDC const dc = GetDC(window);
+    const auto font = reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0));
+    HGDIOBJ const previous = SelectObject(dc, font);
+    TEXTMETRICW metrics{};
+    GetTextMetricsW(dc, &metrics);
+    SelectObject(dc, previous);
+    ReleaseDC(window, dc);
+    return {metrics.tmAveCharWidth, metrics.tmHeight + metrics.tmExternalLeading};
+}
+
+RECT EditorRect(const User& user)
+{
+    RECT rect{};
+    GetWindowRect(user.Editor(), &rect);
+    MapWindowPoints(nullptr, user.Client(), reinterpret_cast<POINT*>(&rect), 2);
+    return rect;
+}
+
+bool SameRect(const RECT& a, const RECT& b)
+{
+    return a.left == b.left && a.top == b.top && a.right == b.right && a.bottom == b.bottom;
+}
+
+// The text area of a vector's item: `before` is the width of the boxes to its left, each less one margin.
+RECT TextArea(const User& user, int before, int characters, int margin)
+{
+    const int edge = EdgeWidth(user.Client());
+    const FontSize font = FontOf(user.Client());
+    const int left = edge + margin + before + margin;
+    const int top = edge + margin + margin;
+    const int around = 4 + 4 * edge; // two pixels of air on each side, and the edge twice
+    return {left, top, left + characters * font.character + around, top + font.line + around};
+}
+
+int BoxWidthLessMargin(const User& user, int characters, int margin)
+{
+    const RECT area = TextArea(user, 0, characters, margin);
+    return area.right - area.left + margin;
+}
+
+TEST_F(View, TheEditorStandsExactlyOverTheItemsText)
+{
+    RunEdit(interpreter, TwoTexts(), [](User& user) {
+        user.Key(VK_TAB);
+        user.Expect(SameRect(EditorRect(user), TextArea(user, 0, 2, Margin)), "over the first item");
+        user.Key(VK_TAB);
+        const int before = BoxWidthLessMargin(user, 2, Margin);
+        user.Expect(SameRect(EditorRect(user), TextArea(user, before, 3, Margin)), "over the second item");
+    });
+}
+
+TEST_F(View, LargeMarginsMoveEveryBox)
+{
+    StoreFlag(L"Use small margins", 0);
+    RunEdit(interpreter, TwoTexts(), [](User& user) {
+        user.Key(VK_TAB);
+        user.Expect(SameRect(EditorRect(user), TextArea(user, 0, 2, LargeMargin)), "over the first item");
+        SendMessageW(user.Client(), SetOption, MAKEWPARAM(SmallMarginsOption, 1), 0);
+        user.Wait();
+        user.Expect(SameRect(EditorRect(user), TextArea(user, 0, 2, Margin)), "the option lays the array out again");
+    });
+}
+
+TEST_F(View, RankOneBarsMakeRoomInVectorsOnly)
+{
+    RunEdit(interpreter, TwoTexts(), [](User& user) {
+        user.Key(VK_TAB);
+        const RECT before = EditorRect(user);
+        SendMessageW(user.Client(), SetOption, MAKEWPARAM(RankOneBarsOption, 1), 0);
+        user.Wait();
+        const RECT after = EditorRect(user);
+        user.Expect(after.bottom - after.top > before.bottom - before.top, "the box grows by its scroll bars");
+        user.ExpectEqual(SendMessageW(user.Client(), GetOption, RankOneBarsOption, 0), 1, "the option is on");
+    });
+}
+
+TEST_F(View, AClickSelectsTheInnermostBoxAndAMarginItsFrame)
+{
+    RunEdit(interpreter, TwoTexts(), [](User& user) {
+        const RECT first = TextArea(user, 0, 2, Margin);
+        const RECT second = TextArea(user, BoxWidthLessMargin(user, 2, Margin), 3, Margin);
+        user.Click(user.Client(), second.left + 3, second.top + 3);
+        user.ExpectEqual(user.PickIndex(), u"2", "the second item");
+        user.Click(user.Client(), first.right + 2, first.top + 3); // between the two
+        user.ExpectEqual(user.PickIndex(), u" ", "the whole array");
+        user.Click(user.Client(), first.left + 3, first.top + 3);
+        user.ExpectEqual(user.PickIndex(), u"1", "the first item");
+    });
+}
+
+TEST_F(View, TabWalksInItemOrderAndWrapsAround)
+{
+    const Array nest = NestedArray({2}, {Text(u"a"), NestedArray({2, 1}, {Text(u"b"), Text(u"c")})});
+    RunEdit(interpreter, nest, [](User& user) {
+        const std::u16string forward[] = {u"1", u"2", u"2 (1 1)", u"2 (2 1)", u" ", u"1"};
+        for (const std::u16string& index : forward) {
+            user.Key(VK_TAB);
+            user.ExpectEqual(user.PickIndex(), index, "Tab");
+        }
+        user.Key(VK_TAB, {VK_SHIFT});
+        user.ExpectEqual(user.PickIndex(), u" ", "Shift+Tab goes to the parent");
+        user.Key(VK_TAB, {VK_SHIFT});
+        user.ExpectEqual(user.PickIndex(), u"2 (2 1)", "and from the root to the last leaf");
+        user.Key(VK_UP, {VK_CONTROL});
+        user.ExpectEqual(user.PickIndex(), u"2", "Ctrl+Up goes to the parent");
+        user.Key(VK_TAB, {VK_CONTROL});
+        user.ExpectEqual(user.PickIndex(), u"1", "Ctrl+Tab goes round the siblings");
+    });
+}
+
+TEST_F(View, APickIndexSelectsItsNode)
+{
+    RunEdit(interpreter, TwoTexts(), [](User& user) {
+        SendMessageW(user.Client(), SetPickIndex, 0, reinterpret_cast<LPARAM>(u"2"));
+        user.ExpectEqual(user.PickIndex(), u"2", "a good index selects");
+        SendMessageW(user.Client(), SetPickIndex, 0, reinterpret_cast<LPARAM>(u"7"));
+        user.ExpectEqual(user.PickIndex(), u"2", "a bad one changes nothing");
+    });
+}
+
+TEST_F(View, TheFirstChangeMarksTheArrayModified)
+{
+    RunEdit(interpreter, Text(u"ab"), [](User& user) {
+        user.ExpectEqual(SendMessageW(user.Client(), GetModified, 0, 0), 0, "unchanged");
+        user.Type(u"x");
+        user.ExpectEqual(SendMessageW(user.Client(), GetModified, 0, 0), 1, "changed");
+        user.Command(4102);
+        user.ExpectEqual(SendMessageW(user.Client(), GetModified, 0, 0), 0, "saved");
+    });
+}
+
+TEST_F(View, TheSelectedFrameHasTheActiveCaptionsColour)
+{
+    RunEdit(interpreter, TwoTexts(), [](User& user) {
+        const COLORREF active = GetSysColor(COLOR_ACTIVECAPTION);
+        const COLORREF inactive = GetSysColor(COLOR_INACTIVECAPTION);
+        user.ExpectEqual(user.Shot(user.Client()).At(Margin, Margin + 10), active, "the whole array is selected");
+        user.Key(VK_TAB);
+        user.ExpectEqual(user.Shot(user.Client()).At(Margin, Margin + 10), inactive, "its first item is selected");
+    });
+}
+
+TEST_F(View, NumbersAreTintedAndPrototypesAreGrey)
+{
+    const Array nest =
+        NestedArray({3}, {Text(u"text"), FloatArray({2}, {888.5, 8}), EmptyNestedArray({0}, Text(u"proto"))});
+    RunEdit(interpreter, nest, [](User& user) {
+        const Picture picture = user.Shot(user.Client());
+        user.Expect(picture.Count(NumberColour) > 20, "numbers are drawn in their own colour");
+        user.Expect(picture.Count(GetSysColor(COLOR_WINDOWTEXT)) > 20, "text is drawn in the text colour");
+    });
+}
+
+TEST_F(View, TheWindowScrollsWithoutASelectionLeavingIt)
+{
+    std::vector<Array> many;
+    for (int i = 0; i < 60; ++i) many.push_back(Text(u"item"));
+    RunEdit(interpreter, NestedArray({60, 1}, many), [](User& user) {
+        user.Key(VK_TAB, {VK_SHIFT}); // the last item
+        RECT client{};
+        GetClientRect(user.Client(), &client);
+        const RECT editor = EditorRect(user);
+        user.Expect(editor.top >= 0 && editor.bottom <= client.bottom, "the last item is scrolled into sight");
+    });
+}
+
+TEST_F(View, PreferredSizeHoldsTheWholeArray)
+{
+    RunEdit(interpreter, TwoTexts(), [](User& user) {
+        SIZE size{};
+        user.ExpectEqual(SendMessageW(user.Client(), GetPreferredSize, 0, reinterpret_cast<LPARAM>(&size)), 0, "it answers");
+        const RECT second = TextArea(user, BoxWidthLessMargin(user, 2, Margin), 3, Margin);
+        const int edge = EdgeWidth(user.Client());
+        user.ExpectEqual(size.cx, second.right + 2 * Margin + edge + GetSystemMetrics(SM_CXVSCROLL), "its width");
+        user.ExpectEqual(size.cy, second.bottom + 2 * Margin + edge + GetSystemMetrics(SM_CYHSCROLL), "its height");
+    });
+}
+
+TEST_F(View, ANumericMatrixTakesNoLetters)
+{
+    const Array matrix = IntegerArray(ElementType::Int32, {2, 2}, {1, 2, 3, 4});
+    const Outcome outcome = RunEdit(interpreter, matrix, [](User& user) {
+        user.Type(u"xyz");
+        user.Command(4104);
+    });
+    ASSERT_TRUE(outcome.edit.hasResult);
+    EXPECT_TRUE(SameValues(outcome.edit.result, matrix)) << Dump(outcome.edit.result);
+}
+
+Array MuchToFormat()
+{
+    std::vector<double> values(3000000);
+    for (std::size_t i = 0; i < values.size(); ++i) values[i] = static_cast<double>(i) * 1.37 + 0.5;
+    return FloatArray({300000, 10}, values);
+}
+
+TEST_F(View, ClosingWhileItLoadsGivesTheArgumentBack)
+{
+    EditOptions options;
+    options.checkArgument = false;
+    std::atomic<bool> ended{false};
+    std::thread closer([&] { // sees the window before it is ready
+        while (!ended) {
+            HWND const frame = FindWindowW(L"quillmoor vantrel frame class", nullptr);
+            if (frame != nullptr && IsWindowVisible(frame)) {
+                PostMessageW(frame, WM_CLOSE, 0, 0);
+                return;
+            }
+            Sleep(1);
+        }
+    });
+    const EditResult edit = interpreter.Edit(Library(), MuchToFormat(), options);
+    ended = true;
+    closer.join();
+    EXPECT_TRUE(edit.unchanged);
+    EXPECT_FALSE(edit.error.signalled);
+    for (const std::string& complaint : edit.complaints) ADD_FAILURE() << complaint;
+}
+
+TEST_F(View, TheUsersInterruptEndsALongLoadWithItsError)
+{
+    interpreter.SetInterrupt(true);
+    EditOptions options;
+    options.checkArgument = false;
+    const Outcome outcome = RunEdit(interpreter, MuchToFormat(), [](User&) {}, options);
+    EXPECT_TRUE(outcome.edit.error.signalled);
+    EXPECT_EQ(outcome.edit.error.number, 1003u);
+    EXPECT_EQ(outcome.edit.error.message, u"User signaled interrupt");
+    EXPECT_FALSE(outcome.edit.hasResult);
+}
+
+} // namespace
+} // namespace vantrel::ui
