@@ -10,7 +10,8 @@ inline constexpr char16_t EditClassName[] = u"quillmoor Vantrel edit control cla
 // Private messages.
 inline constexpr std::uint32_t EditMessageDrawCaret = 33069;
 inline constexpr std::uint32_t EditMessageFreeRedo = 33070;
-inline constexpr std::uint32_t EditMessageMoveCaret = 33071; // wParam: address of two int64 deltas (column, line)
+inline constexpr std::uint32_t EditMessageMoveCaret =
+    33071; // wParam: address of two int64 deltas (column, line)
 inline constexpr std::uint32_t EditMessageSelectAll = 33072;
 inline constexpr std::uint32_t EditMessageNewPlane = 33073;
 inline constexpr std::uint32_t EditMessageUseScdr = 33074; // wParam: nonzero forces re-initialisation

@@ -132,8 +132,9 @@ const char* CommandName(std::uint32_t message, std::int32_t commandId) noexcept
 {
     if (message == MessageSetArray || message == MessageSetArrayAgain) return "Set array";
     if (message != MessageCommand) return UnknownName;
-    const auto found = std::lower_bound(std::begin(Commands), std::end(Commands), commandId,
-                                        [](const NamedCommand& command, std::int32_t id) { return command.id < id; });
+    const auto found =
+        std::lower_bound(std::begin(Commands), std::end(Commands), commandId,
+                         [](const NamedCommand& command, std::int32_t id) { return command.id < id; });
     return found != std::end(Commands) && found->id == commandId ? found->name : UnknownName;
 }
 

@@ -24,7 +24,8 @@ enum class Dialect : std::int32_t { Apl2 = 0, Aplx = 1, Dyalog = 2, Matlab = 3 }
 // The host operations. Each receives the edit context first. An operation that fails sets `ErrorCode` and returns null or
 // 0. `GetLibraryPath` and `Graphics` may be null entries: callers test them.
 struct HostOperations {
-    Scdr* (*CallPrimitiveReturningScdr)(EditContext*, std::int32_t primitive, const Scdr* argument, const Scdr* leftArgument);
+    Scdr* (*CallPrimitiveReturningScdr)(EditContext*, std::int32_t primitive, const Scdr* argument,
+                                        const Scdr* leftArgument);
     std::int32_t (*CheckForInterrupt)(EditContext*);
     std::int32_t (*ClipboardCanPaste)(EditContext*);
     Scdr* (*ClipboardToScdr)(EditContext*, WindowHandle owner);
@@ -46,7 +47,8 @@ struct HostOperations {
 
 // Bits of `LangEnv::Capabilities`.
 enum Capability : std::uint8_t {
-    CapabilityInterruptOrClose = 0x01, // not a capability: set while an interrupt or a close waits to be served
+    CapabilityInterruptOrClose =
+        0x01, // not a capability: set while an interrupt or a close waits to be served
     CapabilityComplex = 0x02,
     CapabilityInteger64 = 0x08,
     CapabilityDecimal = 0x10,
@@ -78,7 +80,8 @@ struct LangEnv {
     const char16_t* HelpFile; // null = the default help file
     std::uint8_t Capabilities;
     std::uint8_t ViewCapabilities;
-    const char16_t* ErrorDetail; // a message more specific than the code's text, owned by the adapter, or null
+    const char16_t*
+        ErrorDetail; // a message more specific than the code's text, owned by the adapter, or null
 };
 
 } // namespace vantrel

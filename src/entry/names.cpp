@@ -83,7 +83,8 @@ std::int32_t IsValidName(const char16_t* text, std::int64_t length, const LangEn
 std::int32_t IsUnicodeValidName(const char16_t* text, const LangEnv& environment) noexcept
 {
     TraceScope trace("names.cpp", "IsUnicodeValidName");
-    return IsValidName(text, static_cast<std::int64_t>(std::char_traits<char16_t>::length(text)), environment);
+    return IsValidName(text, static_cast<std::int64_t>(std::char_traits<char16_t>::length(text)),
+                       environment);
 }
 
 void GetArrayTitle(const EditContext* context, char16_t (&title)[TitleSize]) noexcept
@@ -96,7 +97,9 @@ void GetArrayTitle(const EditContext* context, char16_t (&title)[TitleSize]) noe
         return;
     }
     switch (environment.DialectKind) {
-    case Dialect::Apl2: writer << u"Vantrel for APL2® - " << context->accountNumber << u" " << TitleSuffix; break;
+    case Dialect::Apl2:
+        writer << u"Vantrel for APL2® - " << context->accountNumber << u" " << TitleSuffix;
+        break;
     case Dialect::Aplx: writer << u"Vantrel for APLX" << TitleSuffix; break;
     case Dialect::Dyalog: writer << u"Vantrel for Dyalog" << TitleSuffix; break;
     case Dialect::Matlab: writer << u"Vantrel for MATLAB®" << TitleSuffix; break;

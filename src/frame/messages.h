@@ -10,7 +10,8 @@ inline constexpr char16_t FrameClassName[] = u"quillmoor vantrel frame class";
 // Private messages of the frame.
 inline constexpr std::uint32_t FrameGetSizeOnOpen = 0x8065; // is "Size to definition on open" set
 inline constexpr std::uint32_t FramePlaceNameBox = 0x8066;
-inline constexpr std::uint32_t FrameSetName = 0x8068;          // wParam 0: lParam is the value handed over; 1: the variable's name
+inline constexpr std::uint32_t FrameSetName =
+    0x8068; // wParam 0: lParam is the value handed over; 1: the variable's name
 inline constexpr std::uint32_t FrameSizeToDefinition = 0x8069;
 inline constexpr std::uint32_t FrameIsClosing = 0x806B;
 

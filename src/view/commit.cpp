@@ -114,7 +114,8 @@ void PutCaretBack(View& view, const CaretPlace& caret)
 {
     const Scdr* const node = Selected(view);
     if (!view.editorActive || node == nullptr || !IsSimple(*node) || node->records.count == 0) return;
-    const std::int64_t line = std::clamp<std::int64_t>(caret.line, 0, std::max<std::int64_t>(ShownRows(*node), 1) - 1);
+    const std::int64_t line =
+        std::clamp<std::int64_t>(caret.line, 0, std::max<std::int64_t>(ShownRows(*node), 1) - 1);
     const std::int64_t length = GetRecord(node->records, FirstShownRow(*node) + line).length;
     const std::int64_t column = std::min(caret.column, length);
     if (column != 0 || line != 0) view.effects.moveEditorCaret(view, column, line);

@@ -7,7 +7,8 @@ namespace vantrel {
 
 // The innermost visible box under a window point, the first in item order where boxes overlap; null outside `node`. (dx, dy) is added to layout
 // space, usually the negated scroll position.
-[[nodiscard]] Scdr* HitTestScdr(const View& view, Scdr& node, Point64 point, std::int64_t dx, std::int64_t dy) noexcept;
+[[nodiscard]] Scdr* HitTestScdr(const View& view, Scdr& node, Point64 point, std::int64_t dx,
+                                std::int64_t dy) noexcept;
 // Whether every ancestor of rank >= 3 shows the plane that holds the node.
 [[nodiscard]] bool IsNodeInShownPlanes(const Scdr& node) noexcept;
 

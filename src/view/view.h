@@ -31,12 +31,12 @@ struct Rect64 {
 
 // Facts of the platform that layout needs; all pixels.
 struct ViewMetrics {
-    Size64 edge;                      // a sunken edge as the platform draws it
-    std::int64_t margin = 5;          // 5 with small margins, else 10
+    Size64 edge;                          // a sunken edge as the platform draws it
+    std::int64_t margin = 5;              // 5 with small margins, else 10
     std::int64_t verticalBarWidth = 0;    // SM_CXVSCROLL
     std::int64_t horizontalBarHeight = 0; // SM_CYHSCROLL
-    Size64 workArea;                  // of the screen
-    Size64 client;                    // of the view's window
+    Size64 workArea;                      // of the screen
+    Size64 client;                        // of the view's window
 };
 
 struct View;
@@ -50,7 +50,7 @@ struct ViewEffects {
     void (*notifyFrame)(View& view, std::int32_t code);
     bool (*isInterruptOrClosePending)(View& view);
     void (*showWindowScrollBars)(View& view, bool show);
-    void (*sendSize)(View& view);           // have the window lay itself out again (SendWmSize)
+    void (*sendSize)(View& view); // have the window lay itself out again (SendWmSize)
     // The cell editor. `beginEditor` shows the right edit window over the selected node (scalar or array); `placeEditor` moves and
     // redraws it; `reloadEditor` makes it take the selected node into use anew; `hideEditor` ends it.
     void (*beginEditor)(View& view, bool scalar, bool readOnly);
@@ -95,7 +95,13 @@ struct View {
     void* win = nullptr;       // the presentation's own record
 };
 
-[[nodiscard]] inline Scdr* Selected(const View& view) noexcept { return view.edit.node; }
-[[nodiscard]] inline std::int64_t MinimisedSize(const View& view) noexcept { return view.edit.lineHeight; }
+[[nodiscard]] inline Scdr* Selected(const View& view) noexcept
+{
+    return view.edit.node;
+}
+[[nodiscard]] inline std::int64_t MinimisedSize(const View& view) noexcept
+{
+    return view.edit.lineHeight;
+}
 
 } // namespace vantrel

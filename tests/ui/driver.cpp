@@ -165,14 +165,16 @@ void GiveUp(const User& user)
     std::fprintf(stderr, "%s: the window does not close; busy %d, status \"%s\"\n", TestName().c_str(),
                  static_cast<int>(SendMessageW(user.Client(), GetBusyMessage, 0, 0)),
                  std::string(status.begin(), status.end()).c_str());
-    for (const std::string& failure : user.Failures()) std::fprintf(stderr, "  not so: %s\n", failure.c_str());
+    for (const std::string& failure : user.Failures())
+        std::fprintf(stderr, "  not so: %s\n", failure.c_str());
     std::fflush(stderr);
     TerminateProcess(GetCurrentProcess(), 3);
 }
 
 void PlayUser(User& user, const Script& script, const std::atomic<bool>& editEnded, bool& windowCame)
 {
-    while (!editEnded && FindFrame() == nullptr) Sleep(PollMilliseconds);
+    while (!editEnded && FindFrame() == nullptr)
+        Sleep(PollMilliseconds);
     if (editEnded) return; // no window came up
     windowCame = true;
     if (user.WaitForWindow()) script(user);
@@ -197,7 +199,9 @@ const fake::EntryPoints& Library()
         HMODULE const library = LoadLibraryW(L"vantrel.dll");
         fake::EntryPoints found;
         if (library == nullptr) return found;
-        const auto get = [&](const char* name) { return reinterpret_cast<void*>(GetProcAddress(library, name)); };
+        const auto get = [&](const char* name) {
+            return reinterpret_cast<void*>(GetProcAddress(library, name));
+        };
         found.getInterpreterFunctions =
             reinterpret_cast<decltype(found.getInterpreterFunctions)>(get("DyalogGetInterpreterFunctions"));
         found.editArray = reinterpret_cast<decltype(found.editArray)>(get("DyalogEditArray"));
@@ -277,7 +281,8 @@ void User::Key(WORD key, std::initializer_list<WORD> modifiers)
 {
     const DWORD extended = IsExtendedKey(key) ? KEYEVENTF_EXTENDEDKEY : 0;
     std::vector<INPUT> inputs;
-    for (const WORD modifier : modifiers) inputs.push_back(KeyInput(modifier, 0));
+    for (const WORD modifier : modifiers)
+        inputs.push_back(KeyInput(modifier, 0));
     inputs.push_back(KeyInput(key, extended));
     inputs.push_back(KeyInput(key, extended | KEYEVENTF_KEYUP));
     for (auto modifier = std::rbegin(modifiers); modifier != std::rend(modifiers); ++modifier) {
@@ -355,7 +360,8 @@ std::u16string User::StatusText() const
 std::u16string User::PickIndex() const
 {
     const LRESULT node = SendMessageW(Client(), GetSelectedMessage, 0, 0);
-    const auto* const text = reinterpret_cast<const char16_t*>(SendMessageW(Client(), GetPickIndexMessage, 0, node));
+    const auto* const text =
+        reinterpret_cast<const char16_t*>(SendMessageW(Client(), GetPickIndexMessage, 0, node));
     return text == nullptr ? u"" : text;
 }
 
@@ -415,8 +421,10 @@ Outcome RunEdit(fake::Interpreter& interpreter, const fake::Array& argument, con
     outcome.edit = interpreter.Edit(Library(), argument, options);
     editEnded = true;
     player.join();
-    for (const std::string& failure : user.Failures()) ADD_FAILURE() << failure;
-    for (const std::string& complaint : outcome.edit.complaints) ADD_FAILURE() << complaint;
+    for (const std::string& failure : user.Failures())
+        ADD_FAILURE() << failure;
+    for (const std::string& complaint : outcome.edit.complaints)
+        ADD_FAILURE() << complaint;
     EXPECT_EQ(outcome.edit.handshake, 0);
     return outcome;
 }
@@ -430,8 +438,8 @@ std::vector<std::uint8_t> StoredOption(const wchar_t* name, const wchar_t* subKe
 {
     std::vector<std::uint8_t> value(4096);
     auto size = static_cast<DWORD>(value.size());
-    const LSTATUS status = RegGetValueW(HKEY_CURRENT_USER, OptionsSubKey(subKey).c_str(), name, RRF_RT_REG_BINARY, nullptr,
-                                        value.data(), &size);
+    const LSTATUS status = RegGetValueW(HKEY_CURRENT_USER, OptionsSubKey(subKey).c_str(), name,
+                                        RRF_RT_REG_BINARY, nullptr, value.data(), &size);
     value.resize(status == ERROR_SUCCESS ? size : 0);
     return value;
 }

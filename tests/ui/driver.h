@@ -20,11 +20,17 @@ bool IsThemed(); // what this run promises: VANTREL_THEME=0 says no
 // A picture of a window's client area with its children.
 class Picture {
 public:
-    Picture(int width, int height) : width_(width), height_(height), pixels_(static_cast<std::size_t>(width * height)) {}
+    Picture(int width, int height)
+        : width_(width), height_(height), pixels_(static_cast<std::size_t>(width * height))
+    {
+    }
     [[nodiscard]] int Width() const { return width_; }
     [[nodiscard]] int Height() const { return height_; }
     // 0x00BBGGRR, as system colours are.
-    [[nodiscard]] COLORREF At(int x, int y) const { return pixels_[static_cast<std::size_t>(y * width_ + x)]; }
+    [[nodiscard]] COLORREF At(int x, int y) const
+    {
+        return pixels_[static_cast<std::size_t>(y * width_ + x)];
+    }
     [[nodiscard]] COLORREF* Data() { return pixels_.data(); }
     // Pixels of a colour inside a rectangle.
     [[nodiscard]] int Count(COLORREF colour, const RECT& part) const;

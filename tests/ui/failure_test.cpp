@@ -69,15 +69,17 @@ TEST_F(Failure, ARationalNumberIsRefusedByName)
 
 TEST_F(Failure, ACharacterBeyondOneUnitIsRefused)
 {
-    ExpectRefusal(CharacterArray(ElementType::Char32, {2}, U"a\U0001F600"),
-                  u"Argument contains a character that cannot be represented using a single UTF-16 code unit.");
+    ExpectRefusal(
+        CharacterArray(ElementType::Char32, {2}, U"a\U0001F600"),
+        u"Argument contains a character that cannot be represented using a single UTF-16 code unit.");
 }
 
 TEST_F(Failure, ARefusalDeepInsideReleasesWhatWasRead)
 {
-    ExpectRefusal(NestedArray({2}, {Text(u"good"), NestedArray({1}, {RawArray(ElementType::Rational, {1},
-                                                                              std::vector<std::uint8_t>(16))})}),
-                  u"Argument contains a rational number.");
+    ExpectRefusal(
+        NestedArray({2}, {Text(u"good"), NestedArray({1}, {RawArray(ElementType::Rational, {1},
+                                                                    std::vector<std::uint8_t>(16))})}),
+        u"Argument contains a rational number.");
 }
 
 TEST_F(Failure, AnAccessViolationEndsTheEditAndTheHostLivesOn)
@@ -89,10 +91,11 @@ TEST_F(Failure, AnAccessViolationEndsTheEditAndTheHostLivesOn)
         user.AnswerBox(L"Vantrel Debug Message", IDYES);
         report = user.AnswerBox(L"Vantrel Error Message", IDOK);
     });
-    EXPECT_EQ(report.rfind(L"The Vantrel has encountered a severe error and must shut down.\n\nThe current file was "
-                           L"frame_commands.cpp.\nThe current routine was CauseAccessViolation.\n\n"
-                           L"A command log was written to the following location:\n\n",
-                           0),
+    EXPECT_EQ(report.rfind(
+                  L"The Vantrel has encountered a severe error and must shut down.\n\nThe current file was "
+                  L"frame_commands.cpp.\nThe current routine was CauseAccessViolation.\n\n"
+                  L"A command log was written to the following location:\n\n",
+                  0),
               0u)
         << std::string(report.begin(), report.end());
     EXPECT_NE(report.find(L"support@dyalog.example"), std::wstring::npos);
@@ -123,16 +126,18 @@ TEST_F(Failure, NoToTheDebugQuestionChangesNothing)
 TEST_F(Failure, AnAllocationThatFailsOnSaveKeepsTheWindowAndTheBooks)
 {
     for (int nth = 1; nth <= 3; ++nth) {
-        const Outcome outcome = RunEdit(interpreter, NestedArray({2}, {Text(u"ab"), Text(u"cd")}), [&](User& user) {
-            user.Key(VK_TAB);
-            user.Type(u"x");
-            interpreter.FailAllocation(nth);
-            user.Command(4102);
-            user.Expect(user.IsOpen(), "the window stays open");
-            user.ExpectEqual(user.StatusText(), interpreter.Message(ErrorNumber::WsFull), "the interpreter's message is shown");
-            interpreter.FailAllocation(0);
-            user.Command(4104);
-        });
+        const Outcome outcome =
+            RunEdit(interpreter, NestedArray({2}, {Text(u"ab"), Text(u"cd")}), [&](User& user) {
+                user.Key(VK_TAB);
+                user.Type(u"x");
+                interpreter.FailAllocation(nth);
+                user.Command(4102);
+                user.Expect(user.IsOpen(), "the window stays open");
+                user.ExpectEqual(user.StatusText(), interpreter.Message(ErrorNumber::WsFull),
+                                 "the interpreter's message is shown");
+                interpreter.FailAllocation(0);
+                user.Command(4104);
+            });
         ASSERT_TRUE(outcome.edit.hasResult) << nth;
         EXPECT_TRUE(SameValues(outcome.edit.result, NestedArray({2}, {Text(u"xab"), Text(u"cd")})));
     }

@@ -37,8 +37,10 @@ TEST_F(Frame, TheCallersTitleIsTaken)
 {
     EditOptions options;
     options.title = u"Prices ⍴ 2026";
-    RunEdit(interpreter, Text(u"abc"),
-            [](User& user) { user.Expect(user.Title() == L"Prices ⍴ 2026", "the title is the caller's"); }, options);
+    RunEdit(
+        interpreter, Text(u"abc"),
+        [](User& user) { user.Expect(user.Title() == L"Prices ⍴ 2026", "the title is the caller's"); },
+        options);
 }
 
 TEST_F(Frame, HasTheViewAndTheStatusBarAsChildren)
@@ -67,7 +69,8 @@ TEST_F(Frame, ClosingAModifiedArrayAsksAndCancelKeepsTheWindow)
         TypeSomething(user);
         PostMessageW(user.Frame(), WM_CLOSE, 0, 0);
         const std::wstring question = user.AnswerBox(Program, IDCANCEL);
-        user.Expect(question == L"The array has been modified. Do you want to save your changes?", "the question");
+        user.Expect(question == L"The array has been modified. Do you want to save your changes?",
+                    "the question");
         user.Expect(user.IsOpen(), "Cancel keeps the window");
         PostMessageW(user.Frame(), WM_CLOSE, 0, 0);
         user.AnswerBox(Program, IDNO);
@@ -112,17 +115,25 @@ TEST_F(Frame, ClosingByForceAsksNothingAndKeepsTheOption)
 TEST_F(Frame, OptionsAreStoredWithTheirDefaultsOnTheFirstClose)
 {
     RunEdit(interpreter, Text(u"abc"), [](User&) {});
-    const std::pair<const wchar_t*, std::uint8_t> expected[] = {
-        {L"Confirm close", 1},    {L"Find", 0},
-        {L"Size to definition on open", 0}, {L"Use small icons", 1},
-        {L"Status bar", 1},       {L"Tool bar", 1},
-        {L"Always on top", 0},    {L"Use small margins", 1},
-        {L"Use 3D edges", 0},     {L"Show whole cell", 1},
-        {L"Overtype", 0},         {L"Reject unsupported data", 1},
-        {L"Line numbers", 1},     {L"Ruler", 1},
-        {L"Show rank 1 scrollbars", 0}, {L"Enable undo array", 1}};
+    const std::pair<const wchar_t*, std::uint8_t> expected[] = {{L"Confirm close", 1},
+                                                                {L"Find", 0},
+                                                                {L"Size to definition on open", 0},
+                                                                {L"Use small icons", 1},
+                                                                {L"Status bar", 1},
+                                                                {L"Tool bar", 1},
+                                                                {L"Always on top", 0},
+                                                                {L"Use small margins", 1},
+                                                                {L"Use 3D edges", 0},
+                                                                {L"Show whole cell", 1},
+                                                                {L"Overtype", 0},
+                                                                {L"Reject unsupported data", 1},
+                                                                {L"Line numbers", 1},
+                                                                {L"Ruler", 1},
+                                                                {L"Show rank 1 scrollbars", 0},
+                                                                {L"Enable undo array", 1}};
     for (const auto& [name, value] : expected) {
-        EXPECT_EQ(StoredOption(name), (std::vector<std::uint8_t>{value, 0, 0, 0})) << reinterpret_cast<const char*>(name);
+        EXPECT_EQ(StoredOption(name), (std::vector<std::uint8_t>{value, 0, 0, 0}))
+            << reinterpret_cast<const char*>(name);
     }
     EXPECT_EQ(StoredOption(L"Font").size(), 60u);
 }
@@ -161,7 +172,8 @@ TEST_F(Frame, ClosedMinimisedItOpensRestored)
         ShowWindow(user.Frame(), SW_MINIMIZE);
         user.Wait();
     });
-    RunEdit(interpreter, Text(u"abc"), [](User& user) { user.Expect(!IsIconic(user.Frame()), "the window is restored"); });
+    RunEdit(interpreter, Text(u"abc"),
+            [](User& user) { user.Expect(!IsIconic(user.Frame()), "the window is restored"); });
 }
 
 TEST_F(Frame, APlacementOfAnotherSizeIsIgnored)

@@ -16,16 +16,17 @@ constexpr int Revert = 4101;
 // A nested vector with an item of every element type that the editor takes; item 0 is the text that tests type into.
 Array EveryType()
 {
-    return NestedArray({16}, {Text(u"abc"), BooleanArray({9}, {1, 0, 1, 1, 0, 0, 1, 0, 1}),
-                              IntegerArray(ElementType::Int8, {3}, {-1, 0, 127}),
-                              IntegerArray(ElementType::Int16, {2}, {-300, 300}),
-                              IntegerArray(ElementType::Int32, {2, 2}, {1, -2, 70000, 4}), FloatArray({2}, {1.5, -2e10}),
-                              ComplexArray({2}, {{1, 2}, {3, -4.5}}), DecimalArray({2}, {"12.50", "-1"}),
-                              CharacterArray(ElementType::Char8, {2, 3}, U"abcdef"),
-                              CharacterArray(ElementType::Char16, {2}, U"⍴⍳"),
-                              CharacterArray(ElementType::Char32, {2}, U"⍴x"), Number(7), TextOf({}, u"z"), EmptyVector(),
-                              EmptyNestedArray({0}, NestedArray({2}, {Number(0), Text(u"  ")})),
-                              NestedArray({2, 1}, {Text(u"deep"), NestedArray({1}, {Text(u"er")})})});
+    return NestedArray(
+        {16}, {Text(u"abc"), BooleanArray({9}, {1, 0, 1, 1, 0, 0, 1, 0, 1}),
+               IntegerArray(ElementType::Int8, {3}, {-1, 0, 127}),
+               IntegerArray(ElementType::Int16, {2}, {-300, 300}),
+               IntegerArray(ElementType::Int32, {2, 2}, {1, -2, 70000, 4}), FloatArray({2}, {1.5, -2e10}),
+               ComplexArray({2}, {{1, 2}, {3, -4.5}}), DecimalArray({2}, {"12.50", "-1"}),
+               CharacterArray(ElementType::Char8, {2, 3}, U"abcdef"),
+               CharacterArray(ElementType::Char16, {2}, U"⍴⍳"),
+               CharacterArray(ElementType::Char32, {2}, U"⍴x"), Number(7), TextOf({}, u"z"), EmptyVector(),
+               EmptyNestedArray({0}, NestedArray({2}, {Number(0), Text(u"  ")})),
+               NestedArray({2, 1}, {Text(u"deep"), NestedArray({1}, {Text(u"er")})})});
 }
 
 // What the editor writes for a kept item: integers as 32 bits, Booleans where all are 0 or 1, characters by their widest.
@@ -57,7 +58,8 @@ TEST_F(Road, ATypedCellComesBackAndEveryOtherItemAsItWas)
     ASSERT_TRUE(outcome.edit.hasResult) << "error " << outcome.edit.error.number;
     EXPECT_FALSE(outcome.edit.unchanged);
     const Array expected = WithFirstItem(EveryType(), Text(u"Xabc⍴"));
-    EXPECT_TRUE(SameValues(outcome.edit.result, expected)) << Dump(outcome.edit.result) << "\n" << Dump(expected);
+    EXPECT_TRUE(SameValues(outcome.edit.result, expected)) << Dump(outcome.edit.result) << "\n"
+                                                           << Dump(expected);
     EXPECT_FALSE(outcome.edit.error.signalled);
 }
 
@@ -93,23 +95,26 @@ TEST_F(Road, SaveKeepsTheWindowOpenAndSaysSo)
 
 TEST_F(Road, NumbersAreEditedAsTextAndComeBackAsNumbers)
 {
-    const Outcome outcome = RunEdit(interpreter, IntegerArray(ElementType::Int32, {3}, {10, 20, 30}), [](User& user) {
-        user.Key(VK_END);
-        user.Type(u" ¯4.5");
-        user.Command(SaveAndClose);
-    });
+    const Outcome outcome =
+        RunEdit(interpreter, IntegerArray(ElementType::Int32, {3}, {10, 20, 30}), [](User& user) {
+            user.Key(VK_END);
+            user.Type(u" ¯4.5");
+            user.Command(SaveAndClose);
+        });
     ASSERT_TRUE(outcome.edit.hasResult);
-    EXPECT_TRUE(SameValues(outcome.edit.result, FloatArray({4}, {10, 20, 30, -4.5}))) << Dump(outcome.edit.result);
+    EXPECT_TRUE(SameValues(outcome.edit.result, FloatArray({4}, {10, 20, 30, -4.5})))
+        << Dump(outcome.edit.result);
 }
 
 TEST_F(Road, ARowTypedIntoANumericMatrixMakesARow)
 {
-    const Outcome outcome = RunEdit(interpreter, IntegerArray(ElementType::Int32, {2, 2}, {1, 2, 3, 4}), [](User& user) {
-        user.Key(VK_END, {VK_CONTROL});
-        user.Key(VK_RETURN);
-        user.Type(u"5 6");
-        user.Command(SaveAndClose);
-    });
+    const Outcome outcome =
+        RunEdit(interpreter, IntegerArray(ElementType::Int32, {2, 2}, {1, 2, 3, 4}), [](User& user) {
+            user.Key(VK_END, {VK_CONTROL});
+            user.Key(VK_RETURN);
+            user.Type(u"5 6");
+            user.Command(SaveAndClose);
+        });
     ASSERT_TRUE(outcome.edit.hasResult);
     EXPECT_TRUE(SameValues(outcome.edit.result, IntegerArray(ElementType::Int32, {3, 2}, {1, 2, 3, 4, 5, 6})))
         << Dump(outcome.edit.result);
@@ -118,14 +123,14 @@ TEST_F(Road, ARowTypedIntoANumericMatrixMakesARow)
 TEST_F(Road, BackspaceDeleteAndEnterEditAsExpected)
 {
     const Outcome outcome = RunEdit(interpreter, Text(u"abcdef"), [](User& user) {
-        user.Key(VK_DELETE);        // bcdef
+        user.Key(VK_DELETE); // bcdef
         user.Key(VK_END);
-        user.Key(VK_BACK);          // bcde
+        user.Key(VK_BACK); // bcde
         user.Key(VK_LEFT);
         user.Key(VK_LEFT);
-        user.Key(VK_RETURN);        // bc / de
+        user.Key(VK_RETURN); // bc / de
         user.Key(VK_HOME);
-        user.Type(u"-");            // bc / -de
+        user.Type(u"-"); // bc / -de
         user.Key(VK_UP);
         user.Key(VK_HOME);
         user.Type(u"+");
@@ -161,11 +166,12 @@ TEST_F(Road, AScalarCharacterIsReplacedByTheNextOne)
 
 TEST_F(Road, TextThatIsNoNumberIsKeptAsCharacters)
 {
-    const Outcome outcome = RunEdit(interpreter, IntegerArray(ElementType::Int32, {2}, {1, 2}), [](User& user) {
-        user.Key(VK_END);
-        user.Type(u"..");
-        user.Command(SaveAndClose);
-    });
+    const Outcome outcome =
+        RunEdit(interpreter, IntegerArray(ElementType::Int32, {2}, {1, 2}), [](User& user) {
+            user.Key(VK_END);
+            user.Type(u"..");
+            user.Command(SaveAndClose);
+        });
     ASSERT_TRUE(outcome.edit.hasResult);
     EXPECT_EQ(TextOfArray(outcome.edit.result), u"1 2..");
     EXPECT_FALSE(outcome.edit.error.signalled);
@@ -173,15 +179,16 @@ TEST_F(Road, TextThatIsNoNumberIsKeptAsCharacters)
 
 TEST_F(Road, ARowThatIsNoNumberKeepsTheMatrixAndTheWindow)
 {
-    const Outcome outcome = RunEdit(interpreter, IntegerArray(ElementType::Int32, {2, 2}, {1, 2, 3, 4}), [](User& user) {
-        user.Type(u"..");
-        user.Command(SaveAndClose);
-        user.Expect(user.IsOpen(), "a failing save keeps the window open");
-        user.Key(VK_BACK);
-        user.Key(VK_BACK);
-        user.Command(SaveAndClose);
-        user.Expect(!user.IsOpen(), "the mended text is saved");
-    });
+    const Outcome outcome =
+        RunEdit(interpreter, IntegerArray(ElementType::Int32, {2, 2}, {1, 2, 3, 4}), [](User& user) {
+            user.Type(u"..");
+            user.Command(SaveAndClose);
+            user.Expect(user.IsOpen(), "a failing save keeps the window open");
+            user.Key(VK_BACK);
+            user.Key(VK_BACK);
+            user.Command(SaveAndClose);
+            user.Expect(!user.IsOpen(), "the mended text is saved");
+        });
     ASSERT_TRUE(outcome.edit.hasResult);
     EXPECT_TRUE(SameValues(outcome.edit.result, IntegerArray(ElementType::Int32, {2, 2}, {1, 2, 3, 4})))
         << Dump(outcome.edit.result);

@@ -11,7 +11,7 @@ namespace {
 
 using namespace fake;
 
-constexpr int Margin = 5;       // with small margins, the default
+constexpr int Margin = 5; // with small margins, the default
 constexpr int LargeMargin = 10;
 constexpr UINT GetModified = 32973;
 constexpr UINT GetOption = 32974;
@@ -111,7 +111,8 @@ TEST_F(View, LargeMarginsMoveEveryBox)
         user.Expect(SameRect(EditorRect(user), TextArea(user, 0, 2, LargeMargin)), "over the first item");
         SendMessageW(user.Client(), SetOption, MAKEWPARAM(SmallMarginsOption, 1), 0);
         user.Wait();
-        user.Expect(SameRect(EditorRect(user), TextArea(user, 0, 2, Margin)), "the option lays the array out again");
+        user.Expect(SameRect(EditorRect(user), TextArea(user, 0, 2, Margin)),
+                    "the option lays the array out again");
     });
 }
 
@@ -123,7 +124,8 @@ TEST_F(View, RankOneBarsMakeRoomInVectorsOnly)
         SendMessageW(user.Client(), SetOption, MAKEWPARAM(RankOneBarsOption, 1), 0);
         user.Wait();
         const RECT after = EditorRect(user);
-        user.Expect(after.bottom - after.top > before.bottom - before.top, "the box grows by its scroll bars");
+        user.Expect(after.bottom - after.top > before.bottom - before.top,
+                    "the box grows by its scroll bars");
         user.ExpectEqual(SendMessageW(user.Client(), GetOption, RankOneBarsOption, 0), 1, "the option is on");
     });
 }
@@ -188,9 +190,11 @@ TEST_F(View, TheSelectedFrameHasTheActiveCaptionsColour)
     RunEdit(interpreter, TwoTexts(), [](User& user) {
         const COLORREF active = GetSysColor(COLOR_ACTIVECAPTION);
         const COLORREF inactive = GetSysColor(COLOR_INACTIVECAPTION);
-        user.ExpectEqual(user.Shot(user.Client()).At(Margin, Margin + 10), active, "the whole array is selected");
+        user.ExpectEqual(user.Shot(user.Client()).At(Margin, Margin + 10), active,
+                         "the whole array is selected");
         user.Key(VK_TAB);
-        user.ExpectEqual(user.Shot(user.Client()).At(Margin, Margin + 10), inactive, "its first item is selected");
+        user.ExpectEqual(user.Shot(user.Client()).At(Margin, Margin + 10), inactive,
+                         "its first item is selected");
     });
 }
 
@@ -208,13 +212,15 @@ TEST_F(View, NumbersAreTintedAndPrototypesAreGrey)
 TEST_F(View, TheWindowScrollsWithoutASelectionLeavingIt)
 {
     std::vector<Array> many;
-    for (int i = 0; i < 60; ++i) many.push_back(Text(u"item"));
+    for (int i = 0; i < 60; ++i)
+        many.push_back(Text(u"item"));
     RunEdit(interpreter, NestedArray({60, 1}, many), [](User& user) {
         user.Key(VK_TAB, {VK_SHIFT}); // the last item
         RECT client{};
         GetClientRect(user.Client(), &client);
         const RECT editor = EditorRect(user);
-        user.Expect(editor.top >= 0 && editor.bottom <= client.bottom, "the last item is scrolled into sight");
+        user.Expect(editor.top >= 0 && editor.bottom <= client.bottom,
+                    "the last item is scrolled into sight");
     });
 }
 
@@ -222,11 +228,14 @@ TEST_F(View, PreferredSizeHoldsTheWholeArray)
 {
     RunEdit(interpreter, TwoTexts(), [](User& user) {
         SIZE size{};
-        user.ExpectEqual(SendMessageW(user.Client(), GetPreferredSize, 0, reinterpret_cast<LPARAM>(&size)), 0, "it answers");
+        user.ExpectEqual(SendMessageW(user.Client(), GetPreferredSize, 0, reinterpret_cast<LPARAM>(&size)), 0,
+                         "it answers");
         const RECT second = TextArea(user, BoxWidthLessMargin(user, 2, Margin), 3, Margin);
         const int edge = EdgeWidth(user.Client());
-        user.ExpectEqual(size.cx, second.right + 2 * Margin + edge + GetSystemMetrics(SM_CXVSCROLL), "its width");
-        user.ExpectEqual(size.cy, second.bottom + 2 * Margin + edge + GetSystemMetrics(SM_CYHSCROLL), "its height");
+        user.ExpectEqual(size.cx, second.right + 2 * Margin + edge + GetSystemMetrics(SM_CXVSCROLL),
+                         "its width");
+        user.ExpectEqual(size.cy, second.bottom + 2 * Margin + edge + GetSystemMetrics(SM_CYHSCROLL),
+                         "its height");
     });
 }
 
@@ -244,7 +253,8 @@ TEST_F(View, ANumericMatrixTakesNoLetters)
 Array MuchToFormat()
 {
     std::vector<double> values(3000000);
-    for (std::size_t i = 0; i < values.size(); ++i) values[i] = static_cast<double>(i) * 1.37 + 0.5;
+    for (std::size_t i = 0; i < values.size(); ++i)
+        values[i] = static_cast<double>(i) * 1.37 + 0.5;
     return FloatArray({300000, 10}, values);
 }
 
@@ -268,7 +278,8 @@ TEST_F(View, ClosingWhileItLoadsGivesTheArgumentBack)
     closer.join();
     EXPECT_TRUE(edit.unchanged);
     EXPECT_FALSE(edit.error.signalled);
-    for (const std::string& complaint : edit.complaints) ADD_FAILURE() << complaint;
+    for (const std::string& complaint : edit.complaints)
+        ADD_FAILURE() << complaint;
 }
 
 TEST_F(View, TheUsersInterruptEndsALongLoadWithItsError)
@@ -276,7 +287,8 @@ TEST_F(View, TheUsersInterruptEndsALongLoadWithItsError)
     interpreter.SetInterrupt(true);
     EditOptions options;
     options.checkArgument = false;
-    const Outcome outcome = RunEdit(interpreter, MuchToFormat(), [](User&) {}, options);
+    const Outcome outcome = RunEdit(
+        interpreter, MuchToFormat(), [](User&) {}, options);
     EXPECT_TRUE(outcome.edit.error.signalled);
     EXPECT_EQ(outcome.edit.error.number, 1003u);
     EXPECT_EQ(outcome.edit.error.message, u"User signaled interrupt");

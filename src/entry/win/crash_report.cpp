@@ -42,8 +42,10 @@ void LogException(EditContext* context, const SYSTEMTIME& now) noexcept
 {
     char date[260] = {};
     char time[260] = {};
-    GetDateFormatA(LOCALE_USER_DEFAULT, DATE_SHORTDATE, &now, nullptr, date, static_cast<int>(std::size(date)));
-    GetTimeFormatA(LOCALE_USER_DEFAULT, TIME_FORCE24HOURFORMAT, &now, nullptr, time, static_cast<int>(std::size(time)));
+    GetDateFormatA(LOCALE_USER_DEFAULT, DATE_SHORTDATE, &now, nullptr, date,
+                   static_cast<int>(std::size(date)));
+    GetTimeFormatA(LOCALE_USER_DEFAULT, TIME_FORCE24HOURFORMAT, &now, nullptr, time,
+                   static_cast<int>(std::size(time)));
     try {
         LogLine(context, (std::string("Exception caught at ") + date + " " + time).c_str());
     } catch (...) { // the report goes on without the line
@@ -58,8 +60,8 @@ LogPath MakeLogPath(const SYSTEMTIME& now) noexcept
 {
     LogPath path;
     wchar_t name[MAX_PATH] = {};
-    _snwprintf(name, std::size(name) - 1, L"%i %i %i %i %i %i %ls", now.wYear, now.wMonth, now.wDay, now.wHour, now.wMinute,
-               now.wSecond, L"Vantrel command log.txt");
+    _snwprintf(name, std::size(name) - 1, L"%i %i %i %i %i %i %ls", now.wYear, now.wMonth, now.wDay,
+               now.wHour, now.wMinute, now.wSecond, L"Vantrel command log.txt");
     SHGetFolderPathW(nullptr, CSIDL_PERSONAL, nullptr, 0, path.text);
     PathAppendW(path.text, name);
     return path;
@@ -68,8 +70,8 @@ LogPath MakeLogPath(const SYSTEMTIME& now) noexcept
 // An invalid handle is not told from a good one: the write then fails, and the message names a file that is not there.
 void WriteLog(const CommandLog* log, const LogPath& path) noexcept
 {
-    HANDLE file = CreateFileW(path.text, GENERIC_WRITE, FILE_SHARE_WRITE, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL,
-                              nullptr);
+    HANDLE file = CreateFileW(path.text, GENERIC_WRITE, FILE_SHARE_WRITE, nullptr, CREATE_ALWAYS,
+                              FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == nullptr || log == nullptr) return;
     DWORD written = 0;
     WriteFile(file, log->data(), static_cast<DWORD>(log->size()), &written, nullptr);
@@ -85,7 +87,8 @@ void ShowReport(const EditContext* context, const TraceContext& where, const Log
                L"The Vantrel has encountered a severe error and must shut down.\n\n"
                L"The current file was %hs.\nThe current routine was %hs.\n\n"
                L"A command log was written to the following location:\n\n%ls\n\n"
-               L"Please make a note of what you were doing and report the problem and send the command log to %ls.\n\n"
+               L"Please make a note of what you were doing and report the problem and send the command log "
+               L"to %ls.\n\n"
                L"Press Ok to dismiss this window.",
                FileNameOf(where.file), where.routine, path.text, AsWide(address));
     MessageBeep(MB_ICONHAND);

@@ -52,7 +52,8 @@ class ViewerBlock {
 public:
     ViewerBlock() noexcept : mapping_(OpenFileMappingW(FILE_MAP_WRITE, FALSE, MappingName))
     {
-        if (mapping_ != nullptr) block_ = static_cast<SharedBlock*>(MapViewOfFile(mapping_, FILE_MAP_WRITE, 0, 0, 0));
+        if (mapping_ != nullptr)
+            block_ = static_cast<SharedBlock*>(MapViewOfFile(mapping_, FILE_MAP_WRITE, 0, 0, 0));
     }
     ~ViewerBlock()
     {
@@ -64,7 +65,8 @@ public:
     [[nodiscard]] SharedBlock* Get() const noexcept { return block_; }
     [[nodiscard]] HWND Window() const noexcept
     {
-        return reinterpret_cast<HWND>(static_cast<std::uintptr_t>(block_->window)); // NOLINT: handles have 32 significant bits
+        return reinterpret_cast<HWND>(
+            static_cast<std::uintptr_t>(block_->window)); // NOLINT: handles have 32 significant bits
     }
 
 private:

@@ -37,7 +37,8 @@ void StartTimer(EditContext* context) noexcept
     context->timer = CreateWaitableTimerW(nullptr, FALSE, nullptr);
     LARGE_INTEGER due = {};
     due.QuadPart = TimerFirstDue;
-    if (context->timer != nullptr) SetWaitableTimer(context->timer, &due, TimerPeriodMilliseconds, nullptr, nullptr, FALSE);
+    if (context->timer != nullptr)
+        SetWaitableTimer(context->timer, &due, TimerPeriodMilliseconds, nullptr, nullptr, FALSE);
 }
 
 void ReadSystemVariables(EditContext* context)
@@ -116,7 +117,8 @@ bool LoadValue(EditContext* context, HWND frame, HostObject value)
 class FirstShowWindow {
 public:
     FirstShowWindow() noexcept
-        : window_(CreateWindowExW(0, L"Edit", nullptr, 0, 0, 0, 0, 0, nullptr, nullptr, ModuleInstance(), nullptr))
+        : window_(CreateWindowExW(0, L"Edit", nullptr, 0, 0, 0, 0, 0, nullptr, nullptr, ModuleInstance(),
+                                  nullptr))
     {
         ShowWindow(window_, SW_SHOWNORMAL);
         ShowWindow(window_, SW_HIDE);
@@ -177,7 +179,8 @@ void ClearRun(EditContext* context) noexcept
 void RunGuarded(EditRun& run) noexcept
 {
     TraceContext where{"", ""};
-    const bool failed = RunGuardedEdit([](void* argument) { RunEdit(*static_cast<EditRun*>(argument)); }, &run, where);
+    const bool failed =
+        RunGuardedEdit([](void* argument) { RunEdit(*static_cast<EditRun*>(argument)); }, &run, where);
     if (failed) ReportSevereError(run.context, where);
     EndRun(run);
     if (!failed) NoteInterrupt(run.context);
@@ -185,13 +188,15 @@ void RunGuarded(EditRun& run) noexcept
 
 } // namespace
 
-HWND CreateFrame(EditContext* context, const char16_t* title, HostObject name, HostObject value, DWORD extendedStyle)
+HWND CreateFrame(EditContext* context, const char16_t* title, HostObject name, HostObject value,
+                 DWORD extendedStyle)
 {
     TraceScope trace("edit_object.cpp", "CreateFrame");
     const FirstShowWindow firstShow;
-    HWND const frame = CreateWindowExW(extendedStyle, AsWide(FrameClassName), AsWide(title),
-                                       WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT,
-                                       CW_USEDEFAULT, nullptr, nullptr, ModuleInstance(), context);
+    HWND const frame =
+        CreateWindowExW(extendedStyle, AsWide(FrameClassName), AsWide(title),
+                        WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT,
+                        CW_USEDEFAULT, nullptr, nullptr, ModuleInstance(), context);
     RethrowEscapedException();
     if (frame == nullptr) {
         SetErrorCode(context, VTERROR_CODE::OperatingSystemError);

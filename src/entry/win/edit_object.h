@@ -12,6 +12,7 @@ namespace vantrel {
 HostObject EditObject(EditContext* context, HostObject object, bool byName) noexcept;
 
 // A frame window on a value, or on the variable `name` (null by value); null with ErrorCode 8.
-HWND CreateFrame(EditContext* context, const char16_t* title, HostObject name, HostObject value, DWORD extendedStyle);
+HWND CreateFrame(EditContext* context, const char16_t* title, HostObject name, HostObject value,
+                 DWORD extendedStyle);
 
 } // namespace vantrel

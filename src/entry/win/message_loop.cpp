@@ -21,7 +21,8 @@ bool IsDialogWindow(HWND window) noexcept
 HWND ClimbToDialog(HWND window) noexcept
 {
     HWND at = window;
-    while (at != nullptr && !IsDialogWindow(at) && (GetWindowLongPtrW(at, GWL_STYLE) & WS_CHILD) != 0) at = GetParent(at);
+    while (at != nullptr && !IsDialogWindow(at) && (GetWindowLongPtrW(at, GWL_STYLE) & WS_CHILD) != 0)
+        at = GetParent(at);
     return at;
 }
 

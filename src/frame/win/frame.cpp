@@ -46,15 +46,15 @@ HMENU ChildId(std::int32_t id) noexcept
 HWND CreateStatusBar(const FrameWindow& frame) noexcept
 {
     const DWORD shown = (frame.options & FrameStatusBar) != 0 ? WS_VISIBLE : 0;
-    return CreateWindowExW(0, STATUSCLASSNAMEW, L"Status", WS_CHILD | SBARS_SIZEGRIP | shown, 0, 0, 0, 0, frame.window,
-                           ChildId(StatusBarId), ModuleInstance(), nullptr);
+    return CreateWindowExW(0, STATUSCLASSNAMEW, L"Status", WS_CHILD | SBARS_SIZEGRIP | shown, 0, 0, 0, 0,
+                           frame.window, ChildId(StatusBarId), ModuleInstance(), nullptr);
 }
 
 HWND CreateClient(const FrameWindow& frame) noexcept
 {
     return CreateWindowExW(0, AsWide(ClientClassName), nullptr,
-                           WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN | WS_HSCROLL | WS_VSCROLL, 0, 0, 0, 0, frame.window,
-                           ChildId(ClientId), ModuleInstance(), frame.context);
+                           WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN | WS_HSCROLL | WS_VSCROLL, 0, 0, 0, 0,
+                           frame.window, ChildId(ClientId), ModuleInstance(), frame.context);
 }
 
 void CountFrame(FrameWindow& frame) noexcept
@@ -117,7 +117,8 @@ void OnViewNotify(FrameWindow& frame, std::int32_t code)
 
 LRESULT OnNotify(FrameWindow& frame, const NMHDR& notification)
 {
-    if (notification.hwndFrom == frame.client) OnViewNotify(frame, static_cast<std::int32_t>(notification.code));
+    if (notification.hwndFrom == frame.client)
+        OnViewNotify(frame, static_cast<std::int32_t>(notification.code));
     return 0;
 }
 
@@ -170,7 +171,8 @@ LRESULT CALLBACK FrameProc(HWND window, UINT message, WPARAM wParam, LPARAM lPar
 {
     FrameWindow* const frame = FrameOf(window);
     if (message == WM_CREATE) {
-        return Sealed<LRESULT>(-1, [&] { return OnCreate(window, *reinterpret_cast<const CREATESTRUCTW*>(lParam)); });
+        return Sealed<LRESULT>(
+            -1, [&] { return OnCreate(window, *reinterpret_cast<const CREATESTRUCTW*>(lParam)); });
     }
     if (frame == nullptr) return DefWindowProcW(window, message, wParam, lParam);
     return Sealed<LRESULT>(0, [&] {

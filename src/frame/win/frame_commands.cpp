@@ -60,7 +60,8 @@ void CauseAccessViolation(EditContext* context)
 LRESULT OnDebug(FrameWindow& frame)
 {
     TraceScope trace("frame_commands.cpp", "OnDebug");
-    const int answer = MessageBoxW(frame.window, L"Do you want to cause an exception?", DebugTitle, MB_YESNO | MB_ICONQUESTION);
+    const int answer = MessageBoxW(frame.window, L"Do you want to cause an exception?", DebugTitle,
+                                   MB_YESNO | MB_ICONQUESTION);
     if (answer == IDYES) CauseAccessViolation(frame.context);
     return 0;
 }

@@ -59,10 +59,11 @@ void OnSizeFrameToDefinition(FrameWindow& frame)
     RECT inner{};
     GetWindowRect(frame.window, &outer);
     GetClientRect(frame.client, &inner);
-    const SIZE size{outer.right - outer.left - inner.right + wanted.cx, outer.bottom - outer.top - inner.bottom + wanted.cy};
+    const SIZE size{outer.right - outer.left - inner.right + wanted.cx,
+                    outer.bottom - outer.top - inner.bottom + wanted.cy};
     const RECT place = FitInto(WorkAreaOf(frame.window), {outer.left, outer.top}, size);
-    SetWindowPos(frame.window, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
-                 SWP_NOZORDER | SWP_NOACTIVATE);
+    SetWindowPos(frame.window, nullptr, place.left, place.top, place.right - place.left,
+                 place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 } // namespace vantrel

@@ -55,7 +55,8 @@ bool IsTranslatableFault(const EXCEPTION_RECORD& record) noexcept
     if (record.ExceptionCode == static_cast<DWORD>(EXCEPTION_BREAKPOINT)) return false; // a debugger's
     if (record.ExceptionCode == static_cast<DWORD>(EXCEPTION_SINGLE_STEP)) return false;
     const DWORD severity = record.ExceptionCode >> 28;
-    return severity == 0xC || severity == 0xE; // system errors and software exceptions; the compiler's own begin with 2
+    return severity == 0xC ||
+           severity == 0xE; // system errors and software exceptions; the compiler's own begin with 2
 }
 
 void NoteHardFault(const EXCEPTION_RECORD& record) noexcept

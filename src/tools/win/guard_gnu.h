@@ -16,8 +16,8 @@ void NoteHardFault(const EXCEPTION_RECORD& record) noexcept;
 bool IsTranslatableFault(const EXCEPTION_RECORD& record) noexcept;
 } // namespace vantrel
 
-extern "C" __attribute__((used)) EXCEPTION_DISPOSITION VantrelGuardHandler(EXCEPTION_RECORD* record, void*, CONTEXT* context,
-                                                                           void*)
+extern "C" __attribute__((used)) EXCEPTION_DISPOSITION VantrelGuardHandler(EXCEPTION_RECORD* record, void*,
+                                                                           CONTEXT* context, void*)
 {
     if (!vantrel::IsTranslatableFault(*record)) return ExceptionContinueSearch;
     vantrel::NoteHardFault(*record);

@@ -7,8 +7,10 @@
 
 namespace vantrel {
 
-void SetScrollInfo64(HWND window, std::int32_t bar, std::int64_t maximum, std::int64_t position, std::uint32_t page) noexcept;
-[[nodiscard]] std::int64_t GetScrollPos64(HWND window, std::int32_t bar, std::uint32_t mask, std::int64_t maximum) noexcept;
+void SetScrollInfo64(HWND window, std::int32_t bar, std::int64_t maximum, std::int64_t position,
+                     std::uint32_t page) noexcept;
+[[nodiscard]] std::int64_t GetScrollPos64(HWND window, std::int32_t bar, std::uint32_t mask,
+                                          std::int64_t maximum) noexcept;
 void QmSetScrollInfo(HWND window, std::int32_t bar, ScrollInformation& information) noexcept;
 void QmGetScrollInfo(HWND window, std::int32_t bar, ScrollInformation& information) noexcept;
 
@@ -19,7 +21,8 @@ void InitializeWindowsScrollbars(ScrollRecord& record, HWND window) noexcept;
 void OnHscroll(ScrollRecord& record, std::int32_t code) noexcept;
 void OnVscroll(ScrollRecord& record, std::int32_t code) noexcept;
 // WM_MOUSEWHEEL without Ctrl: scrolls and answers true when it did.
-bool OnMouseWheel(ScrollRecord& record, std::uint32_t keys, std::int32_t delta, std::int64_t characterWidth, std::int64_t lineHeight) noexcept;
+bool OnMouseWheel(ScrollRecord& record, std::uint32_t keys, std::int32_t delta, std::int64_t characterWidth,
+                  std::int64_t lineHeight) noexcept;
 // -1 = a page.
 [[nodiscard]] std::int32_t GetNumScrollLines() noexcept;
 

@@ -47,7 +47,8 @@ TEST(CommandLog, KnowsTheEndsOfEachRange)
 
 TEST(CommandLog, OtherIdsAreUnknown)
 {
-    for (const std::int32_t id : {0, 4000, 4009, 4620, 4801, 4909, 70000}) EXPECT_EQ(NameOf(id), "Unknown") << id;
+    for (const std::int32_t id : {0, 4000, 4009, 4620, 4801, 4909, 70000})
+        EXPECT_EQ(NameOf(id), "Unknown") << id;
 }
 
 TEST(CommandLog, PrivateMessagesOfArraysAreSetArray)

@@ -14,14 +14,33 @@ std::u16string TextOf(std::uint32_t code)
 
 TEST(ErrorText, EveryCodeHasItsText)
 {
-    const std::u16string texts[] = {
-        u"NoError",         u"Axis Error",    u"Domain Error",       u"Exception",     u"Index Error",
-        u"Interrupt",       u"Length Error",  u"Nonce Error",        u"Operating System Error",
-        u"Out of memory",   u"Implicit Error - ⎕PP", u"Implicit Error - ⎕IO", u"Implicit Error - ⎕CT",
-        u"Implicit Error - ⎕FC", u"Implicit Error - ⎕RL", u"Implicit Error - ⎕PR", u"Rank Error", u"Syntax Error",
-        u"System Error",    u"System Limit",  u"Unclassified Error", u"Unknown Error", u"Valence Error",
-        u"Value Error",     u"WS Full"};
-    for (std::uint32_t code = 0; code < std::size(texts); ++code) EXPECT_EQ(TextOf(code), texts[code]) << code;
+    const std::u16string texts[] = {u"NoError",
+                                    u"Axis Error",
+                                    u"Domain Error",
+                                    u"Exception",
+                                    u"Index Error",
+                                    u"Interrupt",
+                                    u"Length Error",
+                                    u"Nonce Error",
+                                    u"Operating System Error",
+                                    u"Out of memory",
+                                    u"Implicit Error - ⎕PP",
+                                    u"Implicit Error - ⎕IO",
+                                    u"Implicit Error - ⎕CT",
+                                    u"Implicit Error - ⎕FC",
+                                    u"Implicit Error - ⎕RL",
+                                    u"Implicit Error - ⎕PR",
+                                    u"Rank Error",
+                                    u"Syntax Error",
+                                    u"System Error",
+                                    u"System Limit",
+                                    u"Unclassified Error",
+                                    u"Unknown Error",
+                                    u"Valence Error",
+                                    u"Value Error",
+                                    u"WS Full"};
+    for (std::uint32_t code = 0; code < std::size(texts); ++code)
+        EXPECT_EQ(TextOf(code), texts[code]) << code;
 }
 
 TEST(ErrorText, CodesOutsideTheTableAreSpelledDifferently)

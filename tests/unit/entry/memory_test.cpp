@@ -44,14 +44,17 @@ TEST(Memory, EmptyBlocksAreRealBlocks)
 TEST(Memory, ZeroedBlocksAreZero)
 {
     const auto block = AllocateZeroedArray<std::uint8_t>(1000);
-    for (int i = 0; i < 1000; ++i) ASSERT_EQ(block[i], 0);
+    for (int i = 0; i < 1000; ++i)
+        ASSERT_EQ(block[i], 0);
 }
 
 TEST(Memory, SizesThatOverflowAreOutOfMemory)
 {
-    EXPECT_TRUE(ThrowsOutOfMemory([] { static_cast<void>(CheckedMultiply(std::numeric_limits<std::int64_t>::max(), 2)); }));
+    EXPECT_TRUE(ThrowsOutOfMemory(
+        [] { static_cast<void>(CheckedMultiply(std::numeric_limits<std::int64_t>::max(), 2)); }));
     EXPECT_TRUE(ThrowsOutOfMemory([] { static_cast<void>(CheckedMultiply(-1, 1)); }));
-    EXPECT_TRUE(ThrowsOutOfMemory([] { static_cast<void>(CheckedAdd(std::numeric_limits<std::size_t>::max(), 1)); }));
+    EXPECT_TRUE(
+        ThrowsOutOfMemory([] { static_cast<void>(CheckedAdd(std::numeric_limits<std::size_t>::max(), 1)); }));
     EXPECT_EQ(CheckedMultiply(3, 5), 15u);
     EXPECT_EQ(CheckedAdd(3, 5), 8u);
 }

@@ -47,7 +47,8 @@ TEST(TraceScope, IsRestoredByAnException)
 
 TEST(DebugChunks, ALongLineIsCutAtTheLimit)
 {
-    EXPECT_EQ(MessageLengths(std::u16string(300000, u'x')), (std::vector<std::size_t>{128000, 128000, 44000}));
+    EXPECT_EQ(MessageLengths(std::u16string(300000, u'x')),
+              (std::vector<std::size_t>{128000, 128000, 44000}));
 }
 
 TEST(DebugChunks, EachLineIsAMessageWithoutItsEnd)

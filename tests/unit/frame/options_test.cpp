@@ -11,9 +11,11 @@ namespace {
 TEST(FrameOptions, StandInTheOrderInWhichTheyAreStored)
 {
     std::vector<std::u16string> names;
-    for (const FrameOptionEntry& option : FrameOptions()) names.emplace_back(option.name);
-    EXPECT_EQ(names, (std::vector<std::u16string>{u"Confirm close", u"Find", u"Size to definition on open", u"Use small icons",
-                                                  u"Status bar", u"Tool bar", u"Always on top"}));
+    for (const FrameOptionEntry& option : FrameOptions())
+        names.emplace_back(option.name);
+    EXPECT_EQ(names, (std::vector<std::u16string>{u"Confirm close", u"Find", u"Size to definition on open",
+                                                  u"Use small icons", u"Status bar", u"Tool bar",
+                                                  u"Always on top"}));
 }
 
 TEST(FrameOptions, HaveOneBitEachInOrder)
@@ -31,7 +33,8 @@ TEST(FrameOptions, DefaultsAreThoseOfAFirstStart)
     for (const FrameOptionEntry& option : FrameOptions()) {
         if (option.defaultValue) defaults |= option.bit;
     }
-    EXPECT_EQ(defaults, static_cast<std::uint32_t>(FrameConfirmClose | FrameSmallIcons | FrameStatusBar | FrameToolBar));
+    EXPECT_EQ(defaults, static_cast<std::uint32_t>(FrameConfirmClose | FrameSmallIcons | FrameStatusBar |
+                                                   FrameToolBar));
 }
 
 } // namespace
