@@ -88,20 +88,23 @@ void EditArgument(EditContext* context, Localp* argument)
     context->result = host.platform->editObject(context, argument, false);
 }
 
-// The interpreter gets what the edit returned, or what a save has already stored, or its own array unchanged; after an
-// error it gets nothing, and a stored result goes back.
+void StoreArgument(const DyalogHost& host, DyalogBlock** slot, const Localp* argument) noexcept
+{
+    if (argument == nullptr || argument->block == nullptr) return;
+    StoreResult(host, slot, argument->block, EmptySlot::Release);
+}
+
+// The interpreter gets what the edit returned, or what a save has already stored, or its own array unchanged. What was
+// saved stays saved, whatever went wrong later.
 void DeliverResult(EditContext* context, const Localp* argument)
 {
     const DyalogHost& host = HostOf(context);
     auto* returned = static_cast<Localp*>(std::exchange(context->result, nullptr));
     if (host.resultSlot != nullptr) {
-        if (HasFailed(host)) {
-            if (host.resultStored) ServiceOf(host, dyalog::ReleaseArray)(host.resultSlot);
-        } else if (returned != nullptr) {
-            StoreResult(host, host.resultSlot, returned->block);
-        } else if (!host.resultStored && !WasCancelled(host) && argument != nullptr &&
-                   argument->block != nullptr) {
-            StoreResult(host, host.resultSlot, argument->block);
+        if (returned != nullptr) {
+            StoreResult(host, host.resultSlot, returned->block, EmptySlot::LeaveAlone);
+        } else if (!host.resultStored && !HasFailed(host) && !WasCancelled(host)) {
+            StoreArgument(host, host.resultSlot, argument);
         }
     }
     FreeObject(context, returned);
@@ -163,6 +166,12 @@ void ExternalFunction(DyalogHost& host, Localp* argument, DyalogBlock** resultSl
     TraceScope trace("dyalog_entry.cpp", "ExternalFunction");
     // Without an interpreter there is nobody to answer to.
     if (!HasAcceptableTable(host)) return;
+    if (host.running) {
+        // The interpreter called again from inside an edit, whose records must not be reset: this array is not edited.
+        if (resultSlot != nullptr) StoreArgument(host, resultSlot, argument);
+        return;
+    }
+    host.running = true;
     host.platform->traceStarting(__LINE__);
     host.unicode = AskEdition(host);
     PrepareErrorBlock(host);
@@ -178,6 +187,7 @@ void ExternalFunction(DyalogHost& host, Localp* argument, DyalogBlock** resultSl
     if (HasFailed(host)) ServiceOf(host, dyalog::SignalError)(&host.errorBlock);
     ClearHostMessage(host);
     host.resultSlot = nullptr;
+    host.running = false;
 }
 
 } // namespace vantrel

@@ -37,6 +37,7 @@ struct DyalogHost {
     // The call that runs now.
     DyalogBlock** resultSlot = nullptr; // where the interpreter expects the result, or null
     bool resultStored = false;          // a save has put its array there
+    bool running = false;               // a call of the interpreter is under way
     ErrorBlock errorBlock;
 
     // The message of the last failure, with the code that it explains.
@@ -111,7 +112,8 @@ void FreeObject(EditContext* context, HostObject localp);
 [[nodiscard]] DyalogBlock* ArraySpace(EditContext* context, std::uint32_t elementType, std::int32_t rank,
                                       const std::int64_t* shape, Localp* localp);
 // Puts a block into a result slot in place of what it holds.
-void StoreResult(const DyalogHost& host, DyalogBlock** slot, DyalogBlock* block) noexcept;
+enum class EmptySlot { LeaveAlone, Release }; // whether the interpreter hears of a slot that holds nothing
+void StoreResult(const DyalogHost& host, DyalogBlock** slot, DyalogBlock* block, EmptySlot empty) noexcept;
 
 Scdr* ObjectToScdr(EditContext* context, HostObject localp);
 

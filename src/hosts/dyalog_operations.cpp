@@ -69,7 +69,7 @@ std::int32_t SetResult(EditContext* context, const Scdr* scdr)
         context->result = object;
         return 0;
     }
-    StoreResult(host, host.resultSlot, static_cast<Localp*>(object)->block);
+    StoreResult(host, host.resultSlot, static_cast<Localp*>(object)->block, EmptySlot::LeaveAlone);
     FreeObject(context, object);
     host.resultStored = true;
     return 0;

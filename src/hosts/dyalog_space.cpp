@@ -37,6 +37,22 @@ bool AllocateOrTrap(AllocateArrayService allocate, std::uint32_t elementType, st
     return true;
 }
 
+// Puts our routine into the interpreter's error-trap word; its own comes back even when the interpreter faults.
+class TrapScope {
+public:
+    explicit TrapScope(std::uint64_t* word) noexcept : word_(word), interpreters_(*word)
+    {
+        *word_ = reinterpret_cast<std::uint64_t>(TrapRoutine{TrapAllocation});
+    }
+    ~TrapScope() { *word_ = interpreters_; }
+    TrapScope(const TrapScope&) = delete;
+    TrapScope& operator=(const TrapScope&) = delete;
+
+private:
+    std::uint64_t* word_;
+    std::uint64_t interpreters_;
+};
+
 } // namespace
 
 Localp* LocalpAllocate(const DyalogHost& host)
@@ -60,13 +76,13 @@ DyalogBlock* ArraySpace(EditContext* context, std::uint32_t elementType, std::in
 {
     TraceScope trace("dyalog_space.cpp", "ArraySpace");
     const DyalogHost& host = HostOf(context);
-    std::uint64_t* trapWord = ServiceOf(host, dyalog::ErrorTrap)();
-    const std::uint64_t interpretersTrap = *trapWord;
-    *trapWord = reinterpret_cast<std::uint64_t>(TrapRoutine{TrapAllocation});
     DyalogBlock* block = nullptr;
-    const bool returned =
-        AllocateOrTrap(ServiceOf(host, dyalog::AllocateArray), elementType, rank, shape, localp, &block);
-    *trapWord = interpretersTrap;
+    bool returned = false;
+    {
+        const TrapScope trap(ServiceOf(host, dyalog::ErrorTrap)());
+        returned =
+            AllocateOrTrap(ServiceOf(host, dyalog::AllocateArray), elementType, rank, shape, localp, &block);
+    }
     if (!returned) {
         // A trap without a number is still a failure.
         if (CheckDyalogCallbackResult(context, g_trapCode)) SetErrorCode(context, VTERROR_CODE::UnknownError);
@@ -76,13 +92,12 @@ DyalogBlock* ArraySpace(EditContext* context, std::uint32_t elementType, std::in
     return block;
 }
 
-void StoreResult(const DyalogHost& host, DyalogBlock** slot, DyalogBlock* block) noexcept
+void StoreResult(const DyalogHost& host, DyalogBlock** slot, DyalogBlock* block, EmptySlot empty) noexcept
 {
     TraceScope trace("dyalog_space.cpp", "StoreResult");
-    // Counted first, in case the slot holds the very same array.
-    ++block->referenceCount;
-    ServiceOf(host, dyalog::ReleaseArray)(slot);
+    if (*slot != nullptr || empty == EmptySlot::Release) ServiceOf(host, dyalog::ReleaseArray)(slot);
     *slot = block;
+    ++block->referenceCount;
 }
 
 } // namespace vantrel

@@ -1,4 +1,6 @@
 // Which element type each node will be stored as.
+#include <cmath>
+
 #include "entry/trace.h"
 #include "hosts/dyalog_host.h"
 #include "hosts/item_loops.h"
@@ -52,8 +54,8 @@ std::uint32_t ComplexType(const Scdr& scdr) noexcept
         const double imaginary = pairs[2 * i + 1];
         if (imaginary != 0.0) return DyalogComplex; // also when it is not a number
         // Decides at once, whatever follows: such numbers have always been stored as floats.
-        if (!IsInIntegerRange(real)) return DyalogFloat;
-        if (!IsIntegral(real))
+        if (!std::isnan(real) && !IsInIntegerRange(real)) return DyalogFloat;
+        if (std::isnan(real) || !IsIntegral(real))
             type = DyalogFloat;
         else if (type == DyalogBoolean && !IsBit(real))
             type = DyalogInteger32;

@@ -39,14 +39,17 @@ bool IsPassingFailure(VTERROR_CODE code) noexcept
 // The array that the records say; null on failure, with ErrorCode.
 ScdrPtr BuildFromText(View& view, const Scdr& node)
 {
-    VTERROR_CODE& code = view.context->langEnv->ErrorCode;
+    LangEnv& environment = *view.context->langEnv;
+    VTERROR_CODE& code = environment.ErrorCode;
     const VTERROR_CODE before = code;
+    const char16_t* const detailBefore = environment.ErrorDetail;
     code = VTERROR_CODE::NoError;
     const bool numeric = node.Type != TypeNested && node.Type != TypeCharacter;
     ScdrPtr fresh = BuildScdrFromRecords(view.context, node, numeric);
     if (fresh == nullptr || IsPassingFailure(code)) return nullptr;
     // Text that is no number stays as characters; that is an answer, and its error must not end the edit later.
     code = before;
+    environment.ErrorDetail = detailBefore;
     return fresh;
 }
 

@@ -120,7 +120,7 @@ bool FormatScdrChild(View& view, Scdr& node, LayoutProgress& progress)
     return false;
 }
 
-bool FormatWholeTree(View& view, Scdr& root, LayoutProgress& progress) noexcept
+bool FormatWholeTree(View& view, Scdr& root, LayoutProgress& progress)
 {
     try {
         return FormatScdrChild(view, root, progress);
@@ -134,7 +134,9 @@ bool FormatWholeTree(View& view, Scdr& root, LayoutProgress& progress) noexcept
 void ReportFormatFailure(View& view)
 {
     if (HasError(view.context)) {
-        view.effects.notifyFrame(view, ViewNotifyError);
+        // While an array loads that would be refused, the error is the interpreter's to report: shown, it would be spent.
+        const bool loading = (view.context->flags & EditContextLoading) != 0;
+        if (!loading || !view.options.rejectBadData) view.effects.notifyFrame(view, ViewNotifyError);
     } else if ((view.flags & ViewQuiet) == 0) {
         view.effects.showStatus(view, StatusUnableToFormat, -1, true);
     }

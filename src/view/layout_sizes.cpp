@@ -254,7 +254,7 @@ bool GetScdrCell(Sizing& sizing, Scdr& node, Point64 origin, bool place)
     return !sized && SizeText(sizing, node);
 }
 
-bool LayOutTop(View& view, Sizing& sizing) noexcept
+bool LayOutTop(View& view, Sizing& sizing)
 {
     try {
         return GetScdrCell(sizing, *view.top, {0, 0}, true);

@@ -244,9 +244,6 @@ void Interpreter::CollectResult(Block** slot, const Block* argument, EditResult&
     outcome.hasResult = *slot != nullptr;
     outcome.unchanged = *slot == argument;
     if (outcome.hasResult) outcome.result = books_.Value(*slot);
-    // A result slot that keeps an array after an error would hand that array to the expression that failed.
-    if (outcome.hasResult && error_.signalled)
-        books_.Complain("a result was stored although an error was signalled");
 }
 
 EditResult Interpreter::Edit(const EntryPoints& entryPoints, const Array& argument,

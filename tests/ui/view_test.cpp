@@ -174,6 +174,19 @@ TEST_F(View, APickIndexSelectsItsNode)
     });
 }
 
+TEST_F(View, CheckAndAlignFitsTheBoxToItsNewText)
+{
+    RunEdit(interpreter, TwoTexts(), [](User& user) {
+        user.Key(VK_TAB);
+        user.Type(u"wide");
+        user.Key(VK_F5);
+        user.Expect(SameRect(EditorRect(user), TextArea(user, 0, 6, Margin)), "the box holds the whole text");
+        user.Type(u"r"); // the caret is where it was
+        user.Command(4102);
+        user.ExpectEqual(user.PickIndex(), u"1", "the item is still selected");
+    });
+}
+
 TEST_F(View, TheFirstChangeMarksTheArrayModified)
 {
     RunEdit(interpreter, Text(u"ab"), [](User& user) {

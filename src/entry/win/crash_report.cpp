@@ -7,6 +7,7 @@
 
 #include <cwchar>
 #include <string>
+#include <utility>
 
 #include "entry/command_log.h"
 #include "entry/product.h"
@@ -29,12 +30,11 @@ bool IsFrameWindow(HWND window) noexcept
 
 BOOL CALLBACK DestroyIfFrame(HWND window, LPARAM) noexcept
 {
-    try {
-        Guarded([&] {
-            if (IsFrameWindow(window)) DestroyWindow(window);
-        });
-    } catch (...) { // its tree may be what broke; the other windows still have to go
-    }
+    if (!IsFrameWindow(window)) return TRUE;
+    // Its tree may be what broke; the other windows still have to go.
+    TraceContext where{"", ""};
+    static_cast<void>(
+        RunGuardedEdit([](void* frame) { DestroyWindow(static_cast<HWND>(frame)); }, window, where));
     return TRUE;
 }
 
@@ -68,13 +68,13 @@ LogPath MakeLogPath(const SYSTEMTIME& now) noexcept
 }
 
 // An invalid handle is not told from a good one: the write then fails, and the message names a file that is not there.
-void WriteLog(const CommandLog* log, const LogPath& path) noexcept
+void WriteLog(const CommandLog& log, const LogPath& path) noexcept
 {
     HANDLE file = CreateFileW(path.text, GENERIC_WRITE, FILE_SHARE_WRITE, nullptr, CREATE_ALWAYS,
                               FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (file == nullptr || log == nullptr) return;
+    if (file == nullptr) return;
     DWORD written = 0;
-    WriteFile(file, log->data(), static_cast<DWORD>(log->size()), &written, nullptr);
+    WriteFile(file, log.data(), static_cast<DWORD>(log.size()), &written, nullptr);
     CloseHandle(file);
 }
 
@@ -95,6 +95,19 @@ void ShowReport(const EditContext* context, const TraceContext& where, const Log
     MessageBoxW(nullptr, text, L"Vantrel Error Message", MB_ICONHAND | MB_SYSTEMMODAL);
 }
 
+// The host's own routine may fail as well now.
+void FreeResult(EditContext* context) noexcept
+{
+    TraceContext where{"", ""};
+    static_cast<void>(RunGuardedEdit(
+        [](void* argument) {
+            auto* const edit = static_cast<EditContext*>(argument);
+            HostObject const result = std::exchange(edit->result, nullptr);
+            if (result != nullptr) edit->langEnv->Operations.FreeObject(edit, result);
+        },
+        context, where));
+}
+
 } // namespace
 
 void DestroyAllFrames() noexcept
@@ -107,13 +120,13 @@ void DestroyAllFrames() noexcept
 void ReportSevereError(EditContext* context, const TraceContext& where) noexcept
 {
     TraceScope trace("crash_report.cpp", "ReportSevereError");
-    context->result = nullptr;
+    FreeResult(context);
     DestroyAllFrames();
     SYSTEMTIME now = {};
     GetLocalTime(&now);
     LogException(context, now);
     const LogPath path = MakeLogPath(now);
-    WriteLog(context->commandLog, path);
+    WriteLog(*context->commandLog, path);
     ShowReport(context, where, path);
     SetErrorCode(context, VTERROR_CODE::Exception);
 }

@@ -182,7 +182,9 @@ void RunGuarded(EditRun& run) noexcept
     const bool failed =
         RunGuardedEdit([](void* argument) { RunEdit(*static_cast<EditRun*>(argument)); }, &run, where);
     if (failed) ReportSevereError(run.context, where);
-    EndRun(run);
+    // A host that faults here must not take the process with it, now that the user's work is safe.
+    const bool ended = RunGuardedEdit([](void* argument) { EndRun(*static_cast<EditRun*>(argument)); }, &run, where);
+    static_cast<void>(ended);
     if (!failed) NoteInterrupt(run.context);
 }
 
@@ -229,6 +231,7 @@ HostObject EditObject(EditContext* context, HostObject object, bool byName) noex
     context->timer = nullptr;
     context->commandLog = nullptr;
     context->isInterruptOrClosePending = nullptr;
+    PassQuitToHost();
     return context->result;
 }
 

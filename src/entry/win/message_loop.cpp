@@ -2,8 +2,9 @@
 
 #include <windows.h>
 
+#include <utility>
+
 #include "entry/trace.h"
-#include "entry/win/crash_report.h"
 #include "frame/messages.h"
 #include "tools/win/guard.h"
 
@@ -43,11 +44,16 @@ void HandleMessage(EditContext* context, MSG& message)
     RethrowEscapedException();
 }
 
-// The host's thread was told to quit: the editor ends without questions and leaves the wish to the host's own loop.
-void QuitWithHost(const MSG& message) noexcept
+// The wish of the host's thread to quit is kept for the host's own loop: ending the edit here would lose the user's work.
+struct PendingQuit {
+    bool wished = false;
+    int exitCode = 0;
+};
+PendingQuit g_quit;
+
+void RememberQuit(const MSG& message) noexcept
 {
-    DestroyAllFrames();
-    PostQuitMessage(static_cast<int>(message.wParam));
+    g_quit = {true, static_cast<int>(message.wParam)};
 }
 
 std::int32_t AskFrameIsClosing(EditContext* context)
@@ -68,8 +74,8 @@ std::int32_t PumpUntilAbandoned(EditContext* context)
     MSG message = {};
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
         if (message.message == WM_QUIT) {
-            PostQuitMessage(static_cast<int>(message.wParam)); // for the modal loop
-            return 1;
+            RememberQuit(message);
+            continue;
         }
         HandleMessage(context, message);
         if (IsInterruptSet(context)) return 1;
@@ -87,9 +93,16 @@ void RunModalLoop(EditContext* context)
     while (context->openFrames != 0) {
         const BOOL got = GetMessageW(&message, nullptr, 0, 0);
         if (got == -1) return;
-        if (got == 0) return QuitWithHost(message);
-        HandleMessage(context, message);
+        if (got == 0)
+            RememberQuit(message);
+        else
+            HandleMessage(context, message);
     }
+}
+
+void PassQuitToHost() noexcept
+{
+    if (std::exchange(g_quit.wished, false)) PostQuitMessage(g_quit.exitCode);
 }
 
 std::int32_t IsInterruptOrClosePending(EditContext* context)

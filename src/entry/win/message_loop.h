@@ -8,6 +8,9 @@ namespace vantrel {
 // Runs while the context's count of open frames is not 0.
 void RunModalLoop(EditContext* context);
 
+// After the edit: hands a WM_QUIT that arrived meanwhile on to the host's own loop.
+void PassQuitToHost() noexcept;
+
 // Whether a long operation should be abandoned. Cheap unless the 100-millisecond timer has fired; then it pumps all waiting messages.
 std::int32_t IsInterruptOrClosePending(EditContext* context);
 

@@ -20,7 +20,8 @@ void SignalHandlersSave(SignalState& state) noexcept
     state.segmentation = std::signal(SIGSEGV, SIG_DFL);
     state.terminate = std::signal(SIGTERM, SIG_DFL);
     state.breakSignal = std::signal(SignalBreak, SIG_DFL);
-    state.floatingPointControl = _controlfp(0, 0);
+    state.floatingPointControl = _control87(0, 0);
+    _control87(ExceptionMask, ExceptionMask); // no floating-point exception stops the editor
 }
 
 void SignalHandlersRestore(const SignalState& state) noexcept
@@ -30,7 +31,7 @@ void SignalHandlersRestore(const SignalState& state) noexcept
     std::signal(SIGSEGV, state.segmentation);
     std::signal(SIGTERM, state.terminate);
     std::signal(SignalBreak, state.breakSignal);
-    _controlfp(state.floatingPointControl, ExceptionMask);
+    _control87(state.floatingPointControl, ExceptionMask);
     _clearfp();
 }
 

@@ -19,6 +19,8 @@
 namespace vantrel {
 namespace {
 
+ATOM g_class = 0; // only a class of our own is used and taken away again
+
 FrameWindow* FrameOf(HWND window) noexcept
 {
     return reinterpret_cast<FrameWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
@@ -186,6 +188,7 @@ LRESULT CALLBACK FrameProc(HWND window, UINT message, WPARAM wParam, LPARAM lPar
 bool RegisterFrameClass()
 {
     TraceScope trace("frame.cpp", "RegisterFrameClass");
+    if (g_class != 0) return true;
     DefaultFontLoad();
     const INITCOMMONCONTROLSEX controls{sizeof controls, ICC_BAR_CLASSES};
     InitCommonControlsEx(&controls);
@@ -197,13 +200,15 @@ bool RegisterFrameClass()
     windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     windowClass.hbrBackground = GetSysColorBrush(COLOR_3DFACE);
     windowClass.lpszClassName = AsWide(FrameClassName);
-    return RegisterClassExW(&windowClass) != 0 || GetLastError() == ERROR_CLASS_ALREADY_EXISTS;
+    g_class = RegisterClassExW(&windowClass);
+    return g_class != 0;
 }
 
 void UnregisterFrameClass()
 {
     TraceScope trace("frame.cpp", "UnregisterFrameClass");
-    UnregisterClassW(AsWide(FrameClassName), ModuleInstance());
+    if (g_class == 0 || !UnregisterClassW(AsWide(FrameClassName), ModuleInstance())) return;
+    g_class = 0;
     DefaultFontRelease();
 }
 

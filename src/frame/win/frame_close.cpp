@@ -57,7 +57,9 @@ void OnClose(FrameWindow& frame)
     }
     KillTimer(frame.window, CloseTimer);
     frame.closing = false;
-    if (MayClose(frame) && !frame.destroyed) DestroyWindow(frame.window);
+    const bool mayClose = MayClose(frame);
+    frame.closeUnasked = false;
+    if (mayClose && !frame.destroyed) DestroyWindow(frame.window);
 }
 
 void CloseWithoutQuestion(FrameWindow& frame)
@@ -65,7 +67,7 @@ void CloseWithoutQuestion(FrameWindow& frame)
     HWND const window = frame.window;
     frame.closeUnasked = true; // beside the option, which must survive the close
     SendMessageW(window, WM_SYSCOMMAND, SC_CLOSE, 0);
-    if (IsWindow(window)) frame.closeUnasked = false;
+    if (IsWindow(window) && !frame.closing) frame.closeUnasked = false;
     RethrowEscapedException();
 }
 

@@ -18,6 +18,9 @@ constexpr wchar_t DebugTitle[] = L"Vantrel Debug Message";
 bool HandToHost(const FrameWindow& frame, const Scdr& tree)
 {
     EditContext* const context = frame.context;
+    // What failed earlier in the edit says nothing about this save.
+    context->langEnv->ErrorCode = VTERROR_CODE::NoError;
+    context->langEnv->ErrorDetail = nullptr;
     if (!CanSaveScdr(context, tree)) return SetErrorCode(context, VTERROR_CODE::DomainError);
     if (frame.name != nullptr) return SaveVariable(context, frame.name, tree) == 0;
     return context->langEnv->Operations.SetResult(context, &tree) == 0;

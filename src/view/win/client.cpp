@@ -18,6 +18,8 @@ namespace vantrel {
 
 namespace {
 
+ATOM g_class = 0; // only a class of our own is used and taken away again
+
 // Arrows, Tab, all keys and characters: none of them is left to a dialog.
 constexpr LRESULT WantedKeys = DLGC_WANTARROWS | DLGC_WANTTAB | DLGC_WANTALLKEYS | DLGC_WANTCHARS;
 static_assert(WantedKeys == 135);
@@ -198,6 +200,7 @@ HandlerScope::~HandlerScope()
 bool RegisterClientClass()
 {
     const TraceScope trace("client.cpp", "RegisterClientClass");
+    if (g_class != 0) return true;
     WNDCLASSEXW windowClass{};
     windowClass.cbSize = sizeof windowClass;
     windowClass.style = CS_DBLCLKS | CS_HREDRAW | CS_VREDRAW;
@@ -205,13 +208,15 @@ bool RegisterClientClass()
     windowClass.hInstance = ModuleInstance();
     windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     windowClass.lpszClassName = AsWide(ClientClassName);
-    return RegisterClassExW(&windowClass) != 0 || GetLastError() == ERROR_CLASS_ALREADY_EXISTS;
+    g_class = RegisterClassExW(&windowClass);
+    return g_class != 0;
 }
 
 void UnregisterClientClass()
 {
     const TraceScope trace("client.cpp", "UnregisterClientClass");
-    UnregisterClassW(AsWide(ClientClassName), ModuleInstance());
+    if (g_class == 0 || !UnregisterClassW(AsWide(ClientClassName), ModuleInstance())) return;
+    g_class = 0;
     EndVisualCues();
 }
 

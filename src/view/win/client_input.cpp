@@ -12,6 +12,7 @@
 #include "tools/win/scroll_bars.h"
 #include "tools/win/window.h"
 #include "view/busy.h"
+#include "view/commit.h"
 #include "view/layout.h"
 #include "view/messages.h"
 #include "view/selection.h"
@@ -220,6 +221,8 @@ void OnCommand(ClientWindow& client, std::int32_t command)
         ChangePlane(view, command);
     } else if (IsSizeCommand(command)) {
         PerformSizeCommand(view, command);
+    } else if (command == ID_EDIT_CHECK_AND_ALIGN) {
+        CheckAndAlignScdr(view);
     }
 }
 

@@ -164,15 +164,21 @@ TEST_P(DyalogEntry, StoresWhatTheEditReturns)
 
 TEST_P(DyalogEntry, ReportsAnErrorInsteadOfAResult)
 {
-    for (auto* edit : {Fail, SaveAndFail}) {
-        const fake::EditResult result = Run(edit);
-        EXPECT_TRUE(result.error.signalled);
-        EXPECT_EQ(result.error.number, 6u);
-        EXPECT_EQ(result.error.vendor, u"Quillmoor");
-        EXPECT_EQ(result.error.product, u"Vantrel");
-        EXPECT_EQ(result.error.supportAddress, Unicode() ? u"support@dyalog.example" : u"");
-        EXPECT_FALSE(result.hasResult);
-    }
+    const fake::EditResult result = Run(Fail);
+    EXPECT_TRUE(result.error.signalled);
+    EXPECT_EQ(result.error.number, 6u);
+    EXPECT_EQ(result.error.vendor, u"Quillmoor");
+    EXPECT_EQ(result.error.product, u"Vantrel");
+    EXPECT_EQ(result.error.supportAddress, Unicode() ? u"support@dyalog.example" : u"");
+    EXPECT_FALSE(result.hasResult);
+}
+
+TEST_P(DyalogEntry, KeepsWhatWasSavedBeforeAnError)
+{
+    const fake::EditResult result = Run(SaveAndFail);
+    EXPECT_TRUE(result.error.signalled);
+    EXPECT_TRUE(result.hasResult);
+    EXPECT_FALSE(result.unchanged);
     EXPECT_TRUE(Run(SaveAndFail, WithoutSlot()).error.signalled);
 }
 
