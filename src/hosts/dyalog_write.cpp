@@ -45,6 +45,14 @@ std::int32_t TowardZero(double value) noexcept
     return fits ? static_cast<std::int32_t>(value) : std::numeric_limits<std::int32_t>::min();
 }
 
+// Where any load may throw (the Windows builds), compilers make vector code only of a loop that is let out of it. Both blocks are sound
+// here: the tree's own and one that the interpreter has just made.
+template <typename From, typename To, typename Convert>
+void ConvertOwnItems(const Scdr& scdr, void* to, Convert convert) noexcept
+{
+    ConvertItems(static_cast<const From*>(scdr.data), static_cast<To*>(to), scdr.ElementCount, convert);
+}
+
 // Real parts lie at even places.
 template <typename To, typename Convert> void ConvertRealParts(const Scdr& scdr, To* to, Convert convert)
 {
@@ -85,12 +93,8 @@ bool WriteBits(const Scdr& scdr, std::uint8_t* to)
 bool WriteIntegers(const Scdr& scdr, std::int32_t* to)
 {
     switch (scdr.Type) {
-    case TypeInteger:
-        ConvertItems(static_cast<const std::int64_t*>(scdr.data), to, scdr.ElementCount, LowWord);
-        return true;
-    case TypeReal:
-        ConvertItems(static_cast<const double*>(scdr.data), to, scdr.ElementCount, TowardZero);
-        return true;
+    case TypeInteger: ConvertOwnItems<std::int64_t, std::int32_t>(scdr, to, LowWord); return true;
+    case TypeReal: ConvertOwnItems<double, std::int32_t>(scdr, to, TowardZero); return true;
     case TypeComplex: ConvertRealParts(scdr, to, TowardZero); return true;
     default: return false;
     }
@@ -104,8 +108,8 @@ bool WriteFloats(const Scdr& scdr, double* to)
             to[i] = GetBit(scdr.data, i) ? 1.0 : 0.0;
         return true;
     case TypeInteger:
-        ConvertItems(static_cast<const std::int64_t*>(scdr.data), to, scdr.ElementCount,
-                     [](std::int64_t item) { return static_cast<double>(item); });
+        ConvertOwnItems<std::int64_t, double>(scdr, to,
+                                              [](std::int64_t item) { return static_cast<double>(item); });
         return true;
     case TypeReal: std::memcpy(to, scdr.data, BlockDataSize(DyalogFloat, scdr.ElementCount)); return true;
     case TypeComplex: ConvertRealParts(scdr, to, [](double real) { return real; }); return true;
@@ -120,8 +124,8 @@ bool WriteCharacters(const DyalogHost& host, const Scdr& scdr, std::uint32_t dia
     if (dialectType == DyalogAtomic) {
         ServiceOf(host, dyalog::ToAtomic)(static_cast<std::uint8_t*>(to), units, scdr.ElementCount);
     } else if (dialectType == DyalogCharacter8) {
-        ConvertItems(units, static_cast<std::uint8_t*>(to), scdr.ElementCount,
-                     [](char16_t unit) { return static_cast<std::uint8_t>(unit); });
+        ConvertOwnItems<char16_t, std::uint8_t>(
+            scdr, to, [](char16_t unit) { return static_cast<std::uint8_t>(unit); });
     } else {
         std::memcpy(to, units, BlockDataSize(DyalogCharacter16, scdr.ElementCount));
     }

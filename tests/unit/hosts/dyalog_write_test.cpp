@@ -107,7 +107,9 @@ TEST_P(DyalogWrite, ChoosesTheTypeOfComplexNumbers)
         // A number out of range decides, even before a truly complex one.
         {{1, 0, 1e20, 0, 3, 1}, Float},
         {{3, 1, 1e20, 0}, Complex},
-        {{nan, 0, 3, 1}, Float},
+        // What is not a number is not out of range.
+        {{nan, 0, 3, 1}, Complex},
+        {{nan, 0, 3, 0}, Float},
     };
     for (const Row& row : rows)
         EXPECT_EQ(TypesOf(*Complexes(row.pairs)), std::vector<int>{row.type});
