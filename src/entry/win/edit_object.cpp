@@ -183,7 +183,8 @@ void RunGuarded(EditRun& run) noexcept
         RunGuardedEdit([](void* argument) { RunEdit(*static_cast<EditRun*>(argument)); }, &run, where);
     if (failed) ReportSevereError(run.context, where);
     // A host that faults here must not take the process with it, now that the user's work is safe.
-    const bool ended = RunGuardedEdit([](void* argument) { EndRun(*static_cast<EditRun*>(argument)); }, &run, where);
+    const bool ended =
+        RunGuardedEdit([](void* argument) { EndRun(*static_cast<EditRun*>(argument)); }, &run, where);
     static_cast<void>(ended);
     if (!failed) NoteInterrupt(run.context);
 }

@@ -180,14 +180,13 @@ std::size_t ExpectFolderToComeBack(const fs::path& folder)
 TEST(WorkbenchRealFiles, ExamplesComeBack)
 {
     const fs::path root = fs::path(__FILE__).parent_path().parent_path().parent_path().parent_path();
-    if (!fs::exists(root / "README.md")) GTEST_SKIP() << "the sources are not on this machine";
     EXPECT_GE(ExpectFolderToComeBack(root / "examples"), 4u);
 }
 
 TEST(WorkbenchRealFiles, SharedDataComeBack)
 {
     const char* folder = std::getenv("VANTREL_SHARED_DATA");
-    if (folder == nullptr || !fs::is_directory(folder)) GTEST_SKIP() << "VANTREL_SHARED_DATA names no folder";
+    if (folder == nullptr || !fs::is_directory(folder)) return; // only where somebody offers further files
     EXPECT_GT(ExpectFolderToComeBack(folder), 0u);
 }
 
