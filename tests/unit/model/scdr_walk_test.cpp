@@ -75,8 +75,8 @@ TEST_F(Walk, ShiftTabStopsAtTheMinimizedArrayAroundItsResult)
 {
     b->Flags |= FlagMinimized;
     EXPECT_EQ(TabToNextScdr(*f, Shift, Tab), b);
-    d->Flags |= FlagMinimized;
-    EXPECT_EQ(TabToNextScdr(*f, Shift, Tab), b);
+    d->Flags |= FlagMinimized; // inside b: the innermost counts
+    EXPECT_EQ(TabToNextScdr(*f, Shift, Tab), d);
     b->Flags = 0;
     EXPECT_EQ(TabToNextScdr(*f, Shift, Tab), d);
     root->Flags |= FlagMinimized;
