@@ -48,7 +48,7 @@ void EndMouse(EditWindow& window, EditPoint point)
 {
     const TraceScope trace("mouse.cpp", "EndMouse");
     if (!window.selecting) return;
-    DragMouse(window, point);
+    if (HasEditedNode(window)) DragMouse(window, point);
     window.selecting = false;
     DrawCaret(window);
 }

@@ -28,7 +28,7 @@ bool IsValidType(std::uint32_t type) noexcept
 std::size_t DataSize(std::uint32_t type, std::int64_t elementCount)
 {
     TraceScope trace("scdr_types.cpp", "DataSize");
-    if (type == TypeNested) return CheckedMultiply(elementCount > 0 ? elementCount : 1, sizeof(Scdr*));
+    if (type == TypeNested) return CheckedMultiply(elementCount > 0 ? elementCount : 1, sizeof(void*));
     if (type == TypeBoolean) {
         const std::size_t bits = CheckedMultiply(elementCount, 1);
         return bits / 8 + (bits % 8 != 0 ? 1 : 0);

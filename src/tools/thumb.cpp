@@ -1,6 +1,7 @@
 #include "tools/thumb.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace vantrel {
 
@@ -16,7 +17,7 @@ Thumb PlaceThumb(std::int32_t track, std::int32_t shortest, std::int64_t dataSiz
     const std::int32_t length = std::clamp(proportional, shortest, track);
     const std::int64_t last = dataSize - pageSize;
     const double part = share(std::clamp<std::int64_t>(position, 0, last), last);
-    return {static_cast<std::int32_t>(part * (track - length) + 0.5), length};
+    return {static_cast<std::int32_t>(std::lround(part * (track - length))), length};
 }
 
 } // namespace vantrel

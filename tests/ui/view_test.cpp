@@ -219,6 +219,16 @@ TEST_F(View, NumbersAreTintedAndPrototypesAreGrey)
         const Picture picture = user.Shot(user.Client());
         user.Expect(picture.Count(NumberColour) > 20, "numbers are drawn in their own colour");
         user.Expect(picture.Count(GetSysColor(COLOR_WINDOWTEXT)) > 20, "text is drawn in the text colour");
+        user.Expect(picture.Count(GetSysColor(COLOR_WINDOW)) > 200,
+                    "real items stand on the window's colour");
+    });
+    const Array onlyPrototype = EmptyNestedArray({0}, FloatArray({2}, {88, 88}));
+    RunEdit(interpreter, onlyPrototype, [](User& user) {
+        const Picture picture = user.Shot(user.Client());
+        user.Expect(picture.Count(GetSysColor(COLOR_GRAYTEXT)) > 5, "a prototype's text is grey");
+        user.ExpectEqual(picture.Count(NumberColour), 0, "and not tinted");
+        // The edge has light lines, but the panel itself would be many times as much.
+        user.Expect(picture.Count(GetSysColor(COLOR_WINDOW)) < 300, "on the colour of a face");
     });
 }
 

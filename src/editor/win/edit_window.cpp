@@ -247,6 +247,10 @@ LRESULT Dispatch(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
     case WM_DESTROY: return OnDestroy(window);
     case WM_SETFONT: return OnSetFont(*instance, reinterpret_cast<HFONT>(wParam), LOWORD(lParam) != 0);
     case WM_GETFONT: return reinterpret_cast<LRESULT>(instance->font);
+    // What began over one node must end although the view has gone on to another.
+    case WM_LBUTTONUP: return OnButtonUp(*instance, lParam);
+    case WM_CAPTURECHANGED: return OnCaptureChanged(*instance);
+    case WM_KILLFOCUS: return OnKillFocus(*instance);
     default: break;
     }
     const bool handled = HasEditedNode(instance->edit) || (HasSimpleNode(*instance) && NeedsNoState(message));

@@ -46,9 +46,11 @@ LRESULT OnExit(FrameWindow& frame)
 
 LRESULT OnRevert(FrameWindow& frame)
 {
-    SendMessageW(frame.client, ViewSetObject, 0, reinterpret_cast<LPARAM>(frame.value));
+    const LRESULT refused =
+        SendMessageW(frame.client, ViewSetObject, 0, reinterpret_cast<LPARAM>(frame.value));
     RethrowEscapedException();
-    return 0;
+    if (refused != 0) ShowHostError(frame);
+    return refused;
 }
 
 // Fails on purpose, to show that a failure ends in the report and not in the host's death.

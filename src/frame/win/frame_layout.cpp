@@ -53,12 +53,14 @@ void OnSizeFrameToDefinition(FrameWindow& frame)
 {
     TraceScope trace("frame_layout.cpp", "OnSizeFrameToDefinition");
     SIZE wanted{};
+    if (IsZoomed(frame.window)) return;
     if (SendMessageW(frame.client, ViewGetPreferredSize, 0, reinterpret_cast<LPARAM>(&wanted)) != 0) return;
     RethrowEscapedException();
     RECT outer{};
     RECT inner{};
     GetWindowRect(frame.window, &outer);
-    GetClientRect(frame.client, &inner);
+    GetWindowRect(frame.client, &inner); // the wanted size has the scroll bars in it
+    OffsetRect(&inner, -inner.left, -inner.top);
     const SIZE size{outer.right - outer.left - inner.right + wanted.cx,
                     outer.bottom - outer.top - inner.bottom + wanted.cy};
     const RECT place = FitInto(WorkAreaOf(frame.window), {outer.left, outer.top}, size);

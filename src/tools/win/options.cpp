@@ -96,11 +96,10 @@ std::int32_t ReadOption(const char16_t* subKey, const char16_t* name, void* buff
     if (!MakePath(subKey, path) || !key.Open(path)) return 1;
 
     // Asked for first, so that a value of another size leaves the caller's default untouched.
-    DWORD type = 0;
     DWORD stored = 0;
-    if (RegQueryValueExW(key.Get(), AsWide(name), nullptr, &type, nullptr, &stored) != ERROR_SUCCESS)
+    if (RegQueryValueExW(key.Get(), AsWide(name), nullptr, nullptr, nullptr, &stored) != ERROR_SUCCESS)
         return 1;
-    if (type != REG_BINARY || stored != size) return 1;
+    if (stored != size) return 1;
     return RegQueryValueExW(key.Get(), AsWide(name), nullptr, nullptr, static_cast<BYTE*>(buffer), &stored) ==
                    ERROR_SUCCESS
                ? 0

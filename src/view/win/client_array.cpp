@@ -67,9 +67,9 @@ LRESULT OnSetObject(ClientWindow& client, HostObject object)
     View& view = client.view;
     const BusyMark busy(view);
     ShowTree(view, nullptr);
+    view.flags = static_cast<std::uint8_t>(view.flags & ~ViewModified);
     ScdrPtr tree = ConvertObject(view, object);
     if (tree == nullptr) return 1;
-    view.flags = static_cast<std::uint8_t>(view.flags & ~ViewModified);
     return ShowTree(view, std::move(tree)) != 0 ? 1 : 0;
 }
 
@@ -84,7 +84,9 @@ LRESULT OnGetScdr(ClientWindow& client, bool selectedOnly)
 {
     const TraceScope trace("client_array.cpp", "OnGetScdr");
     View& view = client.view;
-    if (view.root == nullptr || CheckAndAlignScdr(view) == 0) return 0;
+    // While something else works on the tree its nodes must not be replaced.
+    const bool busy = (view.flags & ViewBusy) != 0;
+    if (view.root == nullptr || busy || CheckAndAlignScdr(view) == 0) return 0;
     return reinterpret_cast<LRESULT>(selectedOnly ? Selected(view) : view.root);
 }
 

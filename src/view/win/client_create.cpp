@@ -93,10 +93,10 @@ void SaveFont(const ClientWindow& client)
 
 void ReleaseWindowResources(ClientWindow& client)
 {
+    client.measurer.Close(); // lets go of the font before it is deleted
     DestroyEdits(client);
     CopyFontToWindow(client.window, nullptr);
     client.font = nullptr;
-    client.measurer.Close();
     DeleteObject(client.redPen);
     client.redPen = nullptr;
 }

@@ -233,7 +233,7 @@ void OnNotify(ClientWindow& client, const NMHDR& header)
     switch (static_cast<std::int32_t>(header.code)) {
     case EditNotifyModified: OnEditorModified(view); break;
     case EditNotifyResized: OnEditorResized(client); break;
-    case EditNotifyPlaneLines: StatusMessage(client.window, IDS_NOT_SUPPORTED, MB_ICONEXCLAMATION); break;
+    case EditNotifyPlaneLines: StatusMessage(client.window, IDS_NOT_SUPPORTED, 0); break;
     case EditNotifyOutOfMemory: StatusMessage(client.window, IDS_ERROR_ALLOCATING, MB_ICONHAND); break;
     case EditNotifySetFocus: NotifyFrame(view, ViewNotifySetFocus); break;
     default: break;
@@ -258,9 +258,9 @@ void OnMouseWheel(ClientWindow& client, WPARAM wParam)
     View& view = client.view;
     const std::uint32_t keys = GET_KEYSTATE_WPARAM(wParam);
     const std::int32_t delta = GET_WHEEL_DELTA_WPARAM(wParam);
-    if (IsDown(VK_MENU)) {
-        if ((keys & (MK_CONTROL | MK_SHIFT)) == 0) OnMouseWheelScrollPlane(client, keys, delta);
-    } else if (OnMouseWheel(view.scroll, keys, delta, view.edit.averageCharWidth, view.edit.lineHeight)) {
+    OnMouseWheelScrollPlane(client, keys, delta);
+    if (!IsDown(VK_MENU) &&
+        OnMouseWheel(view.scroll, keys, delta, view.edit.averageCharWidth, view.edit.lineHeight)) {
         EditResize(view);
     }
 }

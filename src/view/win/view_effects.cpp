@@ -5,6 +5,7 @@
 #include "entry/trace.h"
 #include "tools/win/scroll_bars.h"
 #include "tools/win/window.h"
+#include "view/hit_test.h"
 #include "view/messages.h"
 #include "view/win/client_window.h"
 
@@ -64,10 +65,24 @@ void SendSize(View& view)
 
 void HideEditWindow(ClientWindow& client, HWND edit)
 {
+    if (GetCapture() == edit) ReleaseCapture();
     const HWND focus = GetFocus();
     if (client.activeEdit == edit) client.activeEdit = nullptr;
     if (focus == client.window || focus == edit) SetScdrFocus(client.view);
     ShowWindow(edit, SW_HIDE);
+}
+
+// Before it takes a node, for the text is scrolled to the caret in the room that it finds. A maximised node's editor has its size from
+// the window.
+void GiveEditorItsSize(const ClientWindow& client, HWND edit)
+{
+    const View& view = client.view;
+    const Scdr& node = *Selected(view);
+    if ((node.Flags & FlagMaximized) != 0) return;
+    const Rect64 area = GetEditRectangle(view.metrics.margin, node);
+    SetWindowPos(edit, nullptr, 0, 0, WindowPixel(area.right - area.left),
+                 WindowPixel(area.bottom - area.top),
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOREDRAW | SWP_NOCOPYBITS);
 }
 
 void BeginEditor(View& view, bool scalar, bool readOnly)
@@ -76,6 +91,8 @@ void BeginEditor(View& view, bool scalar, bool readOnly)
     ClientWindow& client = ClientOf(view);
     const HWND edit = scalar ? client.scalarEdit : client.arrayEdit;
     const HWND previous = client.activeEdit;
+    if (previous != nullptr && GetCapture() == previous) ReleaseCapture();
+    GiveEditorItsSize(client, edit);
     SendMessageW(edit, EM_SETREADONLY, readOnly, 0);
     SendMessageW(edit, EditMessageUseScdr, 0, 0);
     client.activeEdit = edit;
