@@ -14,14 +14,6 @@ bool IsTextual(const Scdr& node) noexcept
     return node.Type == TypeNested || node.Type == TypeCharacter;
 }
 
-ScdrPtr CharacterVector(EditContext* context, Scdr* parent, RecordText text)
-{
-    ScdrPtr vector = AllocateScdr(context, parent, TypeCharacter, 1, &text.length, false);
-    std::copy_n(text.text, text.length, static_cast<char16_t*>(vector->data));
-    vector->SimplestType = TypeCharacter;
-    return vector;
-}
-
 ScdrPtr IntegerVector(EditContext* context, Scdr* parent, std::int64_t length)
 {
     ScdrPtr vector = AllocateScdr(context, parent, TypeInteger, 1, &length, true);
@@ -179,6 +171,14 @@ ScdrPtr ArrayFromRecords(EditContext* context, const Scdr& node, bool numeric)
 }
 
 } // namespace
+
+ScdrPtr CharacterVector(EditContext* context, Scdr* parent, RecordText text)
+{
+    ScdrPtr vector = AllocateScdr(context, parent, TypeCharacter, 1, &text.length, false);
+    std::copy_n(text.text, text.length, static_cast<char16_t*>(vector->data));
+    vector->SimplestType = TypeCharacter;
+    return vector;
+}
 
 ScdrPtr ScdrFromUnicode(EditContext* context, const char16_t* text, std::int64_t length)
 {

@@ -19,7 +19,9 @@ inline constexpr std::int32_t ActionTranspose = 4616;
 inline constexpr std::int32_t ActionSortAscending = 4617;
 inline constexpr std::int32_t ActionSortDescending = 4618;
 
-// A character vector holding the text. Sets ErrorCode and returns null on failure.
+// A character vector of a line of text, as a new node under `parent`, whose data is not touched. Throws OutOfMemory.
+[[nodiscard]] ScdrPtr CharacterVector(EditContext* context, Scdr* parent, RecordText text);
+// The same at the root. Sets ErrorCode and returns null on failure.
 [[nodiscard]] ScdrPtr ScdrFromUnicode(EditContext* context, const char16_t* text, std::int64_t length);
 // A nested vector with one character vector per record; of rank >= 3 one plane's rows, the first of the list. Sets ErrorCode and returns null
 // on failure.

@@ -1,3 +1,4 @@
+#include <limits>
 #include <cstring>
 
 #include "entry/trace.h"
@@ -59,6 +60,21 @@ std::int64_t Rows(const Scdr& node) noexcept
 std::int64_t Columns(const Scdr& node) noexcept
 {
     return node.Rank >= 1 ? node.Shape[node.Rank - 1] : 1;
+}
+
+std::int64_t RowsOfAllPlanes(const Scdr& node) noexcept
+{
+    // An axis without length makes the product 0 however long the axes before it are.
+    constexpr std::int64_t Most = std::numeric_limits<std::int64_t>::max();
+    std::int64_t rows = 1;
+    bool overflow = false;
+    for (std::int32_t axis = 0; axis < node.Rank - 1; ++axis) {
+        const std::int64_t length = node.Shape[axis];
+        if (length == 0) return 0;
+        overflow = overflow || rows > Most / length;
+        if (!overflow) rows *= length;
+    }
+    return overflow ? -1 : rows;
 }
 
 std::int64_t PlaneCount(const Scdr& node) noexcept

@@ -58,20 +58,6 @@ bool IsInterrupted(View& view, LayoutProgress& progress, std::int64_t work)
     return progress.pacer.Due() && view.effects.isInterruptOrClosePending(view);
 }
 
-std::int64_t RowsOfAllPlanes(const Scdr& node) noexcept
-{
-    // An axis without length makes the product 0 however long the axes before it are.
-    std::int64_t rows = 1;
-    bool overflow = false;
-    for (std::int32_t axis = 0; axis < node.Rank - 1; ++axis) {
-        const std::int64_t length = node.Shape[axis];
-        if (length == 0) return 0;
-        overflow = overflow || rows > Most / length;
-        if (!overflow) rows *= length;
-    }
-    return overflow ? -1 : rows;
-}
-
 std::int64_t CountSimpleScdrRows(const Scdr& node) noexcept
 {
     TraceScope trace("progress.cpp", "CountSimpleScdrRows");

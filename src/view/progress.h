@@ -37,7 +37,5 @@ void UpdateProgressReport(View& view, LayoutProgress& progress, const Scdr& node
 [[nodiscard]] std::int64_t CountSimpleScdrRows(const Scdr& node) noexcept;
 // Simple arrays, and the records among them whose width is not known.
 [[nodiscard]] std::int64_t CountSimpleScdrsAndInvalidRecords(const Scdr& node) noexcept;
-// Rows of all planes of a simple array of rank >= 2; -1 where the number does not fit.
-[[nodiscard]] std::int64_t RowsOfAllPlanes(const Scdr& node) noexcept;
 
 } // namespace vantrel
