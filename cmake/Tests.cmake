@@ -29,6 +29,9 @@ endif()
 if(unit_sources)
   add_executable(unit_tests ${unit_sources})
   vantrel_test_program(unit_tests)
+  # Only where it is read: a path in every command line would keep checkouts from sharing what they compile.
+  set_source_files_properties(tests/unit/workbench/formats_test.cpp PROPERTIES
+    COMPILE_DEFINITIONS "VANTREL_SOURCE_DIR=\"${CMAKE_SOURCE_DIR}\"" SKIP_PRECOMPILE_HEADERS ON)
   target_include_directories(unit_tests PRIVATE tests)
   target_link_libraries(unit_tests PRIVATE vantrel_logic fake_hosts vantrel_json GTest::gtest GTest::gtest_main)
   if(TARGET workbench_logic)

@@ -179,7 +179,7 @@ std::size_t ExpectFolderToComeBack(const fs::path& folder)
 
 TEST(WorkbenchRealFiles, ExamplesComeBack)
 {
-    const fs::path root = fs::path(__FILE__).parent_path().parent_path().parent_path().parent_path();
+    const fs::path root = VANTREL_SOURCE_DIR;
     EXPECT_GE(ExpectFolderToComeBack(root / "examples"), 4u);
 }
 
