@@ -35,7 +35,7 @@ struct Session {
         BuildAtomicVector(host);
         CreateLangEnv(host, nullptr);
         context.langEnv = &host.langEnv;
-        context.host = &host;
+        context.host = static_cast<Host*>(&host);
     }
     fake::Interpreter interpreter{BenchOptions()};
     DyalogHost& host = TheDyalogHost();

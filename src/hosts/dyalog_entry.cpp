@@ -23,14 +23,14 @@ constexpr std::uint16_t DyalogAccelerators = 104;
 constexpr HostOperations DyalogOperations = {
     CallPrimitiveReturningScdr,
     CheckForInterrupt,
-    NotSupported<std::int32_t>,
-    NotSupported<Scdr*, WindowHandle>,
+    ClipboardCanPaste,
+    ClipboardToScdr,
     FreeObject,
     GetIntSysVar,
     GetLibraryPath,
     nullptr, // the interpreter draws its own graphics
     ObjectToScdr,
-    NotSupported<std::int32_t, WindowHandle, const Scdr*>,
+    ScdrToClipboard,
     ScdrToObject,
     SignalHostError,
     SetResult,
@@ -79,7 +79,7 @@ bool WasCancelled(const DyalogHost& host) noexcept
 void EditArgument(EditContext* context, Localp* argument)
 {
     DyalogHost& host = HostOf(context);
-    if (!host.platform->registerWindows()) {
+    if (!AcquireEditor(host)) {
         SetHostMessage(host, VTERROR_CODE::SystemError, MessageWindows);
         SignalHostError(context, VTERROR_CODE::SystemError);
         return;
@@ -155,9 +155,7 @@ void CreateLangEnv(DyalogHost& host, const char16_t* title) noexcept
 void DestroyLangEnv(DyalogHost& host) noexcept
 {
     TraceScope trace("dyalog_entry.cpp", "DestroyLangEnv");
-    if (host.langEnv.PendingBufferInUse != 0) FreeBytes(std::exchange(host.langEnv.PendingBuffer, nullptr));
-    host.langEnv.PendingBufferInUse = 0;
-    host.platform->unregisterWindows();
+    ReleaseEditor(host);
 }
 
 void ExternalFunction(DyalogHost& host, Localp* argument, DyalogBlock** resultSlot,
@@ -181,11 +179,11 @@ void ExternalFunction(DyalogHost& host, Localp* argument, DyalogBlock** resultSl
     host.resultStored = false;
     EditContext context;
     context.langEnv = &host.langEnv;
-    context.host = &host;
+    context.host = static_cast<Host*>(&host);
     RunEdit(&context, argument);
     DestroyLangEnv(host);
     if (HasFailed(host)) ServiceOf(host, dyalog::SignalError)(&host.errorBlock);
-    ClearHostMessage(host);
+    ClearDyalogMessage(host);
     host.resultSlot = nullptr;
     host.running = false;
 }

@@ -76,7 +76,7 @@ const char* NarrowOwnMessage(DyalogHost& host, const char16_t* text) noexcept
 const void* MessageForInterpreter(DyalogHost& host, const char16_t* text) noexcept
 {
     if (text == nullptr || host.unicode) return text;
-    if (text == host.interpreterMessage.get()) return host.interpreterMessageAnsi.get();
+    if (text == host.ownedMessage.get()) return host.interpreterMessageAnsi.get();
     return NarrowOwnMessage(host, text);
 }
 
@@ -102,14 +102,11 @@ OwnedArray<char16_t> WidenMessage(const DyalogHost& host, const char* text)
     return wide;
 }
 
-void FetchInterpreterMessage(DyalogHost& host, std::int64_t number)
+OwnedArray<char16_t> FetchInterpreterMessage(DyalogHost& host, std::int64_t number)
 {
-    if (host.unicode) {
-        host.interpreterMessage = FetchMessageText<char16_t>(host, number);
-    } else {
-        host.interpreterMessageAnsi = FetchMessageText<char>(host, number);
-        host.interpreterMessage = WidenMessage(host, host.interpreterMessageAnsi.get());
-    }
+    if (host.unicode) return FetchMessageText<char16_t>(host, number);
+    host.interpreterMessageAnsi = FetchMessageText<char>(host, number);
+    return WidenMessage(host, host.interpreterMessageAnsi.get());
 }
 
 } // namespace
@@ -117,7 +114,7 @@ void FetchInterpreterMessage(DyalogHost& host, std::int64_t number)
 void PrepareErrorBlock(DyalogHost& host) noexcept
 {
     TraceScope trace("dyalog_errors.cpp", "PrepareErrorBlock");
-    ClearHostMessage(host);
+    ClearDyalogMessage(host);
     host.errorBlock = {};
     host.errorBlock.kind = ErrorKindPlain;
     host.errorBlock.vendor = host.unicode ? static_cast<const void*>(VendorName) : VendorNameAnsi;
@@ -125,19 +122,10 @@ void PrepareErrorBlock(DyalogHost& host) noexcept
     host.errorBlock.supportAddress = host.unicode ? DyalogSupportAddress : nullptr;
 }
 
-void SetHostMessage(DyalogHost& host, VTERROR_CODE code, const char16_t* text) noexcept
+void ClearDyalogMessage(DyalogHost& host) noexcept
 {
-    TraceScope trace("dyalog_errors.cpp", "SetHostMessage");
-    host.messageCode = code;
-    host.message = text;
-    host.langEnv.ErrorDetail = text;
-}
-
-void ClearHostMessage(DyalogHost& host) noexcept
-{
-    TraceScope trace("dyalog_errors.cpp", "ClearHostMessage");
-    SetHostMessage(host, VTERROR_CODE::NoError, nullptr);
-    host.interpreterMessage.reset();
+    TraceScope trace("dyalog_errors.cpp", "ClearDyalogMessage");
+    ClearHostMessage(host);
     host.interpreterMessageAnsi.reset();
 }
 
@@ -146,9 +134,8 @@ void SignalHostError(EditContext* context, VTERROR_CODE code)
     TraceScope trace("dyalog_errors.cpp", "SignalHostError");
     DyalogHost& host = HostOf(context);
     const HostError error = HostErrorOf(code);
-    // A message explains the failure that it was set for, not a later one of another kind.
-    const bool explained = host.message != nullptr && host.messageCode == code;
-    const char16_t* message = explained ? host.message : error.message;
+    const char16_t* own = HostMessageFor(host, code);
+    const char16_t* message = own != nullptr ? own : error.message;
     host.errorBlock.errorNumber = error.number;
     host.errorBlock.flag = error.number != 0 ? 1 : 0;
     host.errorBlock.message = error.number != 0 ? MessageForInterpreter(host, message) : nullptr;
@@ -159,16 +146,15 @@ bool CheckDyalogCallbackResult(EditContext* context, std::int64_t status)
 {
     TraceScope trace("dyalog_errors.cpp", "CheckDyalogCallbackResult");
     DyalogHost& host = HostOf(context);
-    ClearHostMessage(host);
+    ClearDyalogMessage(host);
     const VTERROR_CODE code = CodeOfStatus(status);
     SetErrorCode(context, code);
     if (code == VTERROR_CODE::NoError) return true;
     try {
-        FetchInterpreterMessage(host, status);
-        SetHostMessage(host, code, host.interpreterMessage.get());
+        SetOwnedHostMessage(host, code, FetchInterpreterMessage(host, status));
         return false;
     } catch (VTERROR_CODE failure) {
-        ClearHostMessage(host);
+        ClearDyalogMessage(host);
         return SetErrorCode(context, failure);
     }
 }

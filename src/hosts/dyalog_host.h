@@ -7,31 +7,17 @@
 
 #include <cstdint>
 
-#include "entry/edit_context.h"
-#include "entry/memory.h"
 #include "hosts/dyalog_services.h"
+#include "hosts/host.h"
 #include "model/scdr.h"
 
 namespace vantrel {
 
-// What the adapter needs of the platform and of the editor itself. Tests fill it with doubles.
-struct DyalogPlatform {
-    // 8-bit text of the system's code page to UTF-16; returns the units. With a null buffer it only counts them.
-    std::int32_t (*widenAnsi)(const char* text, std::int32_t length, char16_t* buffer, std::int32_t capacity);
-    // The clipboard format and the window classes; false at the first failure.
-    bool (*registerWindows)();
-    void (*unregisterWindows)();
-    HostObject (*editObject)(EditContext* context, HostObject object, bool byName);
-    void (*traceStarting)(long line);
-};
-
 inline constexpr std::int64_t LibraryPathSize = 260;
 inline constexpr std::int64_t OwnMessageSize = 128;
 
-struct DyalogHost {
-    const DyalogPlatform* platform = nullptr;
+struct DyalogHost : Host {
     const std::int64_t* table = nullptr; // the interpreter's; null until it has introduced itself
-    LangEnv langEnv = {};
     bool unicode = false;
 
     // The call that runs now.
@@ -40,11 +26,8 @@ struct DyalogHost {
     bool running = false;               // a call of the interpreter is under way
     ErrorBlock errorBlock;
 
-    // The message of the last failure, with the code that it explains.
-    VTERROR_CODE messageCode = VTERROR_CODE::NoError;
-    const char16_t* message = nullptr; // null: none
-    OwnedArray<char16_t> interpreterMessage;
-    OwnedArray<char> interpreterMessageAnsi; // what a Classic edition gave
+    // The message for a Classic edition, in its own bytes: what it gave itself, or a text of ours.
+    OwnedArray<char> interpreterMessageAnsi;
     char ownMessageAnsi[OwnMessageSize] = {};
 
     // Position in the atomic vector to UTF-16, and which UTF-16 units occur in it (not 0).
@@ -60,7 +43,7 @@ struct DyalogHost {
 [[nodiscard]] DyalogHost& TheDyalogHost() noexcept;
 [[nodiscard]] inline DyalogHost& HostOf(const EditContext* context) noexcept
 {
-    return *static_cast<DyalogHost*>(context->host);
+    return static_cast<DyalogHost&>(AnyHostOf(context));
 }
 template <typename Function>
 [[nodiscard]] Function ServiceOf(const DyalogHost& host, DyalogService<Function> service) noexcept
@@ -96,9 +79,8 @@ inline constexpr char16_t MessageStorage[] = u"Allocation of storage failed";
 
 // The error block of a call that has not failed yet.
 void PrepareErrorBlock(DyalogHost& host) noexcept;
-// Sets a text of our own as the message that explains `code`; `text` is static.
-void SetHostMessage(DyalogHost& host, VTERROR_CODE code, const char16_t* text) noexcept;
-void ClearHostMessage(DyalogHost& host) noexcept;
+// Forgets the message, the interpreter's bytes of it included.
+void ClearDyalogMessage(DyalogHost& host) noexcept;
 // Fills the error block; it reaches the interpreter at the end of the entry.
 void SignalHostError(EditContext* context, VTERROR_CODE code);
 // An interpreter's status becomes `ErrorCode`, and its text the message; true for status 0 only.
@@ -130,16 +112,14 @@ HostObject UnicodeToObject(EditContext* context, const char16_t* text, std::int6
 // --- the other operations ---
 Scdr* CallPrimitiveReturningScdr(EditContext* context, std::int32_t primitive, const Scdr* argument,
                                  const Scdr* leftArgument);
+// --- the clipboard: the interpreter's own copy buffer beside the system's ---
+std::int32_t ClipboardCanPaste(EditContext* context);
+Scdr* ClipboardToScdr(EditContext* context, WindowHandle owner);
+std::int32_t ScdrToClipboard(EditContext* context, WindowHandle owner, const Scdr* scdr);
+
 std::int32_t CheckForInterrupt(EditContext* context);
 std::int64_t GetIntSysVar(EditContext* context, const char16_t* name, std::int64_t defaultValue);
 const char16_t* GetLibraryPath(EditContext* context);
 std::int32_t SetResult(EditContext* context, const Scdr* scdr);
-
-// What an interpreter does not offer.
-template <typename Result, typename... Arguments> Result NotSupported(EditContext* context, Arguments...)
-{
-    SetErrorCode(context, VTERROR_CODE::NonceError);
-    return Result();
-}
 
 } // namespace vantrel

@@ -124,7 +124,7 @@ Scdr* CallPrimitiveReturningScdr(EditContext* context, std::int32_t primitive, c
                                  const Scdr*)
 {
     TraceScope trace("dyalog_primitives.cpp", "CallPrimitiveReturningScdr");
-    ClearHostMessage(HostOf(context));
+    ClearDyalogMessage(HostOf(context));
     SetErrorCode(context, VTERROR_CODE::NoError);
     const PrimitiveRow* row = FindPrimitive(primitive);
     if (row == nullptr || argument == nullptr) {

@@ -62,6 +62,10 @@ using MessageTextService = std::int64_t (*)(std::int64_t errorNumber, void* buff
 using InterruptService = std::int32_t (*)();
 using FromAtomicService = void (*)(char16_t* units, const std::uint8_t* positions, std::int64_t count);
 using ToAtomicService = void (*)(std::uint8_t* positions, const char16_t* units, std::int64_t count);
+// Group 4: the interpreter's own copy buffer. The first two answer a status.
+using PutCopyBufferService = std::int64_t (*)(Localp*);
+using GetCopyBufferService = std::int64_t (*)(Localp*);
+using AskCopyBufferService = std::int64_t (*)();
 // Group 5: environment.
 using SettingService = void (*)(const void* name, const void* defaultText, void* buffer, std::int64_t length);
 using InformationService = void (*)(InformationRecord*);
@@ -87,6 +91,9 @@ inline constexpr DyalogService<MessageTextService> MessageText{3, 3};
 inline constexpr DyalogService<InterruptService> Interrupted{3, 4};
 inline constexpr DyalogService<FromAtomicService> FromAtomic{3, 7};
 inline constexpr DyalogService<ToAtomicService> ToAtomic{3, 8};
+inline constexpr DyalogService<PutCopyBufferService> PutCopyBuffer{4, 1};
+inline constexpr DyalogService<GetCopyBufferService> GetCopyBuffer{4, 2};
+inline constexpr DyalogService<AskCopyBufferService> AskCopyBuffer{4, 3};
 inline constexpr DyalogService<SettingService> Setting{5, 1};
 inline constexpr DyalogService<InformationService> Information{5, 2};
 

@@ -188,7 +188,7 @@ std::int32_t Widen(const char*, std::int32_t, char16_t*, std::int32_t)
     return 0;
 }
 
-constexpr DyalogPlatform Platform = {Widen, nullptr, nullptr, nullptr, nullptr};
+constexpr HostPlatform Platform = {Widen, nullptr, nullptr, nullptr, nullptr, {}};
 
 void RoundTrip(EditContext* context, const Scdr& tree)
 {
@@ -223,7 +223,7 @@ void Run(Input input)
     CreateLangEnv(host, nullptr);
     EditContext context;
     context.langEnv = &host.langEnv;
-    context.host = &host;
+    context.host = static_cast<Host*>(&host);
     Blocks blocks;
     Localp argument;
     argument.block = MakeBlock(input, blocks, 0);

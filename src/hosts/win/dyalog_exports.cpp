@@ -1,34 +1,14 @@
-// The library's doors for the Dyalog interpreter. What happens behind them is portable; here is what it needs of Windows.
-#include <windows.h>
-
-#include "entry/win/debug_channel.h"
-#include "entry/win/edit_object.h"
-#include "entry/win/window_classes.h"
+// The library's doors for the Dyalog interpreter. What happens behind them is portable.
 #include "hosts/dyalog_host.h"
-#include "tools/win/wide.h"
+#include "hosts/win/host_platform.h"
 
 namespace vantrel {
 namespace {
 
-constexpr char16_t ClipboardFormatName[] = u"Vantrel Clipboard Data";
-
-std::int32_t WidenAnsi(const char* text, std::int32_t length, char16_t* buffer, std::int32_t capacity)
-{
-    return MultiByteToWideChar(CP_ACP, MB_PRECOMPOSED, text, length, AsWide(buffer), capacity);
-}
-
-bool RegisterWindows()
-{
-    return RegisterClipboardFormatW(AsWide(ClipboardFormatName)) != 0 && RegisterEditorClasses();
-}
-
-constexpr DyalogPlatform Platform = {WidenAnsi, RegisterWindows, UnregisterEditorClasses, EditObject,
-                                     TraceStarting};
-
 void RunExternalFunction(Localp* argument, DyalogBlock** resultSlot, const char16_t* title) noexcept
 {
     DyalogHost& host = TheDyalogHost();
-    host.platform = &Platform;
+    host.platform = &WindowsHostPlatform();
     ExternalFunction(host, argument, resultSlot, title);
 }
 

@@ -9,6 +9,7 @@
 
 #include "hosts/array.h"
 #include "hosts/dyalog_host.h"
+#include "hosts/fake_clipboard.h"
 #include "hosts/fake_dyalog.h"
 
 namespace vantrel {
@@ -49,7 +50,8 @@ struct PlatformDouble {
         registered = unregistered = traces = 0;
         edit = nullptr;
     }
-    static inline constexpr DyalogPlatform Table = {WidenLatin, Register, Unregister, Edit, Trace};
+    static inline const HostPlatform Table = {WidenLatin, Register, Unregister,
+                                              Edit,       Trace,    fake::Clipboard::Table()};
 };
 
 inline fake::InterpreterOptions EditionOptions(bool unicode)
@@ -75,12 +77,12 @@ public:
         BuildAtomicVector(host);
         CreateLangEnv(host, nullptr);
         context.langEnv = &host.langEnv;
-        context.host = &host;
+        context.host = static_cast<Host*>(&host);
     }
 
     ~DyalogBench()
     {
-        ClearHostMessage(host);
+        ClearDyalogMessage(host);
         EXPECT_EQ(LiveAllocations(), liveBefore_);
     }
 

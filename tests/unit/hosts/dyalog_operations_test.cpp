@@ -66,7 +66,7 @@ TEST_P(DyalogOperations, TakesAHelpFolderThatFillsTheBuffer)
     EXPECT_EQ(std::u16string(GetLibraryPath(&bench.context)), u"");
 }
 
-TEST_P(DyalogOperations, DoesNotKnowVariablesNorTheClipboard)
+TEST_P(DyalogOperations, DoesNotKnowVariables)
 {
     const HostOperations& operations = bench.host.langEnv.Operations;
     const auto expectNonce = [&](bool empty) {
@@ -79,9 +79,6 @@ TEST_P(DyalogOperations, DoesNotKnowVariablesNorTheClipboard)
     expectNonce(operations.GetCoupling(&bench.context, nullptr) == 0);
     expectNonce(operations.GetNameClass(&bench.context, nullptr, nullptr) == 0);
     expectNonce(operations.GetValue(&bench.context, nullptr) == nullptr);
-    expectNonce(operations.ClipboardCanPaste(&bench.context) == 0);
-    expectNonce(operations.ClipboardToScdr(&bench.context, nullptr) == nullptr);
-    expectNonce(operations.ScdrToClipboard(&bench.context, nullptr, nullptr) == 0);
     EXPECT_EQ(operations.Graphics, nullptr);
 }
 
