@@ -113,6 +113,9 @@ void FreeScdr(Scdr** node) noexcept;
 [[nodiscard]] ScdrPtr CopyScdr(EditContext* context, const Scdr& source);
 // The same as a new node under `parent`, whose data is not touched. Throws OutOfMemory.
 [[nodiscard]] ScdrPtr CopyScdrInner(EditContext* context, Scdr* parent, const Scdr& source);
+// The node alone, for arrays that only place the same items anew: data is not set (bits behind the last item are 0), children are null.
+// Throws OutOfMemory.
+[[nodiscard]] ScdrPtr CopyScdrShell(EditContext* context, Scdr* parent, const Scdr& source);
 // The plane on show as a matrix; of an array below rank 3 all of it. An array without elements gives its fill.
 [[nodiscard]] ScdrPtr CopyScdrPlane(EditContext* context, const Scdr& source);
 [[nodiscard]] ScdrPtr CopyScdrPlaneInner(EditContext* context, const Scdr& source); // throws OutOfMemory
@@ -168,6 +171,9 @@ void SetBit(void* data, std::int64_t index, bool value) noexcept;
 // Copies `count` bits between blocks that do not overlap; bits of the target around them are kept.
 void CopyBits(void* to, std::int64_t toIndex, const void* from, std::int64_t fromIndex,
               std::int64_t count) noexcept;
+// The same, last bit first.
+void ReverseBits(void* to, std::int64_t toIndex, const void* from, std::int64_t fromIndex,
+                 std::int64_t count) noexcept;
 
 // Walking (Tab, Shift+Tab, Ctrl+Tab, Ctrl+Up). Modifier bits: 1 Shift, 2 Ctrl; key: 9 Tab, 38 Up. Null: the selection stays.
 [[nodiscard]] Scdr* TabToNextScdr(Scdr& node, std::int32_t modifiers, std::int32_t key) noexcept;

@@ -24,13 +24,10 @@ void CopyAxesNamesOrThrow(const Scdr& from, Scdr& to)
     }
 }
 
-// The node alone; children stay null.
+// The node with its data; children stay null.
 ScdrPtr CopyNode(EditContext* context, Scdr* parent, const Scdr& source)
 {
-    ScdrPtr copy = AllocateScdr(context, parent, source.Type, source.Rank, source.Shape, false);
-    copy->SimplestType = source.SimplestType;
-    copy->Flags = source.Flags & AdapterFlags;
-    CopyAxesNamesOrThrow(source, *copy);
+    ScdrPtr copy = CopyScdrShell(context, parent, source);
     if (IsSimple(source)) std::memcpy(copy->data, source.data, DataSize(source.Type, source.ElementCount));
     return copy;
 }
@@ -64,6 +61,18 @@ void CopyPlaneData(Scdr& plane, const Scdr& source, std::int64_t first)
 }
 
 } // namespace
+
+ScdrPtr CopyScdrShell(EditContext* context, Scdr* parent, const Scdr& source)
+{
+    TraceScope trace("scdr_copy.cpp", "CopyScdrShell");
+    ScdrPtr copy = AllocateScdr(context, parent, source.Type, source.Rank, source.Shape, false);
+    copy->SimplestType = source.SimplestType;
+    copy->Flags = source.Flags & AdapterFlags;
+    CopyAxesNamesOrThrow(source, *copy);
+    const std::size_t bytes = DataSize(copy->Type, copy->ElementCount);
+    if (copy->Type == TypeBoolean && bytes > 0) static_cast<std::uint8_t*>(copy->data)[bytes - 1] = 0;
+    return copy;
+}
 
 ScdrPtr CopyScdrInner(EditContext* context, Scdr* parent, const Scdr& source)
 {

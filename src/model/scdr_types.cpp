@@ -1,5 +1,4 @@
 #include <limits>
-#include <cstring>
 
 #include "entry/trace.h"
 #include "model/scdr.h"
@@ -85,35 +84,6 @@ std::int64_t PlaneCount(const Scdr& node) noexcept
 std::int64_t CurrentPlane(const Scdr& node) noexcept
 {
     return node.Rank >= 3 ? node.extra->CurrentPlane : 0;
-}
-
-void SetBit(void* data, std::int64_t index, bool value) noexcept
-{
-    auto& byte = static_cast<std::uint8_t*>(data)[index >> 3];
-    const auto mask = static_cast<std::uint8_t>(0x80 >> (index & 7));
-    byte = static_cast<std::uint8_t>(value ? byte | mask : byte & ~mask);
-}
-
-void CopyBits(void* to, std::int64_t toIndex, const void* from, std::int64_t fromIndex,
-              std::int64_t count) noexcept
-{
-    auto* target = static_cast<std::uint8_t*>(to);
-    const auto* source = static_cast<const std::uint8_t*>(from);
-    for (; count > 0 && (toIndex & 7) != 0; --count)
-        SetBit(target, toIndex++, GetBit(source, fromIndex++));
-    const std::int64_t bytes = count / 8;
-    target += toIndex >> 3;
-    source += fromIndex >> 3;
-    const int shift = static_cast<int>(fromIndex & 7);
-    if (shift == 0) {
-        if (bytes > 0) std::memcpy(target, source, static_cast<std::size_t>(bytes));
-    } else {
-        for (std::int64_t i = 0; i < bytes; ++i) {
-            target[i] = static_cast<std::uint8_t>((source[i] << shift) | (source[i + 1] >> (8 - shift)));
-        }
-    }
-    for (std::int64_t i = bytes * 8; i < count; ++i)
-        SetBit(target, i, GetBit(source, i + shift));
 }
 
 } // namespace vantrel
