@@ -1,8 +1,7 @@
-#include "builtin/structural.h"
-
 #include <algorithm>
 
-#include "builtin/item_copy.h"
+#include "builtin/results.h"
+#include "builtin/structural.h"
 #include "entry/trace.h"
 #include "model/primitives.h"
 
@@ -116,21 +115,11 @@ void FillSimple(const Scdr& argument, const ItemSurvey& survey, std::int64_t cel
     }
 }
 
-// Throws what CopyScdr left in ErrorCode.
-ScdrPtr CopyOrThrow(EditContext* context, const Scdr& source)
-{
-    ScdrPtr copy = CopyScdr(context, source);
-    if (!copy) throw context->langEnv->ErrorCode;
-    return copy;
-}
-
 // Element `index` of an item as a node of its own.
-ScdrPtr MakeElement(EditContext* context, const Scdr& item, std::int64_t index)
+ScdrPtr MakeElement(EditContext* context, Scdr& parent, const Scdr& item, std::int64_t index)
 {
-    if (!IsSimple(item)) return CopyOrThrow(context, *Children(item)[index]);
-    ScdrPtr scalar = AllocateScdr(context, nullptr, item.Type, 0, nullptr, true);
-    CopyItems({item.Type, WritableData(*scalar), 0}, {item.Type, item.data, index}, 1);
-    return scalar;
+    return IsSimple(item) ? MakeScalar(context, &parent, item, index)
+                          : CopyScdrInner(context, &parent, *Children(item)[index]);
 }
 
 void FillNested(EditContext* context, const Scdr& argument, const ItemSurvey& survey, std::int64_t cell,
@@ -144,7 +133,7 @@ void FillNested(EditContext* context, const Scdr& argument, const ItemSurvey& su
         const Scdr& item = *Children(argument)[k];
         ForRuns(item, survey, [&](std::int64_t first, std::int64_t cellFirst, std::int64_t count) {
             for (std::int64_t i = 0; i < count; ++i) {
-                SetChild(result, k * cell + cellFirst + i, MakeElement(context, item, first + i));
+                SetChild(result, k * cell + cellFirst + i, MakeElement(context, result, item, first + i));
             }
         });
         for (std::int64_t i = k * cell; i < (k + 1) * cell; ++i) {
@@ -167,7 +156,7 @@ ScdrPtr AllocateDisclosed(EditContext* context, const Scdr& argument, const Item
 ScdrPtr DiscloseItems(EditContext* context, const Scdr& argument)
 {
     const ItemSurvey survey = SurveyItems(argument);
-    if (survey.allSimpleScalars) return CopyOrThrow(context, argument);
+    if (survey.allSimpleScalars) return CopyScdrInner(context, nullptr, argument);
     if (survey.widensToDecimal) return nullptr;
     ScdrPtr result = AllocateDisclosed(context, argument, survey);
     const std::int64_t cell = argument.ElementCount > 0 ? result->ElementCount / argument.ElementCount : 0;
@@ -187,12 +176,7 @@ ScdrPtr BuiltinDisclose(EditContext* context, const Scdr& argument)
     TraceScope trace("builtin.cpp", "BuiltinDisclose");
     if (IsSimple(argument)) return CopyScdr(context, argument);
     if (argument.Rank == 0) return CopyScdr(context, *Children(argument)[0]);
-    try {
-        return DiscloseItems(context, argument);
-    } catch (VTERROR_CODE code) {
-        SetErrorCode(context, code);
-        return nullptr;
-    }
+    return ResultOf(context, [&] { return DiscloseItems(context, argument); });
 }
 
 } // namespace vantrel

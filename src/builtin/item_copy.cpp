@@ -5,18 +5,6 @@
 namespace vantrel {
 namespace {
 
-std::size_t ItemBytes(std::uint32_t type)
-{
-    switch (type) {
-    case TypeCharacter: return sizeof(char16_t);
-    case TypeInteger:
-    case TypeReal: return 8;
-    case TypeComplex:
-    case TypeDecimal: return 16;
-    default: throw VTERROR_CODE::SystemError;
-    }
-}
-
 // Reads with `read(i)`, one loop a type.
 template <typename Read> void WidenFrom(const ItemTarget& to, std::int64_t count, Read read)
 {
@@ -55,6 +43,19 @@ void WidenItems(const ItemTarget& to, const ItemSource& from, std::int64_t count
 }
 
 } // namespace
+
+std::size_t ItemBytes(std::uint32_t type)
+{
+    switch (type) {
+    case TypeBoolean: return 0;
+    case TypeCharacter: return sizeof(char16_t);
+    case TypeInteger:
+    case TypeReal: return 8;
+    case TypeComplex:
+    case TypeDecimal: return 16;
+    default: throw VTERROR_CODE::SystemError;
+    }
+}
 
 void CopyItems(const ItemTarget& to, const ItemSource& from, std::int64_t count)
 {

@@ -18,6 +18,9 @@ struct ItemTarget {
     std::int64_t first;
 };
 
+// Bytes of one item of simple data; Booleans, which have no bytes of their own, give 0. Throws SystemError for nested and unknown types.
+[[nodiscard]] std::size_t ItemBytes(std::uint32_t type);
+
 // Copies `count` items of one type, or numbers to a wider type: Boolean to Integer to Real to Complex.
 // Integers beyond 2^53 become the nearest double. Throws SystemError for other pairs of types.
 void CopyItems(const ItemTarget& to, const ItemSource& from, std::int64_t count);
