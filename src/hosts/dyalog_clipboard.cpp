@@ -7,23 +7,6 @@
 namespace vantrel {
 namespace {
 
-// A localp that is given back on every path.
-class OwnedLocalp {
-public:
-    OwnedLocalp(EditContext* context, HostObject localp)
-        : context_(context), localp_(static_cast<Localp*>(localp))
-    {
-    }
-    ~OwnedLocalp() { FreeObject(context_, localp_); }
-    OwnedLocalp(const OwnedLocalp&) = delete;
-    OwnedLocalp& operator=(const OwnedLocalp&) = delete;
-    [[nodiscard]] Localp* get() const noexcept { return localp_; }
-
-private:
-    EditContext* context_;
-    Localp* localp_;
-};
-
 ScdrPtr ReadCopyBuffer(EditContext* context)
 {
     const DyalogHost& host = HostOf(context);

@@ -90,6 +90,22 @@ bool CheckDyalogCallbackResult(EditContext* context, std::int64_t status);
 // A registered localp that holds nothing; FreeObject gives it back. Throws OutOfMemory.
 [[nodiscard]] Localp* LocalpAllocate(const DyalogHost& host);
 void FreeObject(EditContext* context, HostObject localp);
+// A localp that is given back on every path.
+class OwnedLocalp {
+public:
+    OwnedLocalp(EditContext* context, HostObject localp)
+        : context_(context), localp_(static_cast<Localp*>(localp))
+    {
+    }
+    ~OwnedLocalp() { FreeObject(context_, localp_); }
+    OwnedLocalp(const OwnedLocalp&) = delete;
+    OwnedLocalp& operator=(const OwnedLocalp&) = delete;
+    [[nodiscard]] Localp* get() const noexcept { return localp_; }
+
+private:
+    EditContext* context_;
+    Localp* localp_;
+};
 // A new block held by `localp`, its items not set. Null when the interpreter refuses.
 [[nodiscard]] DyalogBlock* ArraySpace(EditContext* context, std::uint32_t elementType, std::int32_t rank,
                                       const std::int64_t* shape, Localp* localp);

@@ -1,11 +1,10 @@
 // Primitive functions: some are computed here, the interpreter computes the others.
 #include <algorithm>
 
-#include "builtin/format.h"
-#include "builtin/structural.h"
 #include "entry/trace.h"
 #include "hosts/dyalog_host.h"
 #include "hosts/item_loops.h"
+#include "hosts/local_primitives.h"
 #include "model/rebuild.h"
 
 namespace vantrel {
@@ -13,34 +12,24 @@ namespace {
 
 constexpr std::int64_t DomainErrorNumber = 11; // the interpreter's
 
-using LocalRoutine = ScdrPtr (*)(EditContext* context, const Scdr& argument);
-
 struct PrimitiveRow {
     std::int32_t command;
-    LocalRoutine local; // null: always the interpreter
     std::int32_t interpreterCode;
 };
 
-ScdrPtr FormatHere(EditContext* context, const Scdr& argument)
-{
-    if (argument.Type == TypeNested || argument.Type == TypeDecimal) return nullptr;
-    // Formatting caches the columns' measures on the node; every node is made writable.
-    return BuiltinFormat(context, const_cast<Scdr&>(argument));
-}
-
 constexpr PrimitiveRow Primitives[] = {
-    {ActionConvertToCharacter, FormatHere, 48},
-    {ActionConvertToNumeric, nullptr, 145},
-    {ActionRavel, nullptr, 33},
-    {ActionFirst, nullptr, 36},
-    {ActionDisclose, BuiltinDisclose, 51},
-    {ActionEnclose, nullptr, 50},
-    {ActionEnlist, nullptr, 44},
-    {ActionReverse, nullptr, 42},
-    {ActionReverseFirstAxis, nullptr, 43},
-    {ActionTranspose, nullptr, 41},
-    {ActionSortAscending, nullptr, 40},
-    {ActionSortDescending, nullptr, 39},
+    {ActionConvertToCharacter, 48},
+    {ActionConvertToNumeric, 145},
+    {ActionRavel, 33},
+    {ActionFirst, 36},
+    {ActionDisclose, 51},
+    {ActionEnclose, 50},
+    {ActionEnlist, 44},
+    {ActionReverse, 42},
+    {ActionReverseFirstAxis, 43},
+    {ActionTranspose, 41},
+    {ActionSortAscending, 40},
+    {ActionSortDescending, 39},
 };
 
 const PrimitiveRow* FindPrimitive(std::int32_t command) noexcept
@@ -62,17 +51,10 @@ ScdrPtr RunPrimitive(EditContext* context, std::int32_t code, Localp* argument, 
 // Throws OutOfMemory.
 ScdrPtr AskInterpreter(EditContext* context, std::int32_t code, const Scdr* scdr)
 {
-    HostObject argument = ScdrToObject(context, scdr);
-    if (argument == nullptr) return nullptr;
-    struct Holder {
-        EditContext* context;
-        HostObject object;
-        ~Holder() { FreeObject(context, object); }
-    };
-    const Holder argumentHolder{context, argument};
-    const Holder resultHolder{context, LocalpAllocate(HostOf(context))};
-    return RunPrimitive(context, code, static_cast<Localp*>(argument),
-                        static_cast<Localp*>(resultHolder.object));
+    const OwnedLocalp argument(context, ScdrToObject(context, scdr));
+    if (argument.get() == nullptr) return nullptr;
+    const OwnedLocalp result(context, LocalpAllocate(HostOf(context)));
+    return RunPrimitive(context, code, argument.get(), result.get());
 }
 
 bool IsNonzeroItem(const Scdr& scdr, std::int64_t index) noexcept
@@ -106,10 +88,19 @@ ScdrPtr TakeValidNumbers(EditContext* context, const Scdr& answer)
     return nullptr;
 }
 
-ScdrPtr ComputePrimitive(EditContext* context, const PrimitiveRow& row, const Scdr& argument)
+// The interpreter knows best what it reads as a number, and how it shows what we have no format for.
+bool IsComputedHere(std::int32_t command, const Scdr& argument) noexcept
 {
-    if (row.local != nullptr) {
-        ScdrPtr result = row.local(context, argument);
+    if (command == ActionConvertToNumeric) return false;
+    return command != ActionConvertToCharacter ||
+           (argument.Type != TypeNested && argument.Type != TypeDecimal);
+}
+
+ScdrPtr ComputePrimitive(EditContext* context, const PrimitiveRow& row, const Scdr& argument,
+                         const Scdr* leftArgument)
+{
+    if (IsComputedHere(row.command, argument)) {
+        ScdrPtr result = FindLocalRoutine(row.command)(context, argument, leftArgument);
         // Null without an error declines the work.
         if (result != nullptr || HasError(context)) return result;
     }
@@ -121,7 +112,7 @@ ScdrPtr ComputePrimitive(EditContext* context, const PrimitiveRow& row, const Sc
 } // namespace
 
 Scdr* CallPrimitiveReturningScdr(EditContext* context, std::int32_t primitive, const Scdr* argument,
-                                 const Scdr*)
+                                 const Scdr* leftArgument)
 {
     TraceScope trace("dyalog_primitives.cpp", "CallPrimitiveReturningScdr");
     ClearDyalogMessage(HostOf(context));
@@ -132,7 +123,7 @@ Scdr* CallPrimitiveReturningScdr(EditContext* context, std::int32_t primitive, c
         return nullptr;
     }
     try {
-        return ComputePrimitive(context, *row, *argument).release();
+        return ComputePrimitive(context, *row, *argument, leftArgument).release();
     } catch (VTERROR_CODE code) {
         SetErrorCode(context, code);
         return nullptr;

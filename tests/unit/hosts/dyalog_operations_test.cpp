@@ -141,36 +141,60 @@ TEST_P(DyalogOperations, RefusesAnUnknownPrimitive)
     EXPECT_EQ(bench.Code(), VTERROR_CODE::SystemError);
 }
 
-TEST_P(DyalogOperations, AsksForThePrimitiveThatTheCommandMeans)
+TEST_P(DyalogOperations, ComputesStructureHere)
 {
     struct Row {
         std::int32_t command;
-        std::int64_t code;
+        std::vector<std::int64_t> items;
     };
-    const Row rows[] = {{ActionRavel, 33},     {ActionFirst, 36},         {ActionEnclose, 50},
-                        {ActionEnlist, 44},    {ActionReverse, 42},       {ActionReverseFirstAxis, 43},
-                        {ActionTranspose, 41}, {ActionSortAscending, 40}, {ActionSortDescending, 39}};
-    const ScdrPtr argument = bench.Read(fake::NumericArray({2, 2}, {4, 3, 2, 1}));
-    bench.interpreter.SetTrace(true);
-    bench.interpreter.ForceStatus(fake::Service::CallPrimitive, 5);
+    const Row rows[] = {{ActionRavel, {40, 30, 20, 10}},
+                        {ActionReverse, {30, 40, 10, 20}},
+                        {ActionReverseFirstAxis, {20, 10, 40, 30}},
+                        {ActionTranspose, {40, 20, 30, 10}},
+                        {ActionEnlist, {40, 30, 20, 10}},
+                        {ActionDisclose, {40, 30, 20, 10}},
+                        {ActionFirst, {40}},
+                        {ActionSortAscending, {2, 1}},
+                        {ActionSortDescending, {1, 2}}};
+    const ScdrPtr argument = bench.Read(fake::NumericArray({2, 2}, {40, 30, 20, 10}));
+    bench.context.indexOrigin = 1;
     for (const Row& row : rows) {
-        EXPECT_EQ(Call(row.command, *argument), nullptr);
-        EXPECT_EQ(bench.Code(), VTERROR_CODE::LengthError);
-        const std::string wanted = "CallPrimitive " + std::to_string(row.code);
-        EXPECT_NE(std::find(bench.interpreter.Trace().begin(), bench.interpreter.Trace().end(), wanted),
-                  bench.interpreter.Trace().end())
-            << wanted;
+        const ScdrPtr result = Call(row.command, *argument);
+        ASSERT_NE(result, nullptr) << row.command;
+        EXPECT_EQ(ItemsOf<std::int64_t>(*result), row.items) << row.command;
     }
+    const ScdrPtr enclosed = Call(ActionEnclose, *argument);
+    ASSERT_NE(enclosed, nullptr);
+    EXPECT_EQ(enclosed->Type, TypeNested);
+    EXPECT_EQ(InterpreterCalls(), 0);
 }
 
-TEST_P(DyalogOperations, ReturnsWhatTheInterpreterComputes)
+TEST_P(DyalogOperations, TransposesByAnOrderOfAxes)
 {
-    const ScdrPtr argument = bench.Read(fake::NumericArray({2, 2}, {4, 3, 2, 1}));
-    const ScdrPtr raveled = Call(ActionRavel, *argument);
-    ASSERT_NE(raveled, nullptr);
-    EXPECT_EQ(raveled->Rank, 1);
-    EXPECT_EQ(ItemsOf<std::int64_t>(*raveled), (std::vector<std::int64_t>{4, 3, 2, 1}));
-    EXPECT_EQ(raveled->SimplestType, static_cast<std::int32_t>(TypeInteger));
+    const ScdrPtr argument = bench.Read(fake::NumericArray({2, 2}, {40, 30, 20, 10}));
+    const ScdrPtr order = MakeVector<std::int64_t>(bench, TypeInteger, {1, 2});
+    bench.context.indexOrigin = 1;
+    const ScdrPtr same(
+        CallPrimitiveReturningScdr(&bench.context, ActionTranspose, argument.get(), order.get()));
+    ASSERT_NE(same, nullptr);
+    EXPECT_EQ(ItemsOf<std::int64_t>(*same), (std::vector<std::int64_t>{40, 30, 20, 10}));
+    const ScdrPtr diagonal = MakeVector<std::int64_t>(bench, TypeInteger, {1, 1});
+    EXPECT_EQ(CallPrimitiveReturningScdr(&bench.context, ActionTranspose, argument.get(), diagonal.get()),
+              nullptr);
+    EXPECT_EQ(bench.Code(), VTERROR_CODE::DomainError);
+    EXPECT_EQ(InterpreterCalls(), 0);
+}
+
+TEST_P(DyalogOperations, AsksTheInterpreterForWhatItDeclines)
+{
+    const ScdrPtr mixed = bench.Read(
+        fake::NestedArray({2}, {fake::DecimalArray({1}, {"1.5"}), fake::NumericArray({2}, {1, 2})}));
+    bench.interpreter.SetTrace(true);
+    bench.interpreter.ForceStatus(fake::Service::CallPrimitive, 5);
+    EXPECT_EQ(Call(ActionDisclose, *mixed), nullptr);
+    EXPECT_EQ(bench.Code(), VTERROR_CODE::LengthError);
+    const std::vector<std::string>& trace = bench.interpreter.Trace();
+    EXPECT_NE(std::find(trace.begin(), trace.end(), "CallPrimitive 51"), trace.end());
 }
 
 TEST_P(DyalogOperations, ForgetsAnEarlierErrorFirst)
@@ -333,7 +357,7 @@ TEST_P(DyalogOperations, SurvivesEveryAllocationFailureOfAPrimitive)
         if (fired == 0) break;
     }
     bench.interpreter.FailAllocation(1);
-    EXPECT_EQ(Call(ActionRavel, *text), nullptr);
+    EXPECT_EQ(Call(ActionConvertToNumeric, *text), nullptr);
     EXPECT_EQ(bench.Code(), VTERROR_CODE::WsFull);
 }
 
