@@ -55,17 +55,15 @@ std::wstring LibraryPath()
     return path + L"vantrel.dll";
 }
 
-template <typename Function>
-bool FindEntry(HMODULE library, const char* name, Function& function, std::string& reason)
+void* FindEntry(void* state, const char* name, std::string& reason)
 {
-    function = reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(library, name)));
-    if (function != nullptr) return true;
-    reason = std::string("vantrel.dll has no entry ") + name;
-    return false;
+    void* const entry = reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(state), name));
+    if (entry == nullptr) reason = std::string("vantrel.dll has no entry ") + name;
+    return entry;
 }
 
 // The library stays loaded until the process ends: what it left running must not lose its code.
-bool LoadEditor(void*, fake::EntryPoints& entryPoints, std::string& reason)
+bool LoadEditor(void*, workbench::EditorLibrary& editor, std::string& reason)
 {
     const std::wstring path = LibraryPath();
     const HMODULE library = LoadLibraryW(path.c_str());
@@ -74,9 +72,8 @@ bool LoadEditor(void*, fake::EntryPoints& entryPoints, std::string& reason)
                  ": " + workbench::LastErrorText();
         return false;
     }
-    return FindEntry(library, "DyalogGetInterpreterFunctions", entryPoints.getInterpreterFunctions, reason) &&
-           FindEntry(library, "DyalogEditArray", entryPoints.editArray, reason) &&
-           FindEntry(library, "DyalogEditArrayTitle", entryPoints.editArrayTitle, reason);
+    editor = {library, FindEntry};
+    return true;
 }
 
 std::vector<std::u16string> Arguments()

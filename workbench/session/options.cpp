@@ -4,6 +4,7 @@
 
 #include "workbench/formats/document.h"
 #include "workbench/formats/utf.h"
+#include "workbench/session/hosts.h"
 
 namespace vantrel::workbench {
 namespace {
@@ -105,8 +106,9 @@ private:
 
     void TakeHost(const std::u16string& name)
     {
-        if (options_.request == Request::Edit && name != u"dyalog")
-            Refuse("unknown host " + Utf8FromUtf16(name));
+        if (options_.request != Request::Edit) return;
+        options_.host = name;
+        if (FindHost(name) == nullptr) Refuse("unknown host " + Utf8FromUtf16(name));
     }
 
     void TakePrecision(const std::u16string& text)

@@ -12,8 +12,9 @@ struct Options {
     Request request = Request::Edit;
     std::string refusal; // why, for Request::Refuse
     std::u16string file;
-    std::u16string output; // empty: none was given
-    std::u16string title;  // empty: the file's name
+    std::u16string output;           // empty: none was given
+    std::u16string title;            // empty: the file's name
+    std::u16string host = u"dyalog"; // the name of a row of the host table
     bool classic = false;
     int precision = 15;
 };

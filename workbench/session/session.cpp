@@ -11,21 +11,10 @@
 namespace vantrel::workbench {
 namespace {
 
-using fake::EditResult;
-
 // Ends a run early; the message has been given.
 struct Ended {
     int exitCode;
 };
-
-std::string HexOf(char32_t c)
-{
-    static const char digits[] = "0123456789ABCDEF";
-    std::string text = "U+";
-    for (int shift = c > 0xFFFF ? 20 : 12; shift >= 0; shift -= 4)
-        text += digits[c >> shift & 15];
-    return text;
-}
 
 std::u16string BaseName(const std::u16string& path)
 {
@@ -40,12 +29,11 @@ public:
     int Run()
     {
         ReadFile();
-        const EditResult result = Edit();
+        const EditOutcome result = Edit();
         for (const std::string& complaint : result.complaints)
             Complain("books: " + complaint);
-        if (result.error.signalled) {
-            Complain("the editor reports error " + std::to_string(result.error.number) +
-                     (result.error.hasMessage ? ": " + Utf8FromUtf16(result.error.message) : std::string()));
+        if (!result.error.empty()) {
+            Complain("the editor reports " + result.error);
             return ExitCode::EditorError;
         }
         if (result.hasResult && !result.unchanged)
@@ -85,41 +73,30 @@ private:
             ComplainAbout(options_.file, note);
     }
 
-    fake::Array Argument() const
+    fake::Array Argument(const HostRow& host) const
     {
         fake::Array argument = document_.array;
-        char32_t missing = 0;
-        if (options_.classic && !fake::ToAtomicCharacters(argument, &missing)) {
-            EndWith(ExitCode::UnreadableFile, Utf8FromUtf16(options_.file) +
-                                                  ": the Classic edition has no character " + HexOf(missing));
+        std::string reason;
+        if (!host.accept(options_, argument, reason)) {
+            EndWith(ExitCode::UnreadableFile, Utf8FromUtf16(options_.file) + ": " + reason);
         }
         return argument;
     }
 
-    EditResult Edit() const
+    EditOutcome Edit() const
     {
-        fake::EntryPoints entryPoints;
+        const HostRow& host = *FindHost(options_.host);
+        EditorLibrary library;
         std::string reason;
-        if (!platform_.loadLibrary(platform_.state, entryPoints, reason))
-            EndWith(ExitCode::EditorError, reason);
-        fake::InterpreterOptions interpreterOptions;
-        interpreterOptions.unicode = !options_.classic;
-        interpreterOptions.printPrecision = options_.precision;
-        fake::Interpreter interpreter(interpreterOptions);
-        fake::EditOptions editOptions;
-        editOptions.title = options_.title.empty() ? BaseName(options_.file) : options_.title;
-        EditResult result;
+        if (!platform_.loadLibrary(platform_.state, library, reason)) EndWith(ExitCode::EditorError, reason);
         try {
-            result = interpreter.Edit(entryPoints, Argument(), editOptions);
+            const std::u16string title = options_.title.empty() ? BaseName(options_.file) : options_.title;
+            return host.edit(options_, title, Argument(host), library);
+        } catch (const EditorRefusal& refusal) {
+            EndWith(ExitCode::EditorError, refusal.reason);
         } catch (const std::length_error& error) {
             EndWith(ExitCode::UnreadableFile, Utf8FromUtf16(options_.file) + ": " + error.what());
         }
-        if (result.handshake != 0) {
-            EndWith(ExitCode::EditorError,
-                    "the editor refuses the interpreter (" + std::to_string(result.handshake) + ")");
-        }
-        fake::FromAtomicCharacters(result.result);
-        return result;
     }
 
     std::string AsJson(const fake::Array& array) const

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "hosts/fake_dyalog.h"
+#include "workbench/session/hosts.h"
 
 // One run of the workbench: read the file, play the interpreter for one edit, write what was saved.
 namespace vantrel::workbench {
@@ -18,7 +18,7 @@ struct Platform {
     // False with the reason; the file is then as it was before.
     bool (*writeFile)(void* state, const std::u16string& name, const std::string& bytes,
                       std::string& reason) = nullptr;
-    bool (*loadLibrary)(void* state, fake::EntryPoints& entryPoints, std::string& reason) = nullptr;
+    bool (*loadLibrary)(void* state, EditorLibrary& library, std::string& reason) = nullptr;
     void (*print)(void* state, std::string_view bytes) = nullptr; // the standard output, bytes as they are
     void (*complain)(void* state,
                      std::string_view line) = nullptr; // the standard error, one line without its end

@@ -16,8 +16,21 @@ struct Machine {
     std::map<std::u16string, std::string> files;
     bool canWrite = true;
     bool canLoad = true;
+    bool hasEntries = true;
     std::string printed;
     std::string complained;
+
+    static void* FindEntry(void* state, const char* name, std::string& reason)
+    {
+        const EntryPoints entries = SmallClient::Entries();
+        const std::map<std::string, void*> known = {
+            {"DyalogGetInterpreterFunctions", reinterpret_cast<void*>(entries.getInterpreterFunctions)},
+            {"DyalogEditArray", reinterpret_cast<void*>(entries.editArray)},
+            {"DyalogEditArrayTitle", reinterpret_cast<void*>(entries.editArrayTitle)}};
+        reason = std::string("no entry ") + name;
+        const auto found = known.find(name);
+        return static_cast<Machine*>(state)->hasEntries && found != known.end() ? found->second : nullptr;
+    }
 
     int Run(const std::vector<std::u16string>& arguments)
     {
@@ -38,9 +51,9 @@ struct Machine {
             if (self.canWrite) self.files[name] = bytes;
             return self.canWrite;
         };
-        platform.loadLibrary = [](void* state, EntryPoints& entryPoints, std::string& reason) {
+        platform.loadLibrary = [](void* state, EditorLibrary& library, std::string& reason) {
             reason = "no editor";
-            entryPoints = SmallClient::Entries();
+            library = {state, FindEntry};
             return static_cast<Machine*>(state)->canLoad;
         };
         platform.print = [](void* state, std::string_view bytes) {
@@ -187,6 +200,11 @@ TEST(WorkbenchSession, ReportsTheEditorsErrors)
     EXPECT_EQ(machine.Run({u"a.json"}), ExitCode::EditorError);
     EXPECT_EQ(machine.complained, "no editor\n");
     machine.canLoad = true;
+    machine.hasEntries = false;
+    machine.complained.clear();
+    EXPECT_EQ(machine.Run({u"a.json"}), ExitCode::EditorError);
+    EXPECT_EQ(machine.complained, "no entry DyalogGetInterpreterFunctions\n");
+    machine.hasEntries = true;
     machine.complained.clear();
     SmallClient::Get().body = [](Block*, Block**) {
         struct {
