@@ -28,11 +28,9 @@ inline constexpr std::int64_t BitsPerWord = 64;
     return SwapBytes(ReverseBitsInBytes(word));
 }
 
-// 64 items from `index` on.
-[[nodiscard]] inline std::uint64_t LoadWord(const std::uint8_t* data, std::int64_t index) noexcept
+// 64 items, of which the first stands behind `shift` (0 to 7) others in the first byte.
+[[nodiscard]] inline std::uint64_t LoadShifted(const std::uint8_t* at, unsigned shift) noexcept
 {
-    const std::uint8_t* const at = data + (index >> 3);
-    const auto shift = static_cast<unsigned>(index & 7);
     std::uint64_t word;
     std::memcpy(&word, at, sizeof word);
     word = SwapBytes(word);

@@ -32,8 +32,8 @@ std::string Text(const Bytes& bytes)
 template <typename Check> void ForManyRuns(Check check)
 {
     std::mt19937 random(9);
-    for (const int count :
-         {0, 1, 3, 7, 8, 9, 15, 16, 31, 56, 57, 63, 64, 65, 71, 72, 127, 128, 129, 200, 517}) {
+    for (const int count : {0,  1,  3,  7,  8,   9,   15,  16,  31,  56,   57,   63,
+                            64, 65, 71, 72, 127, 128, 129, 200, 517, 2047, 2113, 4500}) {
         for (int toIndex = 0; toIndex < 9; ++toIndex) {
             for (int fromIndex = 0; fromIndex < 9; ++fromIndex) {
                 const Bytes from = RandomBytes(random, static_cast<std::size_t>(fromIndex + count + 7) / 8);
