@@ -47,7 +47,7 @@ void CopyWords(std::uint8_t* to, const std::uint8_t* from, unsigned shift, std::
 // Words go through a short block of constant length, so that compilers make vector code of the second loop.
 void ReverseWords(std::uint8_t* to, const std::uint8_t* from, unsigned shift, std::int64_t words) noexcept
 {
-    constexpr std::int64_t blockWords = 32;
+    constexpr std::int64_t blockWords = 64;
     std::uint64_t block[blockWords +
                         1]; // from the last word to the first; in front the one that the last shifts in from
     block[0] = shift > 0 ? std::uint64_t{from[8 * words]} << (BitsPerWord - 8) : 0;
