@@ -51,7 +51,7 @@ public:
     {
         const BlockHeader header = ReadHeader(0, size_);
         ScdrPtr root = MakeNode(nullptr, header);
-        Open(*root, header);
+        FinishOrOpen(*root, header);
         while (!open_.empty()) {
             OpenBlock& block = open_.back();
             if (block.nextChild < ChildCount(*block.node)) {
@@ -61,7 +61,6 @@ public:
                 open_.pop_back();
             }
         }
-        SetSimplestType(*root);
         return root;
     }
 
@@ -159,10 +158,15 @@ private:
         return node;
     }
 
-    void Open(Scdr& node, const BlockHeader& header)
+    // A simple array is complete, and its items are at hand: its simplest type costs least now. A nested one waits for its children.
+    void FinishOrOpen(Scdr& node, const BlockHeader& header)
     {
-        if (!IsSimple(node) && static_cast<std::int64_t>(open_.size()) >= DeepestNesting)
-            throw VTERROR_CODE::SystemLimit;
+        if (IsSimple(node)) {
+            SetSimplestType(node);
+            ReadAxisNames(node, header, header.payloadEnd);
+            return;
+        }
+        if (static_cast<std::int64_t>(open_.size()) >= DeepestNesting) throw VTERROR_CODE::SystemLimit;
         open_.push_back({&node, header, header.payloadEnd, 0});
     }
 
@@ -178,7 +182,7 @@ private:
         ScdrPtr child = MakeNode(block.node, header);
         Scdr& node = *child;
         SetChild(*block.node, index, std::move(child));
-        Open(node, header);
+        FinishOrOpen(node, header);
     }
 
     void ReadAxisNames(Scdr& node, const BlockHeader& header, std::int64_t at)

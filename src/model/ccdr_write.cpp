@@ -37,13 +37,13 @@ public:
 
     void Write(const Scdr& root)
     {
-        OpenBlock(root);
+        WriteNode(root);
         while (!open_.empty()) {
             Block& block = open_.back();
             if (block.nextChild < ChildCount(*block.node)) {
                 WriteNextChild(block);
             } else {
-                CloseBlock(block);
+                FinishBlock(*block.node, block.start);
                 open_.pop_back();
             }
         }
@@ -57,20 +57,25 @@ private:
         std::int64_t nextChild;
     };
 
-    // Everything in front of the children.
-    void OpenBlock(const Scdr& node)
+    // A simple array's whole block; of a nested one, which stays open, everything in front of the children.
+    void WriteNode(const Scdr& node)
     {
-        const std::int64_t shape = end_ + CcdrHeaderSize;
+        const std::int64_t start = end_;
+        const std::int64_t shape = start + CcdrHeaderSize;
         const std::int64_t payload = shape + 8 * std::int64_t{node.Rank};
-        open_.push_back({&node, end_, payload, 0});
         WriteHeader(node, image_ + end_);
         if (node.Rank > 0) std::memcpy(image_ + shape, node.Shape, 8 * static_cast<std::size_t>(node.Rank));
         const std::size_t payloadSize = CcdrPayloadSize(node.Type, node.ElementCount);
         if (IsSimple(node) && payloadSize > 0) std::memcpy(image_ + payload, node.data, payloadSize);
         end_ = payload + static_cast<std::int64_t>(payloadSize);
+        if (IsSimple(node)) {
+            FinishBlock(node, start);
+        } else {
+            open_.push_back({&node, start, payload, 0});
+        }
     }
 
-    // All but the size, which is known when the block is closed.
+    // All but the size, which is known when the block is finished.
     static void WriteHeader(const Scdr& node, std::uint8_t* header) noexcept
     {
         std::memset(header, 0, CcdrHeaderSize);
@@ -83,24 +88,23 @@ private:
         if (!IsSimple(node) && (node.Flags & FlagStructure) != 0) end[CcdrFlagsAt] = CcdrFlagStructure;
     }
 
-    // `block` is not valid afterwards: the child is the newest open block.
+    // `block` is not valid afterwards: the child may be the newest open block.
     void WriteNextChild(Block& block)
     {
         const std::int64_t index = block.nextChild++;
         const std::int64_t start = end_;
         StoreNumber(image_ + block.payload + 8 * index, start - block.start);
         const Scdr& child = *Children(*block.node)[index];
-        OpenBlock(child);
+        WriteNode(child);
         if ((child.Flags & FlagKeptSize) != 0)
             image_[start + CcdrHeaderSize + CcdrFlagsAt] |= CcdrFlagKeptSize;
     }
 
-    void CloseBlock(const Block& block) noexcept
+    void FinishBlock(const Scdr& node, std::int64_t start) noexcept
     {
-        for (std::int32_t axis = 0; block.node->Rank >= 3 && axis < block.node->Rank; ++axis) {
-            WriteName(block.node->extra->AxisNames[axis]);
-        }
-        StoreNumber(image_ + block.start + CcdrHeaderSize + CcdrSizeAt, end_ - block.start);
+        for (std::int32_t axis = 0; node.Rank >= 3 && axis < node.Rank; ++axis)
+            WriteName(node.extra->AxisNames[axis]);
+        StoreNumber(image_ + start + CcdrHeaderSize + CcdrSizeAt, end_ - start);
     }
 
     void WriteName(const char16_t* name) noexcept
