@@ -11,20 +11,31 @@
 namespace vantrel {
 namespace {
 
-// Calls `visit(leaf, count)` for each simple array inside, in order, with the number of items that it adds: those of a prototype are
-// no items.
+// Calls `visit(leaf, count)` for each simple array inside a nested one, in order, with the number of items that it adds: those of a
+// prototype are no items.
 template <typename Visit> void ForEachLeaf(const Scdr& root, Visit visit)
 {
-    constexpr std::int64_t outside = std::numeric_limits<std::int64_t>::max();
-    std::int64_t emptyDepth = outside; // of the outermost empty array around the present node
-    for (SubtreeWalk walk(root); walk.Node() != nullptr; walk.Next()) {
-        const Scdr& node = *walk.Node();
-        if (walk.Depth() <= emptyDepth) emptyDepth = outside;
-        if (IsSimple(node)) {
-            visit(node, emptyDepth == outside ? node.ElementCount : 0);
-        } else if (node.ElementCount == 0 && emptyDepth == outside) {
-            emptyDepth = walk.Depth();
+    const Scdr* holder = &root;
+    const Scdr* empty =
+        root.ElementCount == 0 ? &root : nullptr; // the outermost empty array around the present node
+    std::int64_t index = 0;
+    for (;;) {
+        if (index < ChildCount(*holder)) {
+            const Scdr& child = *Children(*holder)[index++];
+            if (IsSimple(child)) {
+                visit(child, empty == nullptr ? child.ElementCount : 0);
+                continue;
+            }
+            if (empty == nullptr && child.ElementCount == 0) empty = &child;
+            holder = &child;
+            index = 0;
+            continue;
         }
+        if (holder == &root) return;
+        if (holder == empty) empty = nullptr;
+        const Scdr* const outer = HoldingNode(*holder);
+        index = IndexInHolder(*outer, *holder, 0) + 1;
+        holder = outer;
     }
 }
 
