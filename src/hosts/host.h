@@ -44,6 +44,8 @@ struct HostPlatform {
     HostObject (*editObject)(EditContext* context, HostObject object, bool byName);
     void (*traceStarting)(long line);
     ClipboardPlatform clipboard;
+    // The trace viewer's line for a message; null where nobody reads it.
+    void (*traceMessage)(long line, const char16_t* message) = nullptr;
 };
 
 struct Host {

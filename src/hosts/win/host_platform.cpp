@@ -34,10 +34,23 @@ UINT NumberOf(ClipboardFormat format) noexcept
     }
 }
 
+// Hosts that have the editor. Two interpreters in one process share its window classes.
+int g_hosts = 0;
+
 bool RegisterWindows()
 {
-    return NumberOf(ClipboardFormat::Ccdr) != 0 && NumberOf(ClipboardFormat::AplxArray) != 0 &&
-           RegisterEditorClasses();
+    return ++g_hosts > 1 || (NumberOf(ClipboardFormat::Ccdr) != 0 &&
+                             NumberOf(ClipboardFormat::AplxArray) != 0 && RegisterEditorClasses());
+}
+
+void UnregisterWindows()
+{
+    if (--g_hosts == 0) UnregisterEditorClasses();
+}
+
+void TraceText(long line, const char16_t* message)
+{
+    TraceMessage(line, AsWide(message));
 }
 
 ClipboardFormat BestFormat()
@@ -97,8 +110,9 @@ bool Put(ClipboardFormat format, ClipboardBlock block)
 }
 
 constexpr HostPlatform Platform = {
-    WidenAnsi,  RegisterWindows, UnregisterEditorClasses,
+    WidenAnsi,  RegisterWindows, UnregisterWindows,
     EditObject, TraceStarting,   {BestFormat, Open, Empty, Close, Lock, Unlock, Allocate, Put, Release},
+    TraceText,
 };
 
 } // namespace
