@@ -16,7 +16,6 @@ constexpr std::int64_t NodesPerPoll = 1024;
 
 struct RecordReader {
     EditContext* context;
-    InterruptPacer pacer;
     std::int64_t nodes = 0;
     Vector<std::int64_t> shape; // of the node being made; in a record it may stand at any alignment
 };
@@ -45,7 +44,7 @@ void ReadItems(const RecordHeader& header, void* to) noexcept
 
 void PollInterrupt(RecordReader& reader)
 {
-    if (++reader.nodes % NodesPerPoll != 0 || !reader.pacer.Due()) return;
+    if (++reader.nodes % NodesPerPoll != 0) return;
     if (CheckForInterrupt(reader.context) != 0) throw VTERROR_CODE::Interrupt;
 }
 
@@ -83,7 +82,7 @@ Scdr* ObjectToScdr(EditContext* context, HostObject record)
         const auto* start = static_cast<const std::uint8_t*>(record);
         const RecordPlace place{start, LoadNumber<std::int64_t>(start + RecordLengthAt)};
         ValidateRecord(place);
-        RecordReader reader{context, {}, 0, {}};
+        RecordReader reader{context, 0, {}};
         return ReadRecord(reader, nullptr, place).release();
     } catch (VTERROR_CODE code) {
         SetErrorCode(context, code);

@@ -9,50 +9,10 @@
 
 #include "hosts/array.h"
 #include "hosts/dyalog_host.h"
-#include "hosts/fake_clipboard.h"
 #include "hosts/fake_dyalog.h"
+#include "platform_double.h"
 
 namespace vantrel {
-
-// Doubles for what the adapter needs of the platform. The edit itself is a routine that each test supplies.
-struct PlatformDouble {
-    static inline bool registers = true;
-    static inline int registered = 0;
-    static inline int unregistered = 0;
-    static inline int traces = 0;
-    static inline HostObject (*edit)(EditContext*, HostObject) = nullptr;
-
-    static std::int32_t WidenLatin(const char* text, std::int32_t length, char16_t* buffer,
-                                   std::int32_t capacity)
-    {
-        if (buffer == nullptr) return length;
-        const std::int32_t copied = length < capacity ? length : capacity;
-        for (std::int32_t i = 0; i < copied; ++i)
-            buffer[i] = static_cast<unsigned char>(text[i]);
-        return copied;
-    }
-    static bool Register()
-    {
-        ++registered;
-        return registers;
-    }
-    static void Unregister() { ++unregistered; }
-    static HostObject Edit(EditContext* context, HostObject object, bool byName)
-    {
-        EXPECT_FALSE(byName);
-        return edit(context, object);
-    }
-    static void Trace(long) { ++traces; }
-
-    static void Reset()
-    {
-        registers = true;
-        registered = unregistered = traces = 0;
-        edit = nullptr;
-    }
-    static inline const HostPlatform Table = {WidenLatin, Register, Unregister,
-                                              Edit,       Trace,    fake::Clipboard::Table()};
-};
 
 inline fake::InterpreterOptions EditionOptions(bool unicode)
 {
