@@ -40,6 +40,7 @@ struct HostRow {
 };
 
 extern const HostRow DyalogRow;
+extern const HostRow AplxRow;
 
 // The row of a host, null for a name that is none.
 const HostRow* FindHost(std::u16string_view name);

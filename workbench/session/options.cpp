@@ -14,10 +14,11 @@ constexpr char helpText[] =
 
 usage: vantrel-workbench [options] FILE
 
-  --host dyalog   the interpreter to play (the only one so far, and the default)
-  --classic       play its Classic edition, whose characters are those of its 256-character atomic vector
-  --title T       the window's title (default: the file's name)
-  --precision N   digits of the numbers shown, 1 to 17 (default 15, which shows every decimal fraction as it is
+  --host NAME     the interpreter to play: dyalog (the default) or aplx, which has no complex or decimal numbers, shows 10
+                  digits and names the window itself
+  --classic       play Dyalog's Classic edition, whose characters are those of its 256-character atomic vector
+  --title T       Dyalog: the window's title (default: the file's name)
+  --precision N   Dyalog: digits of the numbers shown, 1 to 17 (default 15, which shows every decimal fraction as it is
                   written; more shows how it is stored)
   -o OUT          write what was saved to OUT, replacing it; OUT may be FILE and may have another format
   --help          this text

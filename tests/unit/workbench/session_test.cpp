@@ -1,7 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstring>
 #include <map>
+#include <optional>
 
+#include "hosts/fake_aplx.h"
 #include "unit/hosts_fake/small_client.h"
 #include "workbench/session/options.h"
 #include "workbench/session/session.h"
@@ -10,6 +14,26 @@ namespace vantrel::workbench {
 namespace {
 
 using namespace fake;
+
+// An auxiliary processor that hands back what was assigned, or an array of its own.
+std::vector<std::uint8_t> g_assigned;
+std::optional<AplxRecord> g_saved;
+
+std::int64_t SmallProcessor(std::int64_t operation, std::int64_t data, std::int64_t, std::int64_t size,
+                            std::int64_t, std::int64_t, std::int64_t, std::int64_t)
+{
+    if (operation == 3) {
+        const auto* record = reinterpret_cast<const std::uint8_t*>(data);
+        std::int64_t length = 0;
+        std::memcpy(&length, record + 4, sizeof length);
+        g_assigned.assign(record, record + length);
+    }
+    if (operation != 4) return 0;
+    const AplxRecord& result = g_saved ? *g_saved : g_assigned;
+    if (static_cast<std::int64_t>(result.size()) > size) return AplxStatus::TooLong;
+    std::copy(result.begin(), result.end(), reinterpret_cast<std::uint8_t*>(data));
+    return 0;
+}
 
 // A machine of maps, and an editor that does what the test says.
 struct Machine {
@@ -26,7 +50,8 @@ struct Machine {
         const std::map<std::string, void*> known = {
             {"DyalogGetInterpreterFunctions", reinterpret_cast<void*>(entries.getInterpreterFunctions)},
             {"DyalogEditArray", reinterpret_cast<void*>(entries.editArray)},
-            {"DyalogEditArrayTitle", reinterpret_cast<void*>(entries.editArrayTitle)}};
+            {"DyalogEditArrayTitle", reinterpret_cast<void*>(entries.editArrayTitle)},
+            {"processor", reinterpret_cast<void*>(&SmallProcessor)}};
         reason = std::string("no entry ") + name;
         const auto found = known.find(name);
         return static_cast<Machine*>(state)->hasEntries && found != known.end() ? found->second : nullptr;
@@ -139,6 +164,43 @@ TEST(WorkbenchSession, PassesTitleEditionAndPrecision)
     EXPECT_EQ(machine.Run({u"dir\\a.json", u"--title", u"T"}), ExitCode::Success);
     EXPECT_EQ(SmallClient::Get().lastTitle, u"T");
     EXPECT_EQ(precision, 15);
+}
+
+TEST(WorkbenchSession, PlaysAplx)
+{
+    Machine machine;
+    machine.files[u"a.json"] = "[1, 2]";
+    g_saved.reset();
+    EXPECT_EQ(machine.Run({u"--host", u"aplx", u"a.json"}), ExitCode::Success);
+    EXPECT_EQ(machine.complained, "a.json: unchanged\n");
+    EXPECT_EQ(machine.printed, "");
+    g_saved = MakeAplxRecord(FloatArray({2}, {7, 8}));
+    EXPECT_EQ(machine.Run({u"--host", u"aplx", u"a.json", u"-o", u"b.json"}), ExitCode::Success);
+    EXPECT_EQ(machine.files[u"b.json"], "[7, 8]");
+    machine.complained.clear();
+    (*g_saved)[12] = 99;
+    EXPECT_EQ(machine.Run({u"--host", u"aplx", u"a.json"}), ExitCode::BooksOutOfBalance);
+    EXPECT_NE(machine.complained.find("books: "), std::string::npos);
+    g_saved.reset();
+    machine.complained.clear();
+    machine.files[u"a.json"] = "\"\\u0416\"";
+    EXPECT_EQ(machine.Run({u"--host", u"aplx", u"a.json"}), ExitCode::UnreadableFile);
+    EXPECT_NE(machine.complained.find("character"), std::string::npos) << machine.complained;
+}
+
+TEST(WorkbenchSession, ReportsWhatAplxReports)
+{
+    Machine machine;
+    machine.files[u"a.json"] = "[1, 2]";
+    g_saved = AplxRecord();
+    EXPECT_EQ(machine.Run({u"--host", u"aplx", u"a.json"}), ExitCode::EditorError);
+    EXPECT_EQ(machine.complained, "the editor reports an error and gives no array back\n");
+    machine.complained.clear();
+    g_saved = AplxRecord(std::size_t{1} << 27);
+    EXPECT_EQ(machine.Run({u"--host", u"aplx", u"a.json"}), ExitCode::EditorError);
+    EXPECT_EQ(machine.complained,
+              "the editor reports an array that is too long for the interpreter's buffer\n");
+    g_saved.reset();
 }
 
 TEST(WorkbenchSession, RefusesCommandLines)
