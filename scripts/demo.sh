@@ -46,15 +46,12 @@ build_log=$logs/demo-build.log
     fail "the build failed (log: $build_log)" "$build_log"
 
 . scripts/wine-env.sh
-started=()
+. scripts/x11-env.sh
+scratch=
 end_started() {
-    local pid
     wine_close
-    # Last started first: the window manager before its display.
-    for pid in $(printf '%s\n' "${started[@]}" | tac); do
-        kill "$pid" 2>/dev/null && wait "$pid" 2>/dev/null
-    done
-    [ -z "${scratch:-}" ] || rm -rf "$scratch"
+    display_close
+    [ -z "$scratch" ] || rm -rf "$scratch"
     return 0
 }
 trap end_started EXIT
@@ -82,33 +79,15 @@ fi
 picture=${picture:-$root/build/demo.png}
 scratch=$(mktemp -d)
 
-# The server itself picks a free number and tells it.
-Xvfb -displayfd 3 -screen 0 1280x960x24 -nolisten tcp 3>"$scratch/number" >"$logs/demo-xvfb.log" 2>&1 &
-started+=($!)
-for _ in $(seq 100); do
-    [ -s "$scratch/number" ] && break
-    sleep 0.1
-done
-[ -s "$scratch/number" ] || fail "Xvfb did not start" "$logs/demo-xvfb.log"
-DISPLAY=:$(cat "$scratch/number")
-export DISPLAY
-openbox --sm-disable >"$logs/demo-openbox.log" 2>&1 &
-started+=($!)
+display_open "$logs" || fail "no display could be opened"
 
 open_prefix
 wine "$workbench" "$(wine_path "$file")" >"$logs/demo-workbench.log" 2>&1 </dev/null &
 editor=$!
-started+=("$editor")
 
 # The title is the file's name, so the window is known by its program.
-window=
-for _ in $(seq 600); do
-    window=$(xdotool search --onlyvisible --class vantrel-workbench 2>/dev/null | tail -n 1) || true
-    [ -n "$window" ] && break
-    kill -0 "$editor" 2>/dev/null || fail "the workbench ended without showing a window" "$logs/demo-workbench.log"
-    sleep 0.1
-done
-[ -n "$window" ] || fail "no window of the editor appeared within a minute" "$logs/demo-workbench.log"
+window=$(display_window vantrel-workbench "$editor") ||
+    fail "no window of the editor appeared" "$logs/demo-workbench.log"
 
 # Shown is not yet painted: two pictures in a row must be the same.
 previous=
