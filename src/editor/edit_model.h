@@ -12,20 +12,9 @@
 
 #include "editor/edit_messages.h"
 #include "editor/edit_view.h"
+#include "tools/geometry.h"
 
 namespace vantrel {
-
-struct EditPoint {
-    std::int64_t x = 0;
-    std::int64_t y = 0;
-};
-
-struct EditRect {
-    std::int64_t left = 0;
-    std::int64_t top = 0;
-    std::int64_t right = 0; // exclusive
-    std::int64_t bottom = 0;
-};
 
 struct EditCaret {
     std::int64_t column = 0;
@@ -78,7 +67,7 @@ struct EditEffects {
     bool (*getClipboardText)(EditWindow& window, Text& text); // false: there is none. Throws OutOfMemory
     void (*initializeScroll)(EditWindow& window,
                              ScrollRecord& record); // has the record drive this window's bars
-    EditRect (*clientRectangle)(EditWindow& window);
+    Rect64 (*clientRectangle)(EditWindow& window);
     void (*showScrollBars)(EditWindow& window, bool horizontal, bool vertical);
 };
 
@@ -87,8 +76,8 @@ struct EditWindow {
     EditView* view = nullptr;
     WindowHandle window = nullptr;
     const EditEffects* effects = nullptr;
-    EditRect client;
-    EditRect text; // the client rectangle less a rim of 2 pixels
+    Rect64 client;
+    Rect64 text; // the client rectangle less a rim of 2 pixels
     std::int64_t columnsPerPage = 0;
     std::int64_t linesPerPage = 0;
     std::int32_t frameWidth = 0; // SM_CXFRAME, the gap beside the line numbers
@@ -135,7 +124,7 @@ void SelectAll(EditWindow& window);
 // Nothing while the mouse selects.
 void DrawCaret(EditWindow& window);
 struct CaretPicture {
-    EditPoint point;
+    Point64 point;
     std::int64_t width = 0; // 0: the thin caret
     std::int64_t height = 0;
 };
@@ -144,18 +133,18 @@ struct CaretPicture {
 // --- places (positions.cpp) ---
 
 struct CaretPlace {
-    EditPoint point; // top left
+    Point64 point; // top left
     std::int64_t charWidth = 0;
 };
 // The node shows its margins (line numbers and ruler) while it is maximised; in a cell they would hide the text.
 [[nodiscard]] bool ShowsMargins(const EditWindow& window) noexcept;
 // What they take now.
-[[nodiscard]] EditPoint Margins(const EditWindow& window) noexcept;
+[[nodiscard]] Point64 Margins(const EditWindow& window) noexcept;
 // The text rectangle without the margins.
-[[nodiscard]] EditRect TextArea(const EditWindow& window) noexcept;
+[[nodiscard]] Rect64 TextArea(const EditWindow& window) noexcept;
 [[nodiscard]] CaretPlace CaretToPosition(EditWindow& window, EditCaret caret);
 // The character under the point; never rounded to the nearer boundary.
-[[nodiscard]] EditCaret PositionToCaret(EditWindow& window, EditPoint point);
+[[nodiscard]] EditCaret PositionToCaret(EditWindow& window, Point64 point);
 void ScrollCaretIntoWindow(EditWindow& window);
 // After the user scrolled: the caret follows the text area.
 void MoveCaretIntoWindow(EditWindow& window);
@@ -214,13 +203,13 @@ struct MousePress {
     bool right = false;
     bool shift = false;
     bool control = false;
-    EditPoint point;
+    Point64 point;
 };
 // A single press. True when the mouse is to be captured.
 bool PressMouse(EditWindow& window, const MousePress& press);
-void DragMouse(EditWindow& window, EditPoint point);
+void DragMouse(EditWindow& window, Point64 point);
 // The capture has ended.
-void EndMouse(EditWindow& window, EditPoint point);
+void EndMouse(EditWindow& window, Point64 point);
 
 // --- the window's room and the node in use (setup.cpp) ---
 

@@ -5,7 +5,7 @@ namespace vantrel {
 
 namespace {
 
-bool Contains(const EditRect& area, EditPoint point) noexcept
+bool Contains(const Rect64& area, Point64 point) noexcept
 {
     return point.x >= area.left && point.x < area.right && point.y >= area.top && point.y < area.bottom;
 }
@@ -33,7 +33,7 @@ bool PressMouse(EditWindow& window, const MousePress& press)
     return window.selecting;
 }
 
-void DragMouse(EditWindow& window, EditPoint point)
+void DragMouse(EditWindow& window, Point64 point)
 {
     const TraceScope trace("mouse.cpp", "DragMouse");
     if (!window.selecting) return;
@@ -44,7 +44,7 @@ void DragMouse(EditWindow& window, EditPoint point)
     SelectionEnd(window);
 }
 
-void EndMouse(EditWindow& window, EditPoint point)
+void EndMouse(EditWindow& window, Point64 point)
 {
     const TraceScope trace("mouse.cpp", "EndMouse");
     if (!window.selecting) return;

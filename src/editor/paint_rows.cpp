@@ -17,10 +17,10 @@ struct ColumnSpan {
 struct VisibleLine {
     RecordText record;
     ColumnSpan columns;
-    EditPoint point;
+    Point64 point;
 };
 
-VisibleLine FindVisibleColumns(EditWindow& window, const RecordText& record, const EditRect& area,
+VisibleLine FindVisibleColumns(EditWindow& window, const RecordText& record, const Rect64& area,
                                std::int64_t y)
 {
     CharWidths& widths = window.view->widths;
@@ -70,7 +70,7 @@ private:
 
 VisibleEditLines FindVisibleLines(const EditWindow& window) noexcept
 {
-    const EditRect area = TextArea(window);
+    const Rect64 area = TextArea(window);
     const std::int64_t lineHeight = std::max(window.view->lineHeight, 1);
     const std::int64_t scrolled = StateOf(window).scroll.vertical.position;
     const std::int64_t rows = EditRows(window);
@@ -83,7 +83,7 @@ VisibleEditLines FindVisibleLines(const EditWindow& window) noexcept
 void ForEachVisiblePiece(EditWindow& window, DrawPiece draw, void* state)
 {
     const TraceScope trace("paint_rows.cpp", "ForEachVisiblePiece");
-    const EditRect area = TextArea(window);
+    const Rect64 area = TextArea(window);
     const VisibleEditLines lines = FindVisibleLines(window);
     const EditSelection selection = NormalisedSelection(window);
     PieceWriter writer(window.view->widths, draw, state);
@@ -100,7 +100,7 @@ void ForEachVisiblePiece(EditWindow& window, DrawPiece draw, void* state)
 VisibleRuler FindVisibleRuler(EditWindow& window)
 {
     const TraceScope trace("paint_rows.cpp", "FindVisibleRuler");
-    const EditRect area = TextArea(window);
+    const Rect64 area = TextArea(window);
     // The ruler's dashes, signs and digits are as wide as a digit in every font that lines up columns.
     const std::int64_t width = std::max<std::int64_t>(window.view->widths.CharWidth(u'0'), 1);
     const std::int64_t scrolled = StateOf(window).scroll.horizontal.position;

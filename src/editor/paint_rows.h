@@ -14,7 +14,7 @@ struct VisibleEditLines {
 
 // A piece of one line in one pair of colours.
 struct TextPiece {
-    EditPoint point; // top left
+    Point64 point; // top left
     std::int64_t width = 0;
     const char16_t* text = nullptr;
     std::int64_t length = 0;

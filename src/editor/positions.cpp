@@ -28,16 +28,16 @@ bool ShowsMargins(const EditWindow& window) noexcept
     return (window.view->node->Flags & FlagMaximized) != 0;
 }
 
-EditPoint Margins(const EditWindow& window) noexcept
+Point64 Margins(const EditWindow& window) noexcept
 {
     if (!ShowsMargins(window)) return {};
     return {window.view->lineNumbersWidth, window.view->rulerHeight};
 }
 
-EditRect TextArea(const EditWindow& window) noexcept
+Rect64 TextArea(const EditWindow& window) noexcept
 {
-    const EditPoint margins = Margins(window);
-    EditRect area = window.text;
+    const Point64 margins = Margins(window);
+    Rect64 area = window.text;
     area.left += margins.x;
     area.top += margins.y;
     return area;
@@ -46,7 +46,7 @@ EditRect TextArea(const EditWindow& window) noexcept
 CaretPlace CaretToPosition(EditWindow& window, EditCaret caret)
 {
     const TraceScope trace("positions.cpp", "CaretToPosition");
-    const EditRect area = TextArea(window);
+    const Rect64 area = TextArea(window);
     const std::int64_t rows = EditRows(window);
     CaretPlace place{{area.left, area.top}, window.view->averageCharWidth};
     if (rows <= 0) return place;
@@ -61,12 +61,12 @@ CaretPlace CaretToPosition(EditWindow& window, EditCaret caret)
     return place;
 }
 
-EditCaret PositionToCaret(EditWindow& window, EditPoint point)
+EditCaret PositionToCaret(EditWindow& window, Point64 point)
 {
     const TraceScope trace("positions.cpp", "PositionToCaret");
     const std::int64_t rows = EditRows(window);
     if (rows <= 0) return {};
-    const EditRect area = TextArea(window);
+    const Rect64 area = TextArea(window);
     const EditState& state = StateOf(window);
     const std::int64_t x = point.x - area.left + state.scroll.horizontal.position;
     const std::int64_t y = point.y - area.top + state.scroll.vertical.position;
@@ -79,7 +79,7 @@ EditCaret PositionToCaret(EditWindow& window, EditPoint point)
 void ScrollCaretIntoWindow(EditWindow& window)
 {
     const TraceScope trace("positions.cpp", "ScrollCaretIntoWindow");
-    const EditRect area = TextArea(window);
+    const Rect64 area = TextArea(window);
     const CaretPlace place = CaretToPosition(window, CaretOf(window));
     const std::int64_t dx = DistanceOutside(place.point.x, place.charWidth, area.left, area.right);
     const std::int64_t dy = DistanceOutside(place.point.y, window.view->lineHeight, area.top, area.bottom);
@@ -91,7 +91,7 @@ void ScrollCaretIntoWindow(EditWindow& window)
 void MoveCaretIntoWindow(EditWindow& window)
 {
     const TraceScope trace("positions.cpp", "MoveCaretIntoWindow");
-    const EditRect area = TextArea(window);
+    const Rect64 area = TextArea(window);
     const CaretPlace place = CaretToPosition(window, CaretOf(window));
     const std::int64_t x = PulledInside(place.point.x, place.charWidth, area.left, area.right);
     const std::int64_t y = PulledInside(place.point.y, window.view->lineHeight, area.top, area.bottom);

@@ -75,7 +75,7 @@ void UpdateShownBar(ScrollRecord& scroll, ScrollAxis axis, bool shown)
         scroll.effects->updateBar(scroll, axis);
 }
 
-EditRect Inset(const EditRect& client) noexcept
+Rect64 Inset(const Rect64& client) noexcept
 {
     return {client.left + Rim, client.top + Rim, client.right - Rim, client.bottom - Rim};
 }
@@ -186,7 +186,7 @@ void LayOutEdit(EditWindow& window)
     if (state.scroll.window != window.window) return;
     window.client = window.effects->clientRectangle(window);
     window.text = Inset(window.client);
-    const EditRect area = TextArea(window);
+    const Rect64 area = TextArea(window);
     const std::int64_t width = std::max<std::int64_t>(area.right - area.left, 0);
     const std::int64_t height = std::max<std::int64_t>(area.bottom - area.top, 0);
     window.columnsPerPage = width / std::max(window.view->averageCharWidth, 1);

@@ -10,24 +10,10 @@
 
 #include "editor/edit_view.h"
 #include "model/scdr.h"
+#include "tools/geometry.h"
 #include "tools/scroll.h"
 
 namespace vantrel {
-
-struct Size64 {
-    std::int64_t width = 0;
-    std::int64_t height = 0;
-};
-struct Point64 {
-    std::int64_t x = 0;
-    std::int64_t y = 0;
-};
-struct Rect64 {
-    std::int64_t left = 0;
-    std::int64_t top = 0;
-    std::int64_t right = 0; // exclusive
-    std::int64_t bottom = 0;
-};
 
 // Facts of the platform that layout needs; all pixels.
 struct ViewMetrics {

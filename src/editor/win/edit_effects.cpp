@@ -146,7 +146,7 @@ void InitializeScroll(EditWindow& window, ScrollRecord& record)
     InitializeWindowsScrollbars(record, window.window);
 }
 
-EditRect ReadClientRectangle(EditWindow& window)
+Rect64 ReadClientRectangle(EditWindow& window)
 {
     const RECT client = QmGetClientRectangle(window.window);
     return {client.left, client.top, client.right, client.bottom};

@@ -11,8 +11,8 @@ struct EditInstance {
     EditWindow edit; // the model's part; effects lead from it to the window
     HFONT font = nullptr;
     bool mouseTimer = false;
-    bool ownsCaret = false;   // the thread's one caret was made by this window
-    EditPoint lastMousePoint; // where the pointer was seen last, in client coordinates
+    bool ownsCaret = false; // the thread's one caret was made by this window
+    Point64 lastMousePoint; // where the pointer was seen last, in client coordinates
 };
 
 // Null for a window that is being created or destroyed.

@@ -14,7 +14,7 @@ constexpr UINT_PTR MouseTimer = 4559;
 // One for all edit windows: a double click may begin in one and end in another that has just been put in its place.
 ULONGLONG g_lastPress = 0;
 
-EditPoint PointOf(LPARAM point) noexcept
+Point64 PointOf(LPARAM point) noexcept
 {
     return {GET_X_LPARAM(point), GET_Y_LPARAM(point)};
 }

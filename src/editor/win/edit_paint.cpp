@@ -54,7 +54,7 @@ int ToPixel(std::int64_t value) noexcept
     return static_cast<int>(std::clamp<std::int64_t>(value, -0x8000000, 0x8000000));
 }
 
-RECT ToRect(const EditRect& area) noexcept
+RECT ToRect(const Rect64& area) noexcept
 {
     return {ToPixel(area.left), ToPixel(area.top), ToPixel(area.right), ToPixel(area.bottom)};
 }
@@ -69,8 +69,7 @@ struct Painter {
 };
 
 // Draws text with the widths that the caret is placed by, so that both always agree.
-void DrawUnits(Painter& painter, EditPoint point, const char16_t* text, std::int64_t length,
-               const RECT* opaque)
+void DrawUnits(Painter& painter, Point64 point, const char16_t* text, std::int64_t length, const RECT* opaque)
 {
     CharWidths& widths = painter.edit.view->widths;
     int advances[PieceUnits];
@@ -93,7 +92,7 @@ void DrawUnits(Painter& painter, EditPoint point, const char16_t* text, std::int
 
 // --- the parts of the picture ---
 
-void FillMargin(Painter& painter, const EditRect& area) noexcept
+void FillMargin(Painter& painter, const Rect64& area) noexcept
 {
     const RECT rect = ToRect(area);
     FillRect(painter.dc, &rect, GetSysColorBrush(COLOR_MENUBAR));
@@ -114,8 +113,8 @@ void DrawFrame(Painter& painter) noexcept
 void DrawRuler(Painter& painter)
 {
     const TraceScope trace("edit_paint.cpp", "DrawRuler");
-    const EditRect area = TextArea(painter.edit);
-    const EditRect band{area.left, painter.edit.text.top, area.right, area.top};
+    const Rect64 area = TextArea(painter.edit);
+    const Rect64 band{area.left, painter.edit.text.top, area.right, area.top};
     FillMargin(painter, band);
     const Clip clip(painter.dc, ToRect(band));
     SetBkMode(painter.dc, TRANSPARENT);
@@ -136,8 +135,8 @@ void DrawRuler(Painter& painter)
 void DrawLineNumbers(Painter& painter)
 {
     const TraceScope trace("edit_paint.cpp", "DrawLineNumbers");
-    const EditRect area = TextArea(painter.edit);
-    const EditRect band{painter.edit.text.left, area.top, area.left, area.bottom};
+    const Rect64 area = TextArea(painter.edit);
+    const Rect64 band{painter.edit.text.left, area.top, area.left, area.bottom};
     FillMargin(painter, band);
     const Clip clip(painter.dc, ToRect(band));
     SetBkMode(painter.dc, TRANSPARENT);
@@ -153,8 +152,8 @@ void DrawLineNumbers(Painter& painter)
 
 void DrawMargins(Painter& painter)
 {
-    const EditPoint margins = Margins(painter.edit);
-    const EditRect& text = painter.edit.text;
+    const Point64 margins = Margins(painter.edit);
+    const Rect64& text = painter.edit.text;
     if (margins.y > 0) DrawRuler(painter);
     if (margins.x > 0) DrawLineNumbers(painter);
     if (margins.x > 0 && margins.y > 0) {
@@ -212,7 +211,7 @@ void PaintEditWindow(EditInstance& instance)
 {
     const TraceScope trace("edit_paint.cpp", "PaintEditWindow");
     const Paint paint(WindowOf(instance));
-    const EditRect client = instance.edit.client;
+    const Rect64 client = instance.edit.client;
     PaintBuffer buffer(paint.Dc(), ToPixel(client.right), ToPixel(client.bottom));
     DrawPicture(instance, buffer.Dc());
     buffer.Present(paint.Part());

@@ -94,7 +94,7 @@ public:
     ScdrPtr node;
     EditView view;
     EditWindow window;
-    EditRect client{0, 0, 25 * CharWidth + 4, 10 * LineHeight + 4};
+    Rect64 client{0, 0, 25 * CharWidth + 4, 10 * LineHeight + 4};
     KeyStates keys;
     bool handled = false;
     std::vector<std::int32_t> notifications;

@@ -5,12 +5,12 @@
 namespace vantrel::test {
 namespace {
 
-EditPoint At(std::int64_t column, std::int64_t line)
+Point64 At(std::int64_t column, std::int64_t line)
 {
     return {2 + column * CharWidth + 1, 2 + line * LineHeight + 1};
 }
 
-MousePress Left(EditPoint point, bool shift = false)
+MousePress Left(Point64 point, bool shift = false)
 {
     MousePress press;
     press.left = true;
@@ -92,7 +92,7 @@ TEST(EditMouse, DraggingOutOfTheWindowScrolls)
         text += u"abc\n";
     Editor editor(TypeCharacter, {1, 1}, text);
     ASSERT_TRUE(PressMouse(editor.window, Left(At(0, 5))));
-    const EditPoint below{10, editor.client.bottom + 25};
+    const Point64 below{10, editor.client.bottom + 25};
     std::int64_t last = 0;
     for (int tick = 0; tick < 5; ++tick) {
         DragMouse(editor.window, below);
