@@ -43,7 +43,7 @@ void BM_EditorPaint(benchmark::State& state)
     for (auto _ : state) {
         std::int64_t units = 0;
         ForEachVisiblePiece(
-            matrix.editor.window,
+            matrix.editor.window, true,
             [](void* sum, const TextPiece& piece) { *static_cast<std::int64_t*>(sum) += piece.length; },
             &units);
         benchmark::DoNotOptimize(units);

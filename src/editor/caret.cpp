@@ -129,7 +129,7 @@ bool IsOvertyping(EditWindow& window)
 void DrawCaret(EditWindow& window)
 {
     const TraceScope trace("caret.cpp", "DrawCaret");
-    if (!window.selecting) window.effects->drawCaret(window);
+    if (!window.dragText && !window.selecting && !window.resizing) window.effects->drawCaret(window);
 }
 
 CaretPicture GetCaretPicture(EditWindow& window)
@@ -140,7 +140,36 @@ CaretPicture GetCaretPicture(EditWindow& window)
     const bool replacesAll = node.Rank == 0 && node.Type == TypeCharacter;
     const CaretPlace place = CaretToPosition(window, replacesAll ? EditCaret{0, 0} : CaretOf(window));
     const bool block = replacesAll || IsOvertyping(window);
-    return {place.point, block ? place.charWidth : 0, window.view->lineHeight};
+    const Rect64 area = TextArea(window);
+    const std::int64_t top = std::max(place.point.y, area.top);
+    const std::int64_t bottom = std::min(place.point.y + window.view->lineHeight, area.bottom);
+    // Behind the longest line the caret stands in the rim.
+    const std::int64_t width =
+        std::min<std::int64_t>(block ? place.charWidth : 0, window.client.right - place.point.x);
+    const bool shown = bottom > top && place.point.x >= area.left && place.point.x < window.client.right;
+    return {{place.point.x, top}, width, bottom - top, shown};
+}
+
+EditPlace PlaceOf(const EditWindow& window) noexcept
+{
+    const EditState& state = StateOf(window);
+    return {CaretOf(window),
+            {state.anchorColumn, state.anchorLine},
+            {state.endColumn, state.endLine},
+            window.view->findMatch};
+}
+
+void PutBack(EditWindow& window, const EditPlace& place)
+{
+    const TraceScope trace("caret.cpp", "PutBack");
+    EditState& state = StateOf(window);
+    PlaceCaret(window, place.caret);
+    state.anchorColumn = place.anchor.column;
+    state.anchorLine = place.anchor.line;
+    state.endColumn = place.end.column;
+    state.endLine = place.end.line;
+    window.view->findMatch = place.findMatch;
+    window.effects->invalidate(window);
 }
 
 } // namespace vantrel

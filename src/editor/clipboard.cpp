@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include "editor/edit_model.h"
 #include "entry/trace.h"
 
@@ -7,23 +5,47 @@ namespace vantrel {
 
 namespace {
 
-bool HasSurrogate(const Text& text) noexcept
+bool HasSurrogate(const char16_t* text, std::int64_t length) noexcept
 {
-    return std::any_of(text.begin(), text.end(),
-                       [](char16_t unit) { return unit >= 0xD800 && unit <= 0xDFFF; });
+    bool found = false;
+    for (std::int64_t i = 0; i < length; ++i) // without an early end, so that compilers make it vector code
+        found |= (text[i] & 0xF800) == 0xD800;
+    return found;
 }
+
+struct CopiedRange {
+    const RecordList& records;
+    std::int64_t firstRow;
+    RecordRange range;
+};
 
 bool PutSelection(EditWindow& window)
 {
-    const EditSelection range = NormalisedSelection(window);
+    const EditSelection selection = NormalisedSelection(window);
+    const CopiedRange copied{
+        window.view->node->records,
+        FirstEditRow(window),
+        {selection.start.column, selection.start.line, selection.end.column, selection.end.line}};
+    const ClipboardWriter writer{[](const void* state, char16_t* block) noexcept {
+                                     const auto& part = *static_cast<const CopiedRange*>(state);
+                                     WriteRecords(part.records, part.firstRow, part.range, block);
+                                 },
+                                 &copied};
     try {
-        const Text text =
-            RecordsToString(window.view->node->records, FirstEditRow(window),
-                            {range.start.column, range.start.line, range.end.column, range.end.line});
-        return window.effects->putClipboardText(window, text.c_str(), static_cast<std::int64_t>(text.size()));
+        return window.effects->putClipboardText(
+            window, RecordsToStringLength(copied.records, copied.firstRow, copied.range), writer);
     } catch (VTERROR_CODE) {
         NotifyOutOfMemory(window);
         return false;
+    }
+}
+
+void PasteText(EditWindow& window, const char16_t* text, std::int64_t length)
+{
+    if (HasSurrogate(text, length)) {
+        window.effects->beep(window, EditBeep::Asterisk);
+    } else {
+        PasteString(window, text, length, true);
     }
 }
 
@@ -65,18 +87,7 @@ void PasteClipboard(EditWindow& window)
 {
     const TraceScope trace("clipboard.cpp", "PasteClipboard");
     if (RefuseChange(window)) return;
-    Text text;
-    try {
-        if (!window.effects->getClipboardText(window, text)) return;
-    } catch (VTERROR_CODE) {
-        NotifyOutOfMemory(window);
-        return;
-    }
-    if (HasSurrogate(text)) {
-        window.effects->beep(window, EditBeep::Asterisk);
-        return;
-    }
-    PasteString(window, text.c_str(), static_cast<std::int64_t>(text.size()), true);
+    window.effects->withClipboardText(window, &PasteText);
 }
 
 } // namespace vantrel

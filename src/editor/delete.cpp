@@ -62,21 +62,23 @@ std::int32_t DeleteMarked(EditWindow& window, bool firstOfGroup, EditUndoRecord*
         window.effects->notify(window, EditNotifyPlaneLines);
         return 1;
     }
+    EditUndoPtr step = ReserveUndo(window);
+    if (step == nullptr) return 1;
     Text removed;
     try {
         removed = RecordsToString(node.records, FirstEditRow(window), RangeOf(range));
-        SelectionReset(window);
-        MoveCaretTo(window, range.start);
         RemoveText(window, range);
     } catch (VTERROR_CODE) {
         NotifyOutOfMemory(window);
         return 1;
     }
+    MoveCaretTo(window, range.start);
+    SelectionReset(window);
     TextChanged(window);
-    EditUndoRecord* record = UndoAdd(window, std::move(removed), range.start, firstOfGroup);
+    if (pushed != nullptr) *pushed = step.get();
+    UndoAdd(window, std::move(step), std::move(removed), range.start, firstOfGroup);
     SetModified(window);
-    if (pushed != nullptr) *pushed = record;
-    return record != nullptr ? 0 : 1;
+    return 0;
 }
 
 void NotifyOutOfMemory(EditWindow& window)

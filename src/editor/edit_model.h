@@ -43,6 +43,16 @@ enum EditModifier : std::uint32_t {
     EditModifierAlt = 4,
 };
 
+// Codes by which the platform names what lies under the mouse.
+enum EditHit : std::int32_t {
+    HitClient = 1,
+    HitGrow = 4, // the corner between two scroll bars
+    HitRight = 11,
+    HitBottom = 15,
+    HitCorner = 17,
+    HitBorder = 18, // a border that moves nothing
+};
+
 struct KeyStates {
     bool shift = false;
     bool control = false;
@@ -54,7 +64,13 @@ struct KeyStates {
 
 struct EditWindow;
 
-// What the model may do to the world. No entry may be null and none throws, except `getClipboardText`.
+struct ClipboardWriter {
+    void (*write)(const void* state, char16_t* block) noexcept;
+    const void* state;
+};
+using UseClipboardText = void (*)(EditWindow& window, const char16_t* text, std::int64_t length);
+
+// What the model may do to the world. No entry may be null and none throws, except `putClipboardText`.
 struct EditEffects {
     void (*invalidate)(EditWindow& window); // the whole window
     void (*drawCaret)(EditWindow& window);  // bring the caret on the screen up to date with GetCaretPicture
@@ -62,13 +78,24 @@ struct EditEffects {
     void (*beep)(EditWindow& window, EditBeep kind);
     KeyStates (*keyStates)(EditWindow& window);
     bool (*openClipboard)(EditWindow& window); // opens and empties it
-    bool (*putClipboardText)(EditWindow& window, const char16_t* text, std::int64_t length);
+    // Has `write` fill a fresh block of `length` units and puts it on the open clipboard. Throws OutOfMemory.
+    bool (*putClipboardText)(EditWindow& window, std::int64_t length, const ClipboardWriter& writer);
     void (*closeClipboard)(EditWindow& window);
-    bool (*getClipboardText)(EditWindow& window, Text& text); // false: there is none. Throws OutOfMemory
+    // Hands the clipboard's text to `use`; does nothing when there is none. The text is gone afterwards.
+    void (*withClipboardText)(EditWindow& window, UseClipboardText use);
     void (*initializeScroll)(EditWindow& window,
                              ScrollRecord& record); // has the record drive this window's bars
     Rect64 (*clientRectangle)(EditWindow& window);
     void (*showScrollBars)(EditWindow& window, bool horizontal, bool vertical);
+    void (*showContextMenu)(EditWindow& window); // at the caret
+};
+
+// A border on its way, from where it was grabbed.
+struct EditResize {
+    std::int32_t border = HitBorder; // EditHit
+    Point64 from;                    // the mouse, on the screen
+    Size64 size;                     // the window, at that time
+    Size64 least;                    // what it may shrink to
 };
 
 // The instance data of one edit window.
@@ -83,7 +110,11 @@ struct EditWindow {
     std::int32_t frameWidth = 0; // SM_CXFRAME, the gap beside the line numbers
     bool inUndo = false;         // an undo record is being applied
     bool readOnly = false;
-    bool selecting = false; // the left button went down in the text; the caret is not drawn meanwhile
+    // What the mouse has begun; at most one.
+    bool dragText = false;  // the left button went down inside the selection
+    bool selecting = false; // it went down elsewhere in the text
+    bool resizing = false;  // a border is being dragged
+    EditResize resize;
 };
 
 // --- the edited node (rows.cpp) ---
@@ -121,14 +152,25 @@ void SelectAll(EditWindow& window);
 [[nodiscard]] EditSelection NormalisedSelection(const EditWindow& window) noexcept;
 // Typing replaces the next character: the view's option is on and the Insert key's toggle off.
 [[nodiscard]] bool IsOvertyping(EditWindow& window);
-// Nothing while the mouse selects.
+// Nothing while the mouse does something.
 void DrawCaret(EditWindow& window);
+// The caret cut to the text area: scrolled away it is drawn neither over the ruler nor beside the window.
 struct CaretPicture {
     Point64 point;
     std::int64_t width = 0; // 0: the thin caret
     std::int64_t height = 0;
+    bool shown = false;
 };
 [[nodiscard]] CaretPicture GetCaretPicture(EditWindow& window);
+// Caret, selection and find match as they are, to be put back after a change that was refused.
+struct EditPlace {
+    EditCaret caret;
+    EditCaret anchor;
+    EditCaret end;
+    bool findMatch = false;
+};
+[[nodiscard]] EditPlace PlaceOf(const EditWindow& window) noexcept;
+void PutBack(EditWindow& window, const EditPlace& place);
 
 // --- places (positions.cpp) ---
 
@@ -152,7 +194,7 @@ void MoveCaretIntoWindow(EditWindow& window);
 // --- changes (typing.cpp, paste.cpp, delete.cpp) ---
 
 void TypeChar(EditWindow& window, char16_t character);
-// Replaces the selection.
+// Replaces the selection. Either all of it happens, or its deletion alone (with an undo step of its own), or nothing.
 std::int32_t PasteString(EditWindow& window, const char16_t* text, std::int64_t length, bool firstOfGroup);
 // Deletes the selection. `pushed` receives the undo record, still owned by the undo stack.
 std::int32_t DeleteMarked(EditWindow& window, bool firstOfGroup, EditUndoRecord** pushed = nullptr);
@@ -169,9 +211,13 @@ void NotifyOutOfMemory(EditWindow& window);
 
 // --- undo (undo.cpp) ---
 
-// Pushes a record; the caret is its end. Null after a failed allocation.
-EditUndoRecord* UndoAdd(EditWindow& window, Text&& removed, EditCaret start, bool firstOfGroup);
-// 1 when something was undone. With nothing to undo: 1 for rank 0 or 1, else 0, as edit controls of one line and of many answer.
+// A record for the step to come: made before the text changes, so that no change is ever without one. Null after a failed allocation,
+// which has been notified.
+[[nodiscard]] EditUndoPtr ReserveUndo(EditWindow& window);
+// Pushes a reserved record; the caret is its end.
+void UndoAdd(EditWindow& window, EditUndoPtr record, Text&& removed, EditCaret start,
+             bool firstOfGroup) noexcept;
+// 1 when something was undone; 0 when the text may not be changed now. With nothing to undo: 1 for rank 0 or 1, else 0, as edit controls of one line and of many answer.
 std::int32_t Undo(EditWindow& window);
 // 1 when something was redone.
 std::int32_t Redo(EditWindow& window);
@@ -208,8 +254,43 @@ struct MousePress {
 // A single press. True when the mouse is to be captured.
 bool PressMouse(EditWindow& window, const MousePress& press);
 void DragMouse(EditWindow& window, Point64 point);
-// The capture has ended.
+// The capture has ended: a selection is complete, dragged text is dropped.
 void EndMouse(EditWindow& window, Point64 point);
+// Moves the selected text to another place, as one undo group. Dropped on itself it only loses the selection.
+void DropText(EditWindow& window, EditCaret target);
+
+// --- resizing by the border (resize.cpp) ---
+
+// The box need not fit its text: of rank 2 and more, or a vector with scroll bars.
+[[nodiscard]] bool HasSizeOfItsOwn(const EditWindow& window) noexcept;
+// And it does not fill the view.
+[[nodiscard]] bool IsResizable(const EditWindow& window) noexcept;
+struct EditFrame {
+    Size64 window; // with its border
+    Size64
+        bars; // thickness of the shown scroll bars, 0 of a hidden one: across of the vertical, down of the horizontal
+};
+// What lies under a point of the window, counted from its top left corner. `code` is the platform's answer and kept where no border
+// is.
+[[nodiscard]] std::int32_t HitBorderOf(const EditWindow& window, const EditFrame& frame, Point64 point,
+                                       std::int32_t code) noexcept;
+// False: the code names no border that moves.
+bool BeginResize(EditWindow& window, const EditFrame& frame, std::int32_t code, Point64 screen) noexcept;
+[[nodiscard]] Size64 ResizedTo(const EditWindow& window, Point64 screen) noexcept;
+
+// --- pop-up menu (menu.cpp) ---
+
+struct EditClipboard {
+    bool text = false;  // holds text
+    bool array = false; // holds an array that the interpreter can take
+};
+// What the pop-up menu offers; everything else is always there.
+struct EditMenu {
+    bool undo, redo, cut, copy, paste, remove;
+    bool cutArray, pasteArray;
+    bool restore, minimize, maximize;
+};
+[[nodiscard]] EditMenu GetEditMenu(const EditWindow& window, const EditClipboard& clipboard) noexcept;
 
 // --- the window's room and the node in use (setup.cpp) ---
 

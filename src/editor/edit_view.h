@@ -19,9 +19,13 @@ struct EditView {
     bool rankOneScrollBars = false;
     bool numericFind = false; // a numeric find is in force: character arrays are locked and drawn grey
     bool busy = false;
-    bool findMatch = false;            // written by the editor: cleared by every caret movement and change
-    std::int32_t lineNumbersWidth = 0; // written by the editor: margin of the edited node, 0 when off
-    std::int32_t rulerHeight = 0;      // written by the editor
+    bool findMatch =
+        false; // the match below is on show; cleared by the editor with every caret movement and change
+    std::int64_t findMatchLine = 0; // within the shown plane
+    std::int64_t findMatchColumn = 0;
+    std::int64_t findMatchLength = 0;      // units
+    std::int32_t lineNumbersWidth = 0;     // written by the editor: margin of the edited node, 0 when off
+    std::int32_t rulerHeight = 0;          // written by the editor
     std::int32_t rankOneArrowOpacity = 50; // percent
     std::int32_t rankOneEdgeOpacity = 30;
 };

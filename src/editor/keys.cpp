@@ -18,6 +18,7 @@ enum VirtualKey : std::uint32_t {
     KeyDown = 40,
     KeyInsert = 45,
     KeyDelete = 46,
+    KeyF10 = 121,
     KeyDel127 = 127,
 };
 
@@ -67,6 +68,13 @@ bool MoveByKey(EditWindow& window, std::uint32_t key, bool control)
     }
 }
 
+bool OnShiftKey(EditWindow& window, std::uint32_t key)
+{
+    if (key != KeyF10) return false;
+    window.effects->showContextMenu(window);
+    return true;
+}
+
 bool IsSurrogate(char16_t character) noexcept
 {
     return character >= 0xD800 && character <= 0xDFFF;
@@ -88,6 +96,7 @@ bool OnKeyDown(EditWindow& window, std::uint32_t virtualKey)
     const std::uint32_t modifiers = GetShiftState(window.effects->keyStates(window));
     if (modifiers == EditModifierControl && OnControlKey(window, virtualKey)) return true;
     if (modifiers == 0 && OnPlainKey(window, virtualKey)) return true;
+    if ((modifiers & EditModifierShift) != 0 && OnShiftKey(window, virtualKey)) return true;
     if (!MoveByKey(window, virtualKey, (modifiers & EditModifierControl) != 0)) return false;
     if ((modifiers & EditModifierShift) != 0) {
         SelectionEnd(window);

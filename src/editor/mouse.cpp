@@ -10,6 +10,72 @@ bool Contains(const Rect64& area, Point64 point) noexcept
     return point.x >= area.left && point.x < area.right && point.y >= area.top && point.y < area.bottom;
 }
 
+bool IsBefore(EditCaret a, EditCaret b) noexcept
+{
+    return a.line != b.line ? a.line < b.line : a.column < b.column;
+}
+
+// Both ends count as inside.
+bool LiesInside(const EditSelection& selection, EditCaret caret) noexcept
+{
+    return !IsBefore(caret, selection.start) && !IsBefore(selection.end, caret);
+}
+
+void SelectTo(EditWindow& window, EditCaret caret)
+{
+    MoveCaretTo(window, caret);
+    SelectionEnd(window);
+}
+
+void PressLeft(EditWindow& window, EditCaret caret, bool shift)
+{
+    if (shift) {
+        if (IsSelectionEmpty(window)) SelectionStart(window);
+        SelectTo(window, caret);
+        window.selecting = true;
+    } else if (!IsSelectionEmpty(window) && LiesInside(NormalisedSelection(window), caret)) {
+        window.dragText = true;
+    } else {
+        MoveCaretTo(window, caret);
+        SelectionReset(window);
+        window.selecting = true;
+    }
+}
+
+// --- dropping ---
+
+std::int32_t InsertAt(EditWindow& window, EditCaret caret, const Text& text, bool firstOfGroup)
+{
+    MoveCaretTo(window, caret);
+    SelectionReset(window);
+    return PasteString(window, text.c_str(), static_cast<std::int64_t>(text.size()), firstOfGroup);
+}
+
+std::int32_t DeleteRange(EditWindow& window, const EditSelection& range, bool firstOfGroup)
+{
+    MoveCaretTo(window, range.start);
+    SelectionStart(window);
+    SelectTo(window, range.end);
+    return DeleteMarked(window, firstOfGroup);
+}
+
+// What lies later in the text is changed first, so that places before it stay true.
+std::int32_t MoveText(EditWindow& window, const EditSelection& range, EditCaret target, const Text& text)
+{
+    if (IsBefore(target, range.start)) {
+        const std::int32_t deleted = DeleteMarked(window, true);
+        return deleted != 0 ? deleted : InsertAt(window, target, text, false);
+    }
+    const std::int32_t inserted = InsertAt(window, target, text, true);
+    return inserted != 0 ? inserted : DeleteRange(window, range, false);
+}
+
+Text SelectedText(const EditWindow& window, const EditSelection& range)
+{
+    return RecordsToString(window.view->node->records, FirstEditRow(window),
+                           {range.start.column, range.start.line, range.end.column, range.end.line});
+}
+
 } // namespace
 
 bool PressMouse(EditWindow& window, const MousePress& press)
@@ -17,20 +83,13 @@ bool PressMouse(EditWindow& window, const MousePress& press)
     const TraceScope trace("mouse.cpp", "PressMouse");
     if (!Contains(window.text, press.point)) return false;
     const EditCaret caret = PositionToCaret(window, press.point);
-    window.selecting = false;
+    window.dragText = window.selecting = false;
     if (press.left && !press.right && !press.control) {
-        if (press.shift && IsSelectionEmpty(window)) SelectionStart(window);
-        MoveCaretTo(window, caret);
-        if (press.shift) {
-            SelectionEnd(window);
-        } else {
-            SelectionReset(window);
-        }
-        window.selecting = true;
+        PressLeft(window, caret, press.shift);
     } else if (press.right && !press.left && !press.shift && !press.control) {
         MoveCaretTo(window, caret);
     }
-    return window.selecting;
+    return window.dragText || window.selecting;
 }
 
 void DragMouse(EditWindow& window, Point64 point)
@@ -39,18 +98,40 @@ void DragMouse(EditWindow& window, Point64 point)
     if (!window.selecting) return;
     // The caret may follow the pointer out of the window; that movement scrolls.
     const EditCaret caret = PositionToCaret(window, point);
-    if (caret == CaretOf(window)) return;
-    MoveCaretTo(window, caret);
-    SelectionEnd(window);
+    if (caret != CaretOf(window)) SelectTo(window, caret);
 }
 
 void EndMouse(EditWindow& window, Point64 point)
 {
     const TraceScope trace("mouse.cpp", "EndMouse");
-    if (!window.selecting) return;
+    if (!window.dragText && !window.selecting && !window.resizing) return;
+    const bool drops = window.dragText;
     if (HasEditedNode(window)) DragMouse(window, point);
-    window.selecting = false;
+    window.dragText = window.selecting = window.resizing = false;
+    if (!HasEditedNode(window)) return;
+    if (drops) DropText(window, PositionToCaret(window, point));
     DrawCaret(window);
+}
+
+void DropText(EditWindow& window, EditCaret target)
+{
+    const TraceScope trace("mouse.cpp", "DropText");
+    if (IsSelectionEmpty(window)) return;
+    const EditSelection range = NormalisedSelection(window);
+    if (LiesInside(range, target)) {
+        SelectionReset(window);
+        return;
+    }
+    if (RefuseChange(window)) return;
+    const EditPlace before = PlaceOf(window);
+    const EditUndoRecord* const newest = StateOf(window).undo;
+    try {
+        const Text text = SelectedText(window, range);
+        if (MoveText(window, range, target, text) != 0 && StateOf(window).undo == newest)
+            PutBack(window, before);
+    } catch (VTERROR_CODE) {
+        NotifyOutOfMemory(window);
+    }
 }
 
 } // namespace vantrel

@@ -32,12 +32,28 @@ VisibleLine FindVisibleColumns(EditWindow& window, const RecordText& record, con
     return {record, {first, std::min(first + count, record.length)}, {x, y}};
 }
 
-// The selected columns of a line; empty where nothing is selected.
-ColumnSpan SelectedColumns(const EditSelection& selection, std::int64_t line, std::int64_t length) noexcept
+// What is marked in the text, in one way.
+struct MarkedText {
+    EditSelection range;
+    PieceKind kind;
+};
+
+MarkedText FindMarkedText(const EditWindow& window, bool focused) noexcept
 {
-    if (line < selection.start.line || line > selection.end.line) return {0, 0};
-    return {line == selection.start.line ? selection.start.column : 0,
-            line == selection.end.line ? selection.end.column : length};
+    const EditView& view = *window.view;
+    if (!IsSelectionEmpty(window)) return {NormalisedSelection(window), PieceKind::Selected};
+    if (!view.findMatch || focused) return {{}, PieceKind::Plain};
+    const EditCaret start{view.findMatchColumn, view.findMatchLine};
+    const EditCaret end{view.findMatchColumn + view.findMatchLength, view.findMatchLine};
+    return {{ClampToText(window, start), ClampToText(window, end)}, PieceKind::FindMatch};
+}
+
+// The marked columns of a line; empty where nothing is marked.
+ColumnSpan MarkedColumns(const EditSelection& range, std::int64_t line, std::int64_t length) noexcept
+{
+    if (line < range.start.line || line > range.end.line) return {0, 0};
+    return {line == range.start.line ? range.start.column : 0,
+            line == range.end.line ? range.end.column : length};
 }
 
 class PieceWriter {
@@ -48,14 +64,14 @@ public:
     }
 
     // Draws the line's columns up to `end`, from where the last piece ended.
-    void WriteUpTo(VisibleLine& line, std::int64_t end, bool highlighted)
+    void WriteUpTo(VisibleLine& line, std::int64_t end, PieceKind kind)
     {
         end = std::min(end, line.columns.end);
         const std::int64_t length = end - line.columns.first;
         if (length <= 0) return;
         const char16_t* text = line.record.text + line.columns.first;
         const std::int64_t width = widths_.TextWidth(text, length);
-        draw_(state_, {line.point, width, text, length, highlighted});
+        draw_(state_, {line.point, width, text, length, kind});
         line.columns.first = end;
         line.point.x += width;
     }
@@ -80,21 +96,32 @@ VisibleEditLines FindVisibleLines(const EditWindow& window) noexcept
     return {first, std::min(rows, first + count), top};
 }
 
-void ForEachVisiblePiece(EditWindow& window, DrawPiece draw, void* state)
+void ForEachVisiblePiece(EditWindow& window, bool focused, DrawPiece draw, void* state)
 {
     const TraceScope trace("paint_rows.cpp", "ForEachVisiblePiece");
     const Rect64 area = TextArea(window);
     const VisibleEditLines lines = FindVisibleLines(window);
-    const EditSelection selection = NormalisedSelection(window);
+    const MarkedText marked = FindMarkedText(window, focused);
     PieceWriter writer(window.view->widths, draw, state);
     std::int64_t y = lines.top;
     for (std::int64_t line = lines.first; line < lines.end; ++line, y += window.view->lineHeight) {
         VisibleLine visible = FindVisibleColumns(window, EditLine(window, line), area, y);
-        const ColumnSpan selected = SelectedColumns(selection, line, visible.record.length);
-        writer.WriteUpTo(visible, selected.first, false);
-        writer.WriteUpTo(visible, selected.end, true);
-        writer.WriteUpTo(visible, visible.record.length, false);
+        const ColumnSpan columns = MarkedColumns(marked.range, line, visible.record.length);
+        writer.WriteUpTo(visible, columns.first, PieceKind::Plain);
+        writer.WriteUpTo(visible, columns.end, marked.kind);
+        writer.WriteUpTo(visible, visible.record.length, PieceKind::Plain);
     }
+}
+
+HiddenSides FindHiddenSides(const EditWindow& window) noexcept
+{
+    const EditState& state = StateOf(window);
+    const Rect64 area = TextArea(window);
+    const std::int64_t scrolledX = state.scroll.horizontal.position;
+    const std::int64_t scrolledY = state.scroll.vertical.position;
+    const std::int64_t height = EditRows(window) * window.view->lineHeight;
+    return {scrolledX > 0, scrolledY > 0, state.maximumWidth - scrolledX > area.right - area.left,
+            height - scrolledY > area.bottom - area.top};
 }
 
 VisibleRuler FindVisibleRuler(EditWindow& window)

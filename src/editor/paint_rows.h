@@ -12,16 +12,28 @@ struct VisibleEditLines {
 };
 [[nodiscard]] VisibleEditLines FindVisibleLines(const EditWindow& window) noexcept;
 
+enum class PieceKind : std::uint8_t { Plain, Selected, FindMatch };
+
 // A piece of one line in one pair of colours.
 struct TextPiece {
     Point64 point; // top left
     std::int64_t width = 0;
     const char16_t* text = nullptr;
     std::int64_t length = 0;
-    bool highlighted = false;
+    PieceKind kind = PieceKind::Plain;
 };
 using DrawPiece = void (*)(void* state, const TextPiece& piece);
-void ForEachVisiblePiece(EditWindow& window, DrawPiece draw, void* state);
+// A find match is marked while nothing is selected and the window has no focus, where the caret would show it.
+void ForEachVisiblePiece(EditWindow& window, bool focused, DrawPiece draw, void* state);
+
+// The sides of a vector's window behind which its text goes on.
+struct HiddenSides {
+    bool left = false;
+    bool top = false;
+    bool right = false;
+    bool bottom = false;
+};
+[[nodiscard]] HiddenSides FindHiddenSides(const EditWindow& window) noexcept;
 
 // The visible columns of the ruler: its characters first .. end - 1, the first at `x`.
 struct VisibleRuler {

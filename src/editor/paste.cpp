@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 #include "editor/edit_model.h"
 #include "entry/trace.h"
@@ -95,12 +96,37 @@ void SelectOnlyCharacter(EditWindow& window)
 }
 
 // The deletion and the insertion are one step: the deletion's record, where there is one, grows to cover both.
-bool RecordInsertion(EditWindow& window, EditCaret start, EditUndoRecord* deletion, bool firstOfGroup)
+void RecordInsertion(EditWindow& window, EditCaret start, EditUndoRecord* deletion, EditUndoPtr step,
+                     bool firstOfGroup) noexcept
 {
-    if (deletion == nullptr) return UndoAdd(window, Text(), start, firstOfGroup) != nullptr;
+    if (deletion == nullptr) {
+        UndoAdd(window, std::move(step), Text(), start, firstOfGroup);
+        return;
+    }
     deletion->endColumn = StateOf(window).caretColumn;
     deletion->endLine = StateOf(window).caretLine;
-    return true;
+}
+
+// Puts the text at the caret, nothing being selected.
+std::int32_t InsertAtCaret(EditWindow& window, std::u16string_view text, RecordList& lines,
+                           EditUndoRecord* deletion, bool firstOfGroup)
+{
+    EditUndoPtr step = deletion == nullptr ? ReserveUndo(window) : nullptr;
+    if (deletion == nullptr && step == nullptr) return 1;
+    const EditCaret start = ClampToText(window, CaretOf(window));
+    EditCaret end;
+    try {
+        end = InsertText(window, start, text, lines);
+    } catch (VTERROR_CODE) {
+        NotifyOutOfMemory(window);
+        return 1;
+    }
+    TextChanged(window);
+    MoveCaretTo(window, end);
+    SelectionReset(window);
+    RecordInsertion(window, start, deletion, std::move(step), firstOfGroup);
+    SetModified(window);
+    return 0;
 }
 
 } // namespace
@@ -110,26 +136,15 @@ std::int32_t PasteString(EditWindow& window, const char16_t* text, std::int64_t 
     const TraceScope trace("paste.cpp", "PasteString");
     const std::u16string_view view(text, static_cast<std::size_t>(length));
     if (EditRows(window) <= 0 || !AcceptText(window, view)) return 1;
+    const EditPlace before = PlaceOf(window);
     if (IsTextType(*window.view->node) && window.view->node->Rank == 0) SelectOnlyCharacter(window);
     OwnedRecords lines;
-    if (!SplitText(window, view, lines.list)) return 1;
     EditUndoRecord* deletion = nullptr;
-    if (!IsSelectionEmpty(window) && DeleteMarked(window, firstOfGroup, &deletion) != 0) return 1;
-    const EditCaret start = ClampToText(window, CaretOf(window));
-    EditCaret end;
-    try {
-        end = InsertText(window, start, view, lines.list);
-    } catch (VTERROR_CODE) {
-        SelectionReset(window);
-        NotifyOutOfMemory(window);
-        return 1;
-    }
-    TextChanged(window);
-    MoveCaretTo(window, end);
-    SelectionReset(window);
-    const bool recorded = RecordInsertion(window, start, deletion, firstOfGroup);
-    SetModified(window);
-    return recorded ? 0 : 1;
+    std::int32_t result = SplitText(window, view, lines.list) ? 0 : 1;
+    if (result == 0 && !IsSelectionEmpty(window)) result = DeleteMarked(window, firstOfGroup, &deletion);
+    if (result == 0) result = InsertAtCaret(window, view, lines.list, deletion, firstOfGroup);
+    if (result != 0 && deletion == nullptr) PutBack(window, before);
+    return result;
 }
 
 } // namespace vantrel

@@ -119,8 +119,12 @@ void OnUseScdr(EditWindow& window, bool force)
     if (node == nullptr || !IsSimple(*node)) return;
     try {
         EditState& state = EditStateOf(*node);
-        // A record that drives another window's bars is of no use here.
-        if (!state.inUse || force || state.scroll.window != window.window) InitialiseState(window);
+        if (!state.inUse || force) {
+            InitialiseState(window);
+        } else if (state.scroll.window != window.window) {
+            // It drives another window's bars, or was measured with another font.
+            window.effects->initializeScroll(window, state.scroll);
+        }
     } catch (VTERROR_CODE) {
         NotifyOutOfMemory(window);
         return;

@@ -7,7 +7,7 @@ namespace {
 
 constexpr char16_t LineBreak[] = u"\r\n";
 
-// Extends a selection from the caret by one movement.
+// Selects what one movement of the caret passes.
 void SelectByMoving(EditWindow& window, std::int64_t columns)
 {
     SelectionStart(window);
@@ -15,9 +15,24 @@ void SelectByMoving(EditWindow& window, std::int64_t columns)
     SelectionEnd(window);
 }
 
-void DeleteSelection(EditWindow& window)
+// Replaces what a movement of the caret passes. Where the array refuses the text, the caret has not moved either.
+void ReplacePassed(EditWindow& window, std::int64_t columns, const char16_t* text, std::int64_t length)
 {
-    PasteString(window, u"", 0, true);
+    const EditPlace before = PlaceOf(window);
+    const EditUndoRecord* const newest = StateOf(window).undo;
+    SelectByMoving(window, columns);
+    if (PasteString(window, text, length, true) != 0 && StateOf(window).undo == newest)
+        PutBack(window, before);
+}
+
+void DeleteSelectedOr(EditWindow& window, std::int64_t columns)
+{
+    if (RefuseChange(window)) return;
+    if (IsSelectionEmpty(window)) {
+        ReplacePassed(window, columns, u"", 0);
+    } else {
+        PasteString(window, u"", 0, true);
+    }
 }
 
 } // namespace
@@ -26,33 +41,30 @@ void TypeChar(EditWindow& window, char16_t character)
 {
     const TraceScope trace("typing.cpp", "TypeChar");
     if (RefuseChange(window) || EditRows(window) <= 0) return;
-    // At a line's end this selects the line break: the typed character takes its place and the lines join.
-    if (IsSelectionEmpty(window) && IsOvertyping(window)) SelectByMoving(window, 1);
-    PasteString(window, &character, 1, true);
+    if (IsSelectionEmpty(window) && IsOvertyping(window)) {
+        // At a line's end this passes the line break: the typed character takes its place and the lines join.
+        ReplacePassed(window, 1, &character, 1);
+    } else {
+        PasteString(window, &character, 1, true);
+    }
 }
 
 void DeleteBack(EditWindow& window)
 {
     const TraceScope trace("typing.cpp", "DeleteBack");
-    if (RefuseChange(window)) return;
-    if (IsSelectionEmpty(window)) SelectByMoving(window, -1);
-    DeleteSelection(window);
+    DeleteSelectedOr(window, -1);
 }
 
 void DeleteForward(EditWindow& window)
 {
     const TraceScope trace("typing.cpp", "DeleteForward");
-    if (RefuseChange(window)) return;
-    if (IsSelectionEmpty(window)) SelectByMoving(window, 1);
-    DeleteSelection(window);
+    DeleteSelectedOr(window, 1);
 }
 
 void DeleteToLineEnd(EditWindow& window)
 {
     const TraceScope trace("typing.cpp", "DeleteToLineEnd");
-    if (RefuseChange(window)) return;
-    SelectByMoving(window, CaretEnd);
-    DeleteSelection(window);
+    if (!RefuseChange(window)) ReplacePassed(window, CaretEnd, u"", 0);
 }
 
 void TypeLineBreak(EditWindow& window)

@@ -50,26 +50,30 @@ void MoveInverseToRedo(EditState& state) noexcept
 
 } // namespace
 
-EditUndoRecord* UndoAdd(EditWindow& window, Text&& removed, EditCaret start, bool firstOfGroup)
+EditUndoPtr ReserveUndo(EditWindow& window)
 {
-    const TraceScope trace("undo.cpp", "UndoAdd");
-    EditState& state = StateOf(window);
-    if (!window.inUndo) FreeEditUndo(&state.redo);
-    EditUndoRecord* record = nullptr;
+    const TraceScope trace("undo.cpp", "ReserveUndo");
     try {
-        record = NewEditUndo();
+        return EditUndoPtr(NewEditUndo());
     } catch (VTERROR_CODE) {
         NotifyOutOfMemory(window);
         return nullptr;
     }
+}
+
+void UndoAdd(EditWindow& window, EditUndoPtr record, Text&& removed, EditCaret start,
+             bool firstOfGroup) noexcept
+{
+    const TraceScope trace("undo.cpp", "UndoAdd");
+    EditState& state = StateOf(window);
+    if (!window.inUndo) FreeEditUndo(&state.redo);
     record->startColumn = start.column;
     record->startLine = start.line;
     record->endColumn = state.caretColumn;
     record->endLine = state.caretLine;
     record->text = std::move(removed);
     record->firstOfGroup = firstOfGroup;
-    Push(state.undo, record);
-    return record;
+    Push(state.undo, record.release());
 }
 
 std::int32_t Undo(EditWindow& window)
@@ -77,13 +81,13 @@ std::int32_t Undo(EditWindow& window)
     const TraceScope trace("undo.cpp", "Undo");
     EditState& state = StateOf(window);
     if (state.undo == nullptr) return window.view->node->Rank <= 1 ? 1 : 0;
+    if (RefuseChange(window)) return 0;
     bool firstApplied = true;
     bool groupDone = false;
     while (!groupDone && state.undo != nullptr) {
-        EditUndoRecord* record = Pop(state.undo);
+        const EditUndoPtr record(Pop(state.undo));
         groupDone = record->firstOfGroup;
         if (ApplyEditUndo(window, *record, firstApplied) == 0) MoveInverseToRedo(state);
-        FreeEditUndo(&record);
         firstApplied = false;
     }
     if (state.undo == nullptr) state.modified = false;
@@ -94,14 +98,13 @@ std::int32_t Redo(EditWindow& window)
 {
     const TraceScope trace("undo.cpp", "Redo");
     EditState& state = StateOf(window);
-    if (state.redo == nullptr) return 0;
+    if (state.redo == nullptr || RefuseChange(window)) return 0;
     bool firstApplied = true;
     bool groupDone = false;
     while (!groupDone && state.redo != nullptr) {
-        EditUndoRecord* record = Pop(state.redo);
+        const EditUndoPtr record(Pop(state.redo));
         groupDone = record->firstOfGroup;
         ApplyEditUndo(window, *record, firstApplied);
-        FreeEditUndo(&record);
         firstApplied = false;
     }
     return 1;

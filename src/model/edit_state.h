@@ -2,6 +2,8 @@
 // Owned by the node, made when the editor first takes the node into use.
 #pragma once
 
+#include <memory>
+
 #include "model/scdr.h"
 
 namespace vantrel {
@@ -39,5 +41,10 @@ EditState& EditStateOf(Scdr& node);
 // Frees the state with both stacks, or a stack, and clears the pointer. Null is ignored.
 void FreeEditState(EditState** state) noexcept;
 void FreeEditUndo(EditUndoRecord** stack) noexcept;
+
+struct EditUndoDeleter {
+    void operator()(EditUndoRecord* record) const noexcept { FreeEditUndo(&record); }
+};
+using EditUndoPtr = std::unique_ptr<EditUndoRecord, EditUndoDeleter>;
 
 } // namespace vantrel

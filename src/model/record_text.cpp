@@ -177,6 +177,14 @@ std::int64_t RecordsToStringLength(const RecordList& list, std::int64_t firstRow
     return SpanLength(list, SpanOfRange(list, firstRow, range));
 }
 
+void WriteRecords(const RecordList& list, std::int64_t firstRow, const RecordRange& range,
+                  char16_t* destination) noexcept
+{
+    TraceScope trace("record_text.cpp", "WriteRecords");
+    WriteSpan(list, SpanOfRange(list, firstRow, range),
+              [&](RecordText part) { destination = std::copy_n(part.text, part.length, destination); });
+}
+
 Text AllRecordsText(const RecordList& list)
 {
     TraceScope trace("record_text.cpp", "AllRecordsText");

@@ -105,6 +105,9 @@ struct RecordRange {
 // The length of that text in units, without making it.
 [[nodiscard]] std::int64_t RecordsToStringLength(const RecordList& list, std::int64_t firstRow,
                                                  const RecordRange& range) noexcept;
+// Writes that text, not terminated, into room for as many units.
+void WriteRecords(const RecordList& list, std::int64_t firstRow, const RecordRange& range,
+                  char16_t* destination) noexcept;
 // All records joined by CR LF.
 [[nodiscard]] Text AllRecordsText(const RecordList& list);
 

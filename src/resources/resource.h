@@ -11,6 +11,7 @@
 
 /* Menus */
 #define IDM_FRAME 101
+#define IDM_EDIT_POPUP 102
 
 /* Accelerator tables: the main one serves every edit, the host's own is asked before it */
 #define IDA_MAIN 101

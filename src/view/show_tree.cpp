@@ -1,5 +1,6 @@
 // Taking a tree on show, and laying out again what is shown.
 #include "entry/trace.h"
+#include "model/edit_state.h"
 #include "model/tree_walk.h"
 #include "view/busy.h"
 #include "view/layout.h"
@@ -49,6 +50,14 @@ void ForgetSavedSizes(Scdr& root) noexcept
     });
 }
 
+// Pixels of the old font say nothing in the new one. The selected array's editor takes care of its own.
+void ForgetScrolling(View& view) noexcept
+{
+    ForEachNode(*view.root, [&](Scdr& node) {
+        if (node.editState != nullptr && &node != Selected(view)) node.editState->scroll = ScrollRecord{};
+    });
+}
+
 void FollowLayout(View& view, std::int32_t notification)
 {
     SetScrollBarsDataSizeFromScdr(view);
@@ -89,7 +98,10 @@ std::int32_t LayOutAgain(View& view, bool fontChanged)
     std::int32_t result = 0;
     if (view.root != nullptr) {
         const BusyMark busy(view);
-        if (fontChanged) InvalidateRecordLengths(*view.root);
+        if (fontChanged) {
+            InvalidateRecordLengths(*view.root);
+            ForgetScrolling(view);
+        }
         InvalidateDescendentsOriginsAndSizes(*view.root);
         ForgetSavedSizes(*view.root);
         result = CalculateScdrSizes(view);

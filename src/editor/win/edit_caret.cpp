@@ -37,10 +37,16 @@ void ShowEditCaret(EditWindow& window)
         return;
     }
     const CaretPicture picture = GetCaretPicture(window);
+    if (!picture.shown) {
+        HideEditCaret(*instance);
+        return;
+    }
     instance->ownsCaret = CreateCaret(window.window, nullptr, ToScreenRange(picture.width),
                                       ToScreenRange(picture.height)) != FALSE;
-    SetCaretPos(ToScreenRange(picture.point.x), ToScreenRange(picture.point.y));
+    const POINT point{ToScreenRange(picture.point.x), ToScreenRange(picture.point.y)};
+    SetCaretPos(point.x, point.y);
     ShowCaret(window.window);
+    PlaceInputMethod(*instance, point);
 }
 
 } // namespace vantrel

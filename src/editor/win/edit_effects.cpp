@@ -4,7 +4,6 @@
 
 #include <uxtheme.h>
 
-#include <cstring>
 #include <string_view>
 
 #include "editor/win/edit_instance.h"
@@ -99,20 +98,17 @@ bool OpenAndEmptyClipboard(EditWindow& window)
     return false;
 }
 
-bool PutText(EditWindow& window, const char16_t* text, std::int64_t length)
+bool PutText(EditWindow&, std::int64_t length, const ClipboardWriter& writer)
 {
     const TraceScope trace("edit_effects.cpp", "PutText");
-    const std::size_t units = static_cast<std::size_t>(length);
-    const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE | GMEM_DDESHARE, (units + 1) * sizeof(char16_t));
-    if (block == nullptr) {
-        NotifyOutOfMemory(window);
-        return false;
-    }
+    const HGLOBAL block =
+        GlobalAlloc(GMEM_MOVEABLE | GMEM_DDESHARE, CheckedMultiply(length + 1, sizeof(char16_t)));
+    if (block == nullptr) throw VTERROR_CODE::OutOfMemory;
     {
         const GlobalView view(block);
         auto* out = static_cast<char16_t*>(view.Data());
-        std::memcpy(out, text, units * sizeof(char16_t));
-        out[units] = u'\0';
+        writer.write(writer.state, out);
+        out[length] = u'\0';
     }
     if (SetClipboardData(CF_UNICODETEXT, block) != nullptr) return true; // the block is the system's now
     GlobalFree(block);
@@ -124,19 +120,19 @@ void CloseOpenClipboard(EditWindow&)
     CloseClipboard();
 }
 
-bool GetText(EditWindow& window, Text& text)
+void WithText(EditWindow& window, UseClipboardText use)
 {
-    const TraceScope trace("edit_effects.cpp", "GetText");
-    if (!IsClipboardFormatAvailable(CF_UNICODETEXT)) return false;
+    const TraceScope trace("edit_effects.cpp", "WithText");
+    if (!IsClipboardFormatAvailable(CF_UNICODETEXT)) return;
     const ClipboardGuard clipboard(window.window);
-    if (!clipboard.IsOpen()) return false;
+    if (!clipboard.IsOpen()) return;
     const GlobalView view(GetClipboardData(CF_UNICODETEXT));
-    if (view.Data() == nullptr) return false;
+    if (view.Data() == nullptr) return;
     // Another program made the block: its terminator is believed only inside the block's real size.
     const std::u16string_view whole(static_cast<const char16_t*>(view.Data()),
                                     view.Size() / sizeof(char16_t));
-    text.assign(whole.substr(0, whole.find(u'\0')));
-    return true;
+    const std::u16string_view text = whole.substr(0, whole.find(u'\0'));
+    use(window, text.data(), static_cast<std::int64_t>(text.size()));
 }
 
 // --- window ---
@@ -171,10 +167,11 @@ const EditEffects g_editEffects = {
     &OpenAndEmptyClipboard,
     &PutText,
     &CloseOpenClipboard,
-    &GetText,
+    &WithText,
     &InitializeScroll,
     &ReadClientRectangle,
     &ShowBars,
+    &ShowContextMenuAtCaret,
 };
 
 } // namespace vantrel

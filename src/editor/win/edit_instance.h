@@ -33,12 +33,26 @@ void PaintEditWindow(EditInstance& instance);
 void ShowEditCaret(EditWindow& window);
 void HideEditCaret(EditInstance& instance) noexcept;
 
+// edit_ime.cpp: an input method composes in the text's font, at the caret
+void GiveFontToInputMethod(const EditInstance& instance, HFONT font) noexcept;
+void PlaceInputMethod(const EditInstance& instance, POINT caret) noexcept;
+LRESULT OnImeNotify(EditInstance& instance, WPARAM wParam, LPARAM lParam);
+
+// edit_border.cpp
+LRESULT OnNcHitTest(EditInstance& instance, LPARAM screen);
+LRESULT OnNcButtonDown(EditInstance& instance, WPARAM hitCode, LPARAM screen);
+void ResizeToMouse(EditInstance& instance);
+LRESULT OnSetCursor(EditInstance& instance, WORD hitCode);
+
+// edit_menu.cpp: the pop-up menu
+LRESULT OnContextMenu(EditInstance& instance, LPARAM screen);
+void ShowContextMenuAtCaret(EditWindow& window);
+
 // edit_mouse.cpp
 LRESULT OnButtonDown(EditInstance& instance, UINT message, WPARAM keys, LPARAM point);
 LRESULT OnMouseMove(EditInstance& instance, LPARAM point);
 LRESULT OnButtonUp(EditInstance& instance, LPARAM point);
 LRESULT OnCaptureChanged(EditInstance& instance);
 LRESULT OnWheel(EditInstance& instance, WPARAM wParam, LPARAM lParam);
-LRESULT OnSetCursor(EditInstance& instance, WORD hitCode);
 
 } // namespace vantrel

@@ -79,6 +79,7 @@ LRESULT OnMouseMove(EditInstance& instance, LPARAM point)
 {
     const TraceScope trace("edit_mouse.cpp", "OnMouseMove");
     instance.lastMousePoint = PointOf(point);
+    if (instance.edit.resizing) ResizeToMouse(instance);
     DragMouse(instance.edit, instance.lastMousePoint);
     return 0;
 }
@@ -105,23 +106,19 @@ LRESULT OnWheel(EditInstance& instance, WPARAM wParam, LPARAM lParam)
 {
     const TraceScope trace("edit_mouse.cpp", "OnWheel");
     EditWindow& edit = instance.edit;
-    const std::uint32_t modifiers = GetShiftState(edit.effects->keyStates(edit));
-    if (modifiers == EditModifierControl || modifiers == EditModifierAlt) {
+    // Of Shift and Ctrl the message knows how they were when the wheel turned.
+    const WORD keys = GET_KEYSTATE_WPARAM(wParam);
+    const bool shift = (keys & MK_SHIFT) != 0;
+    const bool control = (keys & MK_CONTROL) != 0;
+    const bool alt = edit.effects->keyStates(edit).alt;
+    if (!shift && control != alt) {
         return SendMessageW(GetParent(WindowOf(instance)), WM_MOUSEWHEEL, wParam, lParam);
     }
-    if (OnMouseWheel(StateOf(edit).scroll, GET_KEYSTATE_WPARAM(wParam), GET_WHEEL_DELTA_WPARAM(wParam),
-                     edit.view->averageCharWidth, edit.view->lineHeight)) {
+    if (OnMouseWheel(StateOf(edit).scroll, keys, GET_WHEEL_DELTA_WPARAM(wParam), edit.view->averageCharWidth,
+                     edit.view->lineHeight)) {
         DrawCaret(edit); // the text moved under it
     }
     return 0;
-}
-
-LRESULT OnSetCursor(EditInstance& instance, WORD hitCode)
-{
-    const TraceScope trace("edit_mouse.cpp", "OnSetCursor");
-    const bool busy = instance.edit.view->busy;
-    SetCursor(LoadCursorW(nullptr, busy ? IDC_WAIT : hitCode == HTCLIENT ? IDC_IBEAM : IDC_ARROW));
-    return TRUE;
 }
 
 } // namespace vantrel

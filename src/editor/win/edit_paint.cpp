@@ -4,6 +4,7 @@
 #include "editor/ruler.h"
 #include "editor/win/edit_instance.h"
 #include "entry/trace.h"
+#include "tools/win/visual_cues.h"
 #include "tools/win/wide.h"
 #include "tools/win/window.h"
 
@@ -161,14 +162,38 @@ void DrawMargins(Painter& painter)
     }
 }
 
+// Far from the text's colour and from the selection's. Modulo 255, not 256: a full component wraps to the shift itself.
+COLORREF Shifted(COLORREF color, int red, int green, int blue) noexcept
+{
+    return RGB((GetRValue(color) + red) % 255, (GetGValue(color) + green) % 255,
+               (GetBValue(color) + blue) % 255);
+}
+
+struct PieceColors {
+    COLORREF text;
+    COLORREF back;
+};
+
+PieceColors ColorsOfPiece(const Painter& painter, PieceKind kind) noexcept
+{
+    const COLORREF windowText = GetSysColor(COLOR_WINDOWTEXT);
+    switch (kind) {
+    case PieceKind::Selected: return {GetSysColor(COLOR_HIGHLIGHTTEXT), GetSysColor(COLOR_HIGHLIGHT)};
+    case PieceKind::FindMatch: return {Shifted(windowText, 224, 64, 64), Shifted(windowText, 128, 224, 192)};
+    default: return {painter.textColor, painter.backColor};
+    }
+}
+
 void DrawTextPiece(void* state, const TextPiece& piece)
 {
     auto& painter = *static_cast<Painter*>(state);
-    SetTextColor(painter.dc, piece.highlighted ? GetSysColor(COLOR_HIGHLIGHTTEXT) : painter.textColor);
-    SetBkColor(painter.dc, piece.highlighted ? GetSysColor(COLOR_HIGHLIGHT) : painter.backColor);
+    const PieceColors colors = ColorsOfPiece(painter, piece.kind);
+    SetTextColor(painter.dc, colors.text);
+    SetBkColor(painter.dc, colors.back);
     const RECT cell{ToPixel(piece.point.x), ToPixel(piece.point.y), ToPixel(piece.point.x + piece.width),
                     ToPixel(piece.point.y + painter.edit.view->lineHeight)};
-    DrawUnits(painter, piece.point, piece.text, piece.length, piece.highlighted ? &cell : nullptr);
+    DrawUnits(painter, piece.point, piece.text, piece.length,
+              piece.kind != PieceKind::Plain ? &cell : nullptr);
 }
 
 void DrawRows(Painter& painter)
@@ -176,7 +201,20 @@ void DrawRows(Painter& painter)
     const TraceScope trace("edit_paint.cpp", "DrawRows");
     const Clip clip(painter.dc, ToRect(TextArea(painter.edit)));
     SetBkMode(painter.dc, TRANSPARENT);
-    ForEachVisiblePiece(painter.edit, &DrawTextPiece, &painter);
+    const bool focused = GetFocus() == WindowOf(painter.instance);
+    ForEachVisiblePiece(painter.edit, focused, &DrawTextPiece, &painter);
+}
+
+// A vector without scroll bars shows by arrows that there is more of it.
+void DrawCues(const Painter& painter)
+{
+    const EditView& view = *painter.edit.view;
+    if (view.node->Rank != 1 || view.rankOneScrollBars) return;
+    const HiddenSides hidden = FindHiddenSides(painter.edit);
+    const std::uint32_t sides = (hidden.left ? CueLeft : 0u) | (hidden.top ? CueTop : 0u) |
+                                (hidden.right ? CueRight : 0u) | (hidden.bottom ? CueBottom : 0u);
+    DrawRankOneVisualCues(painter.dc, ToRect(painter.edit.client), sides, view.rankOneArrowOpacity,
+                          view.rankOneEdgeOpacity);
 }
 
 // Asks the parent for the colours, as every edit control does; answers the background brush.
@@ -203,6 +241,7 @@ void DrawPicture(EditInstance& instance, HDC dc)
     if (ShowsMargins(edit)) DrawFrame(painter);
     DrawMargins(painter);
     DrawRows(painter);
+    DrawCues(painter);
 }
 
 } // namespace

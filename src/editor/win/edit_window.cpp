@@ -57,6 +57,7 @@ LRESULT OnSetFont(EditInstance& instance, HFONT font, bool redraw)
 {
     const TraceScope trace("edit_window.cpp", "OnSetFont");
     instance.font = font;
+    GiveFontToInputMethod(instance, font);
     if (IsActiveEditor(instance)) OnFontChanged(instance.edit);
     if (redraw) InvalidateRect(WindowOf(instance), nullptr, FALSE);
     return 0;
@@ -185,6 +186,9 @@ LRESULT OnEditedMessage(EditInstance& instance, UINT message, WPARAM wParam, LPA
     case WM_ERASEBKGND: return 1;
     case WM_SYSCOLORCHANGE: return OnInvalidate(instance);
     case WM_SETCURSOR: return OnSetCursor(instance, LOWORD(lParam));
+    case WM_CONTEXTMENU: return OnContextMenu(instance, lParam);
+    case WM_NCHITTEST: return OnNcHitTest(instance, lParam);
+    case WM_NCLBUTTONDOWN: return OnNcButtonDown(instance, wParam, lParam);
     case WM_STYLECHANGED:
         return OnStyleChanged(instance, wParam, *reinterpret_cast<const STYLESTRUCT*>(lParam));
     case WM_GETDLGCODE: return DLGC_WANTARROWS | DLGC_WANTTAB | DLGC_WANTALLKEYS | DLGC_WANTCHARS;
@@ -199,6 +203,7 @@ LRESULT OnEditedMessage(EditInstance& instance, UINT message, WPARAM wParam, LPA
     case WM_LBUTTONUP: return OnButtonUp(instance, lParam);
     case WM_MOUSEMOVE: return OnMouseMove(instance, lParam);
     case WM_CAPTURECHANGED: return OnCaptureChanged(instance);
+    case WM_IME_NOTIFY: return OnImeNotify(instance, wParam, lParam);
     case WM_CUT: return Run(instance, CutSelection);
     case WM_COPY: return Run(instance, CopySelection);
     case WM_PASTE: return Run(instance, PasteClipboard);

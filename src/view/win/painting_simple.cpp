@@ -133,7 +133,8 @@ ArrayColors ColorsOf(const View& view, const Scdr& node) noexcept
 
 const ScrollRecord* ScrollOf(const Scdr& node) noexcept
 {
-    if (node.editState != nullptr && node.editState->inUse) return &node.editState->scroll;
+    // An editor's record without a window is one that was forgotten.
+    if (node.editState != nullptr && node.editState->scroll.window != nullptr) return &node.editState->scroll;
     return node.extra != nullptr ? node.extra->boxScroll : nullptr;
 }
 

@@ -104,6 +104,7 @@ public:
     std::optional<std::u16string> clipboard;
     bool clipboardOpens = true;
     bool clipboardOpen = false;
+    int contextMenus = 0;
     bool horizontalBar = false;
     bool verticalBar = false;
 
@@ -129,15 +130,16 @@ private:
                 Of(w).clipboard.reset();
                 return Of(w).clipboardOpen = true;
             },
-            [](EditWindow& w, const char16_t* text, std::int64_t length) {
-                Of(w).clipboard = std::u16string(text, static_cast<std::size_t>(length));
+            [](EditWindow& w, std::int64_t length, const ClipboardWriter& writer) {
+                const OwnedArray<char16_t> block = AllocateArray<char16_t>(length);
+                writer.write(writer.state, block.get());
+                Of(w).clipboard = std::u16string(block.get(), static_cast<std::size_t>(length));
                 return true;
             },
             [](EditWindow& w) { Of(w).clipboardOpen = false; },
-            [](EditWindow& w, Text& text) {
-                if (!Of(w).clipboard) return false;
-                text.assign(*Of(w).clipboard);
-                return true;
+            [](EditWindow& w, UseClipboardText use) {
+                if (!Of(w).clipboard) return;
+                use(w, Of(w).clipboard->c_str(), static_cast<std::int64_t>(Of(w).clipboard->size()));
             },
             [](EditWindow& w, ScrollRecord& record) {
                 record = ScrollRecord{};
@@ -148,6 +150,7 @@ private:
                 Of(w).horizontalBar = horizontal;
                 Of(w).verticalBar = vertical;
             },
+            [](EditWindow& w) { ++Of(w).contextMenus; },
         };
         return effects;
     }

@@ -93,7 +93,7 @@ TEST(EditKeys, OtherModifiersMakeThemSomebodyElses)
     Editor editor(TypeCharacter, {3}, u"abc");
     for (const std::uint32_t key :
          {std::uint32_t('A'), std::uint32_t('C'), std::uint32_t('V'), std::uint32_t('X'), std::uint32_t('Y'),
-          std::uint32_t('Z'), std::uint32_t('Q'), std::uint32_t(9), std::uint32_t(121)}) {
+          std::uint32_t('Z'), std::uint32_t('Q'), std::uint32_t(9)}) {
         editor.Press(key);
         EXPECT_FALSE(editor.handled) << key;
         editor.Press(key, true, true);
@@ -108,6 +108,18 @@ TEST(EditKeys, OtherModifiersMakeThemSomebodyElses)
     editor.Press(KeyInsert, false, true);
     EXPECT_FALSE(editor.handled);
     EXPECT_EQ(editor.Lines(), (TextLines{u"abc"}));
+}
+
+TEST(EditKeys, ShiftF10OpensThePopUpMenuAtTheCaret)
+{
+    constexpr std::uint32_t KeyF10 = 121;
+    Editor editor(TypeCharacter, {3}, u"abc");
+    editor.Press(KeyF10);
+    EXPECT_FALSE(editor.handled) << "alone it is the menu bar's";
+    EXPECT_EQ(editor.contextMenus, 0);
+    editor.Press(KeyF10, true);
+    EXPECT_TRUE(editor.handled);
+    EXPECT_EQ(editor.contextMenus, 1);
 }
 
 TEST(EditKeys, KeyCode127IsABackspace)

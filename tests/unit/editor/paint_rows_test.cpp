@@ -25,11 +25,13 @@ std::vector<Piece> Pieces(Editor& editor)
 {
     std::vector<Piece> pieces;
     ForEachVisiblePiece(
-        editor.window,
+        editor.window, true,
         [](void* state, const TextPiece& piece) {
             static_cast<std::vector<Piece>*>(state)->push_back(
                 {piece.point.x, piece.point.y,
-                 std::u16string(piece.text, static_cast<std::size_t>(piece.length)), piece.highlighted});
+                 std::u16string(piece.text, static_cast<std::size_t>(piece.length)),
+                 piece.kind != PieceKind::Plain});
+            EXPECT_NE(piece.kind, PieceKind::FindMatch);
             EXPECT_EQ(piece.width, piece.length * CharWidth);
         },
         &pieces);

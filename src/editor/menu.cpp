@@ -1,0 +1,49 @@
+// What the pop-up menu offers.
+#include "editor/edit_model.h"
+#include "entry/trace.h"
+
+namespace vantrel {
+
+namespace {
+
+// Only where taking the array out leaves an array behind.
+bool CanLeaveParent(const Scdr& node) noexcept
+{
+    const Scdr* const parent = node.parent;
+    if (parent == nullptr || parent->ElementCount < 1) return false;
+    if (parent->Rank < 2) return true;
+    return parent->Rank == 2 && (parent->Shape[0] < 2 || parent->Shape[1] < 2);
+}
+
+// The root fills the view by itself and may be closed; any other box that does must be restored first.
+bool IsMaximizedItem(const Scdr& node) noexcept
+{
+    return (node.Flags & FlagMaximized) != 0 && node.extra != nullptr && node.extra->savedParent != nullptr;
+}
+
+} // namespace
+
+EditMenu GetEditMenu(const EditWindow& window, const EditClipboard& clipboard) noexcept
+{
+    const TraceScope trace("menu.cpp", "GetEditMenu");
+    const Scdr& node = *window.view->node;
+    const bool changeable = !window.readOnly && !IsLocked(window);
+    const bool selected = !IsSelectionEmpty(window);
+    const bool maximized = (node.Flags & FlagMaximized) != 0;
+    const bool minimized = (node.Flags & FlagMinimized) != 0;
+    EditMenu menu{};
+    menu.undo = changeable && CanUndo(window);
+    menu.redo = changeable && CanRedo(window);
+    menu.cut = changeable && selected;
+    menu.copy = selected;
+    menu.paste = changeable && clipboard.text;
+    menu.remove = changeable;
+    menu.cutArray = CanLeaveParent(node);
+    menu.pasteArray = clipboard.array && (node.Flags & FlagKeptSize) == 0;
+    menu.restore = maximized || minimized;
+    menu.minimize = !minimized && !IsMaximizedItem(node);
+    menu.maximize = !maximized;
+    return menu;
+}
+
+} // namespace vantrel
