@@ -163,5 +163,42 @@ TEST(EditCaretPicture, IsNotDrawnWhileTheMouseSelects)
     EXPECT_EQ(editor.caretsDrawn, drawn + 1);
 }
 
+TEST(EditCaretPicture, IsCutToTheTextAreaAndNeverDrawnOverTheRuler)
+{
+    Editor editor(TypeCharacter, {1, 1}, u"a\nb\nc\nd\ne\nf\ng\nh\ni\nj\nk\nl\nm\nn\no\np");
+    editor.node->Flags |= FlagMaximized;
+    OnSetRuler(editor.window);
+    const std::int64_t top = TextArea(editor.window).top;
+    EXPECT_EQ(top, 2 + LineHeight);
+    EXPECT_TRUE(GetCaretPicture(editor.window).shown);
+    EXPECT_EQ(GetCaretPicture(editor.window).height, LineHeight);
+    ChangeScrollPositions(editor.State().scroll, 0, 4); // as a wheel does: the caret stays in its line
+    EXPECT_TRUE(GetCaretPicture(editor.window).shown);
+    EXPECT_EQ(GetCaretPicture(editor.window).point.y, top);
+    EXPECT_EQ(GetCaretPicture(editor.window).height, LineHeight - 4);
+    ChangeScrollPositions(editor.State().scroll, 0, LineHeight);
+    EXPECT_FALSE(GetCaretPicture(editor.window).shown);
+    editor.Press(KeyEnd, false, true);
+    EXPECT_TRUE(GetCaretPicture(editor.window).shown);
+    ChangeScrollPositions(editor.State().scroll, 0, ScrollToStart);
+    EXPECT_FALSE(GetCaretPicture(editor.window).shown) << "below the window";
+}
+
+TEST(EditCaretPicture, BehindTheLongestLineStandsInTheRim)
+{
+    Editor editor(TypeCharacter, {1, 1}, std::u16string(60, u'x'));
+    editor.view.overtype = true;
+    editor.Press(KeyEnd);
+    const CaretPicture picture = GetCaretPicture(editor.window);
+    EXPECT_TRUE(picture.shown);
+    EXPECT_EQ(picture.point.x, editor.window.text.right);
+    EXPECT_EQ(picture.width, 2);
+    ChangeScrollPositions(editor.State().scroll, ScrollToStart, 0);
+    EXPECT_FALSE(GetCaretPicture(editor.window).shown);
+    editor.Press(KeyHome);
+    ChangeScrollPositions(editor.State().scroll, 20, 0);
+    EXPECT_FALSE(GetCaretPicture(editor.window).shown) << "left of the window";
+}
+
 } // namespace
 } // namespace vantrel::test

@@ -128,5 +128,84 @@ TEST(EditPaintRows, TheRulerIsCutToTheWindowAndTheLongestLine)
     EXPECT_EQ(ruler.x, 2 - 1);
 }
 
+struct Matched {
+    std::u16string before;
+    std::u16string match;
+    std::u16string after;
+};
+
+Matched MatchOf(Editor& editor, bool focused)
+{
+    Matched found;
+    ForEachVisiblePiece(
+        editor.window, focused,
+        [](void* state, const TextPiece& piece) {
+            auto& out = *static_cast<Matched*>(state);
+            const std::u16string text(piece.text, static_cast<std::size_t>(piece.length));
+            if (piece.kind == PieceKind::FindMatch) out.match += text;
+            if (piece.kind == PieceKind::Plain) (out.match.empty() ? out.before : out.after) += text;
+        },
+        &found);
+    return found;
+}
+
+void Find(Editor& editor, std::int64_t line, std::int64_t column, std::int64_t length)
+{
+    editor.Put(column, line);
+    editor.view.findMatch = true;
+    editor.view.findMatchLine = line;
+    editor.view.findMatchColumn = column;
+    editor.view.findMatchLength = length;
+}
+
+TEST(EditPaintRows, AFindMatchIsMarkedWhileTheFocusIsElsewhere)
+{
+    Editor editor(TypeCharacter, {1, 1}, u"first\nsecond\nthird");
+    Find(editor, 1, 2, 3);
+    EXPECT_EQ(MatchOf(editor, false).match, u"con");
+    EXPECT_EQ(MatchOf(editor, false).before, u"firstse");
+    EXPECT_EQ(MatchOf(editor, false).after, u"dthird");
+    EXPECT_EQ(MatchOf(editor, true).match, u"") << "the caret shows it";
+    editor.Press(KeyRight);
+    EXPECT_EQ(MatchOf(editor, false).match, u"") << "the caret has left";
+}
+
+TEST(EditPaintRows, ASelectionHidesTheFindMatch)
+{
+    Editor editor(TypeCharacter, {1, 1}, u"first\nsecond");
+    editor.Select({0, 0}, {2, 0});
+    editor.view.findMatch = true;
+    editor.view.findMatchLength = 5;
+    EXPECT_EQ(MatchOf(editor, false).match, u"");
+}
+
+TEST(EditPaintRows, AMatchThatHasBecomeTooLongIsCut)
+{
+    Editor editor(TypeCharacter, {1, 1}, u"first\nsecond");
+    Find(editor, 1, 4, 100);
+    EXPECT_EQ(MatchOf(editor, false).match, u"nd");
+}
+
+TEST(EditPaintRows, HiddenSidesAreThoseBehindWhichTheTextGoesOn)
+{
+    Editor editor(TypeCharacter, {3}, std::u16string(60, u'x'));
+    const auto sides = [&] {
+        const HiddenSides hidden = FindHiddenSides(editor.window);
+        return std::vector<bool>{hidden.left, hidden.top, hidden.right, hidden.bottom};
+    };
+    EXPECT_EQ(sides(), (std::vector<bool>{false, false, true, false}));
+    ChangeScrollPositions(editor.State().scroll, 5 * CharWidth, 0);
+    EXPECT_EQ(sides(), (std::vector<bool>{true, false, true, false}));
+    ChangeScrollPositions(editor.State().scroll, ScrollToEnd, 0);
+    EXPECT_EQ(sides(), (std::vector<bool>{true, false, false, false}));
+    Editor tall(TypeCharacter, {3}, u"a\nb\nc\nd\ne\nf\ng\nh\ni\nj\nk\nl");
+    const HiddenSides atTop = FindHiddenSides(tall.window);
+    EXPECT_TRUE(atTop.bottom && !atTop.top);
+    ChangeScrollPositions(tall.State().scroll, 0, ScrollToEnd);
+    const HiddenSides atEnd = FindHiddenSides(tall.window);
+    EXPECT_TRUE(atEnd.top && !atEnd.bottom);
+    EXPECT_FALSE(FindHiddenSides(Editor(TypeCharacter, {3}, u"abc").window).right);
+}
+
 } // namespace
 } // namespace vantrel::test

@@ -160,5 +160,19 @@ TEST(EditSetup, BeforeAFontIsSetNothingDividesByZero)
     EXPECT_EQ(PositionToCaret(editor.window, {5, 5}).line, 1);
 }
 
+TEST(EditSetup, AForgottenScrollRecordStartsAnewAndTheCaretStays)
+{
+    Editor editor(TypeCharacter, {1, 1}, u"abc\ndef");
+    editor.Type(u"x");
+    editor.Select({1, 0}, {2, 1});
+    WindowHandle const own = reinterpret_cast<WindowHandle>(&editor);
+    editor.window.window = own; // the record's window is another one now
+    OnUseScdr(editor.window, false);
+    EXPECT_EQ(editor.State().scroll.window, own);
+    EXPECT_EQ(editor.Caret(), (EditCaret{2, 1}));
+    EXPECT_EQ(NormalisedSelection(editor.window).start, (EditCaret{1, 0}));
+    EXPECT_EQ(editor.UndoSteps(), 1);
+}
+
 } // namespace
 } // namespace vantrel::test

@@ -182,5 +182,82 @@ TEST(EditTyping, AScalarHoldsTheLastCharacterTyped)
     EXPECT_EQ(editor.Lines(), (TextLines{u"d"}));
 }
 
+TEST(EditTyping, ARefusedCharacterLeavesCaretAndSelection)
+{
+    Editor editor(TypeInteger, {3}, u"123");
+    editor.view.overtype = true;
+    editor.Put(1, 0);
+    editor.view.findMatch = true;
+    editor.Type(u"x");
+    EXPECT_EQ(editor.beeps, (std::vector<EditBeep>{EditBeep::Exclamation}));
+    EXPECT_EQ(editor.Lines(), (TextLines{u"123"}));
+    EXPECT_EQ(editor.Caret(), (EditCaret{1, 0}));
+    EXPECT_TRUE(IsSelectionEmpty(editor.window));
+    EXPECT_TRUE(editor.view.findMatch);
+    EXPECT_FALSE(editor.State().modified);
+    editor.view.overtype = false;
+    editor.Select({3, 0}, {1, 0});
+    editor.Type(u"x");
+    EXPECT_EQ(NormalisedSelection(editor.window).start, (EditCaret{1, 0}));
+    EXPECT_EQ(NormalisedSelection(editor.window).end, (EditCaret{3, 0}));
+    EXPECT_EQ(editor.UndoSteps(), 0);
+}
+
+TEST(EditTyping, ARefusedLineBreakOfAPlaneLeavesTheCaret)
+{
+    Editor editor(TypeCharacter, {1, 2, 2}, u"ab\ncd");
+    editor.Put(0, 1);
+    editor.Press(KeyBackspace);
+    EXPECT_EQ(editor.Caret(), (EditCaret{0, 1}));
+    editor.Put(2, 0);
+    editor.Press(KeyDelete);
+    EXPECT_EQ(editor.Caret(), (EditCaret{2, 0}));
+    EXPECT_TRUE(IsSelectionEmpty(editor.window));
+    EXPECT_EQ(editor.notifications, (std::vector<std::int32_t>{EditNotifyPlaneLines, EditNotifyPlaneLines}));
+    EXPECT_EQ(editor.UndoSteps(), 0);
+}
+
+TEST(EditTyping, UndoAndRedoAreChangesToo)
+{
+    Editor editor(TypeCharacter, {1, 1}, u"abc");
+    editor.Type(u"xy");
+    Undo(editor.window);
+    editor.window.readOnly = true;
+    EXPECT_EQ(Undo(editor.window), 0);
+    EXPECT_EQ(Redo(editor.window), 0);
+    EXPECT_EQ(editor.beeps, (std::vector<EditBeep>{EditBeep::Asterisk, EditBeep::Asterisk}));
+    EXPECT_EQ(editor.Lines(), (TextLines{u"xabc"}));
+    EXPECT_EQ(editor.UndoSteps(), 1);
+    EXPECT_EQ(editor.RedoSteps(), 1);
+}
+
+TEST(EditTyping, ControlCharactersAreNotTypedButTheOneAbove)
+{
+    Editor editor(TypeCharacter, {1, 1}, u"");
+    for (char16_t character = 0; character < 32; ++character) {
+        if (character != u'\r' && character != u'\n') editor.Type(std::u16string(1, character));
+    }
+    EXPECT_EQ(editor.Lines(), (TextLines{u""}));
+    EXPECT_TRUE(editor.beeps.empty());
+    editor.Type(u"\x7F\xFFFF");
+    EXPECT_EQ(editor.Lines(), (TextLines{u"\x7F\xFFFF"}));
+}
+
+TEST(EditTyping, AtTheFarEndOfALongLineScrollsByTheCharacter)
+{
+    Editor editor(TypeCharacter, {1, 1}, std::u16string(1000, u'x'));
+    editor.Press(KeyEnd);
+    std::int64_t position = editor.State().scroll.horizontal.position;
+    for (int i = 0; i < 20; ++i) {
+        editor.Type(u"y");
+        EXPECT_EQ(editor.State().scroll.horizontal.position, position + CharWidth);
+        position += CharWidth;
+    }
+    for (int i = 0; i < 5; ++i)
+        editor.Press(KeyBackspace);
+    EXPECT_TRUE(GetCaretPicture(editor.window).shown);
+    EXPECT_EQ(editor.State().scroll.horizontal.position, position - 5 * CharWidth);
+}
+
 } // namespace
 } // namespace vantrel::test
