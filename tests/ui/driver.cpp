@@ -325,6 +325,16 @@ void User::Drag(HWND window, POINT from, POINT to)
     Wait();
 }
 
+void User::Mouse(HWND window, POINT point, DWORD flags, int wheel)
+{
+    ClientToScreen(window, &point);
+    std::vector<INPUT> inputs{MouseInput(point, 0)};
+    if (flags != 0) inputs.push_back(MouseInput(point, flags));
+    inputs.back().mi.mouseData = static_cast<DWORD>(wheel);
+    Send(inputs);
+    Wait();
+}
+
 void User::Command(int id)
 {
     PostMessageW(frame_, WM_COMMAND, static_cast<WPARAM>(id), 0);
@@ -369,6 +379,25 @@ std::wstring User::Title() const
 {
     wchar_t text[512] = {};
     GetWindowTextW(frame_, text, 512);
+    return text;
+}
+
+User::CaretPlace User::Caret() const
+{
+    GUITHREADINFO info{};
+    info.cbSize = sizeof info;
+    GetGUIThreadInfo(GetWindowThreadProcessId(frame_, nullptr), &info);
+    return {info.hwndCaret, info.rcCaret};
+}
+
+std::u16string User::ClipboardText() const
+{
+    std::u16string text;
+    PollUntil([&] { return OpenClipboard(nullptr) != FALSE; });
+    HANDLE const block = GetClipboardData(CF_UNICODETEXT);
+    if (block != nullptr) text = static_cast<const char16_t*>(GlobalLock(block));
+    if (block != nullptr) GlobalUnlock(block);
+    CloseClipboard();
     return text;
 }
 

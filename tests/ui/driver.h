@@ -62,6 +62,8 @@ public:
     // A point of a window's client area.
     void Click(HWND window, int x, int y, int times = 1);
     void Drag(HWND window, POINT from, POINT to);
+    // A step of the mouse: to a point of a window's client area, where `flags` (MOUSEEVENTF_...) happens.
+    void Mouse(HWND window, POINT point, DWORD flags = 0, int wheel = 0);
     void Command(int id);
     void Wait(); // until all posted work is done
 
@@ -71,6 +73,13 @@ public:
     // The pick index of the selected node.
     [[nodiscard]] std::u16string PickIndex() const;
     [[nodiscard]] std::wstring Title() const;
+    // Where the caret blinks, in its window's client area; no window when there is none.
+    struct CaretPlace {
+        HWND window;
+        RECT rect;
+    };
+    [[nodiscard]] CaretPlace Caret() const;
+    [[nodiscard]] std::u16string ClipboardText() const;
     [[nodiscard]] Picture Shot(HWND window) const;
     // Keeps a picture beside the program, for a person to look at.
     void SavePicture(HWND window, const wchar_t* name) const;
