@@ -5,6 +5,7 @@
 
 #include "model/ccdr.h"
 #include "model/primitives.h"
+#include "model/tree_walk.h"
 
 using namespace vantrel;
 
@@ -30,6 +31,20 @@ void WriteAndReadAgain(EditContext& context, const Scdr& tree)
     FreeBytes(image);
 }
 
+// A tree needs no more memory than a small multiple of its image. Decimal data, which no byte of the image stands for, has an allowance
+// of its own.
+void InsistSmall(const Scdr& tree, std::size_t imageSize)
+{
+    std::size_t bytes = 0;
+    for (SubtreeWalk walk(tree); walk.Node() != nullptr; walk.Next()) {
+        const Scdr& node = *walk.Node();
+        bytes += sizeof(Scdr) + (node.Type != TypeDecimal ? DataSize(node.Type, node.ElementCount) : 0);
+        if (node.Rank >= 3)
+            bytes += sizeof(ScdrExtra) + 3 * sizeof(std::int64_t) * static_cast<std::size_t>(node.Rank);
+    }
+    Insist(bytes <= 16 * imageSize);
+}
+
 void UseTree(EditContext& context, const Scdr& tree)
 {
     (void)ScdrDepth(tree);
@@ -52,6 +67,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const ScdrPtr tree = CcdrToScdr(&context, data, static_cast<std::int64_t>(size));
         Insist((tree == nullptr) == (environment.ErrorCode != VTERROR_CODE::NoError));
         if (tree != nullptr) {
+            InsistSmall(*tree, size);
             WriteAndReadAgain(context, *tree);
             UseTree(context, *tree);
         }
