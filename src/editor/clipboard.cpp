@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "editor/edit_model.h"
 #include "entry/trace.h"
 
@@ -5,12 +7,21 @@ namespace vantrel {
 
 namespace {
 
+bool IsSurrogate(char16_t unit) noexcept
+{
+    return (unit & 0xF800) == 0xD800;
+}
+
 bool HasSurrogate(const char16_t* text, std::int64_t length) noexcept
 {
-    bool found = false;
-    for (std::int64_t i = 0; i < length; ++i) // without an early end, so that compilers make it vector code
-        found |= (text[i] & 0xF800) == 0xD800;
-    return found;
+    constexpr std::int64_t Block = 64; // of a fixed size, so that compilers make it vector code
+    for (; length >= Block; text += Block, length -= Block) {
+        std::uint16_t found = 0;
+        for (std::int64_t i = 0; i < Block; ++i)
+            found = static_cast<std::uint16_t>(found | (IsSurrogate(text[i]) ? 1 : 0));
+        if (found != 0) return true;
+    }
+    return std::any_of(text, text + length, IsSurrogate);
 }
 
 struct CopiedRange {

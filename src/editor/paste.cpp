@@ -26,13 +26,19 @@ bool MayStandInNumbers(const EditWindow& window, char16_t character) noexcept
     }
 }
 
+// A scalar is one character and has one line.
+bool FitsScalar(std::u16string_view text) noexcept
+{
+    return text.size() <= 1 && text != u"\n";
+}
+
 // Whether the node's type and rank allow the text; if not, the user has been told.
 bool AcceptText(EditWindow& window, std::u16string_view text)
 {
     const Scdr& node = *window.view->node;
     const auto fits = [&](char16_t character) { return MayStandInNumbers(window, character); };
     bool accepted =
-        IsTextType(node) ? node.Rank > 0 || text.size() <= 1 : std::all_of(text.begin(), text.end(), fits);
+        IsTextType(node) ? node.Rank > 0 || FitsScalar(text) : std::all_of(text.begin(), text.end(), fits);
     if (accepted && node.Rank >= 3 && text.find_first_of(u"\r\n") != std::u16string_view::npos) {
         window.effects->notify(window, EditNotifyPlaneLines);
         accepted = false;

@@ -76,5 +76,24 @@ TEST(EditClipboard, CopyOutOfMemoryIsReportedAndTheClipboardClosed)
     EXPECT_FALSE(editor.clipboardOpen);
 }
 
+TEST(EditClipboard, ASurrogateIsFoundWhereverItStands)
+{
+    for (const std::size_t place : {0, 1, 62, 63, 64, 65, 127, 128, 199}) {
+        for (const char16_t unit : {char16_t{0xD800}, char16_t{0xDFFF}}) {
+            Editor editor(TypeCharacter, {1, 1}, u"ab");
+            std::u16string text(200, u'\xE000');
+            text[place] = unit;
+            editor.clipboard = text;
+            PasteClipboard(editor.window);
+            EXPECT_EQ(editor.Lines(), (TextLines{u"ab"})) << place;
+            EXPECT_EQ(editor.beeps.size(), 1u);
+        }
+    }
+    Editor editor(TypeCharacter, {1, 1}, u"");
+    editor.clipboard = std::u16string(200, u'\xD7FF');
+    PasteClipboard(editor.window);
+    EXPECT_EQ(editor.Lines()[0].size(), 200u);
+}
+
 } // namespace
 } // namespace vantrel::test

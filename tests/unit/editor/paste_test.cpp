@@ -198,5 +198,16 @@ TEST(EditPaste, AFailedSplitLeavesItsErrorAndTheText)
     EXPECT_FALSE(editor.State().modified);
 }
 
+TEST(EditPaste, ALineFeedIsNoCharacterOfAScalar)
+{
+    Editor editor(TypeCharacter, {}, u"a");
+    EXPECT_EQ(editor.Paste(u"\n"), 1);
+    EXPECT_EQ(editor.beeps, (std::vector<EditBeep>{EditBeep::Exclamation}));
+    EXPECT_EQ(editor.Lines(), (TextLines{u"a"}));
+    EXPECT_EQ(editor.Caret(), (EditCaret{0, 0}));
+    EXPECT_EQ(editor.Paste(u"\r"), 0);
+    EXPECT_EQ(editor.Lines(), (TextLines{u"\r"}));
+}
+
 } // namespace
 } // namespace vantrel::test
