@@ -110,7 +110,8 @@ struct EditWindow {
     std::int32_t frameWidth = 0; // SM_CXFRAME, the gap beside the line numbers
     bool inUndo = false;         // an undo record is being applied
     bool readOnly = false;
-    // What the mouse has begun; at most one.
+    // What the mouse has begun, at most one, and over which node: the view may go on to another before the button is let go.
+    const Scdr* pressed = nullptr;
     bool dragText = false;  // the left button went down inside the selection
     bool selecting = false; // it went down elsewhere in the text
     bool resizing = false;  // a border is being dragged
@@ -276,6 +277,7 @@ struct EditFrame {
                                        std::int32_t code) noexcept;
 // False: the code names no border that moves.
 bool BeginResize(EditWindow& window, const EditFrame& frame, std::int32_t code, Point64 screen) noexcept;
+// The size for a mouse that has come this far.
 [[nodiscard]] Size64 ResizedTo(const EditWindow& window, Point64 screen) noexcept;
 
 // --- pop-up menu (menu.cpp) ---

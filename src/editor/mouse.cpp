@@ -42,6 +42,11 @@ void PressLeft(EditWindow& window, EditCaret caret, bool shift)
     }
 }
 
+bool IsSameNode(const EditWindow& window) noexcept
+{
+    return HasEditedNode(window) && window.view->node == window.pressed;
+}
+
 // --- dropping ---
 
 std::int32_t InsertAt(EditWindow& window, EditCaret caret, const Text& text, bool firstOfGroup)
@@ -84,6 +89,7 @@ bool PressMouse(EditWindow& window, const MousePress& press)
     if (!Contains(window.text, press.point)) return false;
     const EditCaret caret = PositionToCaret(window, press.point);
     window.dragText = window.selecting = false;
+    window.pressed = window.view->node;
     if (press.left && !press.right && !press.control) {
         PressLeft(window, caret, press.shift);
     } else if (press.right && !press.left && !press.shift && !press.control) {
@@ -95,7 +101,7 @@ bool PressMouse(EditWindow& window, const MousePress& press)
 void DragMouse(EditWindow& window, Point64 point)
 {
     const TraceScope trace("mouse.cpp", "DragMouse");
-    if (!window.selecting) return;
+    if (!window.selecting || !IsSameNode(window)) return;
     // The caret may follow the pointer out of the window; that movement scrolls.
     const EditCaret caret = PositionToCaret(window, point);
     if (caret != CaretOf(window)) SelectTo(window, caret);
@@ -106,10 +112,11 @@ void EndMouse(EditWindow& window, Point64 point)
     const TraceScope trace("mouse.cpp", "EndMouse");
     if (!window.dragText && !window.selecting && !window.resizing) return;
     const bool drops = window.dragText;
-    if (HasEditedNode(window)) DragMouse(window, point);
+    DragMouse(window, point);
+    if (window.selecting && IsSameNode(window)) SelectionEnd(window);
     window.dragText = window.selecting = window.resizing = false;
     if (!HasEditedNode(window)) return;
-    if (drops) DropText(window, PositionToCaret(window, point));
+    if (drops && IsSameNode(window)) DropText(window, PositionToCaret(window, point));
     DrawCaret(window);
 }
 

@@ -64,6 +64,7 @@ bool BeginResize(EditWindow& window, const EditFrame& frame, std::int32_t code, 
                        around.height + window.view->lineHeight + 1};
     window.resize = {code, screen, frame.window, least};
     window.resizing = true;
+    window.pressed = window.view->node;
     return true;
 }
 

@@ -67,6 +67,7 @@ void ResizeToMouse(EditInstance& instance)
 {
     const TraceScope trace("edit_border.cpp", "ResizeToMouse");
     const HWND window = WindowOf(instance);
+    if (instance.edit.view->node != instance.edit.pressed) return;
     POINT screen{static_cast<LONG>(instance.lastMousePoint.x), static_cast<LONG>(instance.lastMousePoint.y)};
     ClientToScreen(window, &screen);
     const Size64 size = ResizedTo(instance.edit, {screen.x, screen.y});

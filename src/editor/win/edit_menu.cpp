@@ -103,6 +103,7 @@ void ShowMenuAt(EditInstance& instance, POINT point)
 LRESULT OnContextMenu(EditInstance& instance, LPARAM screen)
 {
     const TraceScope trace("edit_menu.cpp", "OnContextMenu");
+    if (instance.edit.view->busy) return 0; // the text is being laid out or converted right now
     const POINT point{GET_X_LPARAM(screen), GET_Y_LPARAM(screen)};
     const bool byKeyboard = point.x == -1 && point.y == -1;
     ShowMenuAt(instance, byKeyboard ? CaretOnScreen(instance) : point);

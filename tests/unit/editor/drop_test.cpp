@@ -214,5 +214,24 @@ TEST(EditDrop, TheNodeMayHaveGoneMeanwhile)
     EXPECT_EQ(editor.Lines(), (TextLines{u"abcdefgh"}));
 }
 
+TEST(EditDrop, AnotherNodeMayHaveComeMeanwhile)
+{
+    Editor editor(TypeCharacter, {1, 1}, u"abcdefgh");
+    Editor other(TypeCharacter, {1, 1}, u"ijklmnop");
+    other.Select({1, 0}, {3, 0});
+    editor.Select({2, 0}, {5, 0});
+    ASSERT_TRUE(Grab(editor, At(3, 0)));
+    editor.view.node = other.node.get();
+    EndMouse(editor.window, At(7, 0));
+    EXPECT_EQ(other.Lines(), (TextLines{u"ijklmnop"}));
+    EXPECT_EQ(NormalisedSelection(other.window).end, (EditCaret{3, 0}));
+    editor.view.node = editor.node.get();
+    ASSERT_TRUE(Grab(editor, At(7, 0)));
+    editor.view.node = other.node.get();
+    DragMouse(editor.window, At(0, 0));
+    EndMouse(editor.window, At(0, 0));
+    EXPECT_EQ(other.Caret(), (EditCaret{3, 0}));
+}
+
 } // namespace
 } // namespace vantrel::test
