@@ -1,6 +1,8 @@
 // The cell editor with real keys and a real mouse.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "ui/driver.h"
 
 namespace vantrel::ui {
@@ -97,6 +99,14 @@ int HeightOf(const RECT& rect)
     return rect.bottom - rect.top;
 }
 
+void ClearClipboard()
+{
+    while (!OpenClipboard(nullptr))
+        Sleep(10);
+    EmptyClipboard();
+    CloseClipboard();
+}
+
 // --- keys and clipboard ---
 
 TEST_F(CellEditor, SelectAllCopiesLinesAndTypingReplacesThem)
@@ -131,6 +141,24 @@ TEST_F(CellEditor, CutMovesTextAndEnterBreaksALine)
         user.Command(SaveAndClose);
     });
     Expect(outcome, Matrix({U"cd    ", U"efghab", U"y     "}));
+}
+
+TEST_F(CellEditor, ASurrogateOnTheClipboardAndATypedOneAreRefused)
+{
+    const Outcome outcome = RunEdit(interpreter, MatrixItem({U"abc", U"def"}), [](User& user) {
+        user.Key(VK_TAB);
+        ClearClipboard();
+        OpenClipboard(nullptr);
+        HGLOBAL const block = GlobalAlloc(GMEM_MOVEABLE, 8);
+        std::copy_n(u"x\xD83D\xDE00", 4, static_cast<char16_t*>(GlobalLock(block)));
+        GlobalUnlock(block);
+        SetClipboardData(CF_UNICODETEXT, block);
+        CloseClipboard();
+        user.Key('V', {VK_CONTROL});
+        user.Type(u"\xD83D\xDE00!");
+        user.Command(SaveAndClose);
+    });
+    Expect(outcome, Matrix({U"!abc", U"def "}));
 }
 
 TEST_F(CellEditor, AltGrIsNoControlAndControlDeletesToTheLinesEnd)
@@ -231,6 +259,24 @@ TEST_F(CellEditor, DraggedTextMovesAndOneUndoBringsItBack)
         user.Command(SaveAndClose);
     });
     Expect(outcome, Matrix({U"abcdefghij   ", U"klpqrst      ", U"uvwxyzABCD   ", U"EmnoFGHIJKLMN"}));
+}
+
+TEST_F(CellEditor, ADoubleClickIsTheViewsAndSelectsNoWord)
+{
+    RunEdit(interpreter, MatrixItem(Letters()), [](User& user) {
+        user.Key(VK_TAB);
+        const POINT at = At(user.Editor(), 3, 1);
+        user.Click(user.Editor(), at.x, at.y, 2);
+        RECT view{};
+        GetClientRect(user.Client(), &view);
+        user.ExpectEqual(WidthOf(WindowRect(user.Editor())), static_cast<int>(view.right), "maximised");
+        ClearClipboard();
+        user.Key('C', {VK_CONTROL});
+        user.ExpectEqual(user.ClipboardText(), u"", "nothing is selected");
+        const POINT inside{view.right / 2, view.bottom / 2};
+        user.Click(user.Editor(), inside.x, inside.y, 2);
+        user.Expect(WidthOf(WindowRect(user.Editor())) < view.right / 2, "restored");
+    });
 }
 
 TEST_F(CellEditor, HeldOutsideTheWindowTheMouseGoesOnScrolling)
