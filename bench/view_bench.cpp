@@ -147,6 +147,7 @@ void CommitOneLeaf(benchmark::State& state)
         Scdr& last = *Children(*leaves.root)[LeafCount - 1];
         SpliceRecord(last.records, 0, 0, 1, u"x", 1);
         last.records.flags |= RecordsEdited;
+        leaves.view.edit.node = &last; // text is typed into the selected array
         benchmark::DoNotOptimize(CheckScdr(leaves.view, *leaves.root));
     }
 }

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "entry/lang_env.h"
+#include "entry/memory.h"
 
 struct HACCEL__;
 
@@ -43,6 +44,10 @@ struct EditContext {
     // Nonzero to abandon a long operation; set while a window may be pumped. Reached through the context because the rooms below the entry
     // poll it too. Null: nothing interrupts.
     std::int32_t (*isInterruptOrClosePending)(EditContext*) = nullptr;
+    // Opens a further window on the variable that the object names and takes the object over; nonzero with ErrorCode where it could not.
+    // Reached through the context because the views that ask for it lie below the entry. Null outside EditObject.
+    std::int32_t (*openVariable)(EditContext*, HostObject name) = nullptr;
+    Vector<HostObject> openedObjects; // names and values of the windows opened so; freed when the run ends
 };
 
 // Bridge between the two error roads: stores the code and answers false / null, so that a catch clause is one line.

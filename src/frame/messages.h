@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+#include "view/messages.h"
+
 namespace vantrel {
 
 inline constexpr char16_t FrameClassName[] = u"quillmoor vantrel frame class";
@@ -12,7 +14,7 @@ inline constexpr std::uint32_t FrameGetSizeOnOpen = 0x8065; // is "Size to defin
 inline constexpr std::uint32_t FramePlaceNameBox = 0x8066;
 inline constexpr std::uint32_t FrameSetName =
     0x8068; // wParam 0: lParam is the value handed over; 1: the variable's name
-inline constexpr std::uint32_t FrameSizeToDefinition = 0x8069;
+inline constexpr std::uint32_t FrameSizeToDefinition = SizeFrameToDefinition;
 inline constexpr std::uint32_t FrameIsClosing = 0x806B;
 
 // Private numbers that the command log knows as "Set array".

@@ -12,6 +12,15 @@
 /* Menus */
 #define IDM_FRAME 101
 #define IDM_EDIT_POPUP 102
+#define IDM_VIEW 103
+
+/* Dialogs */
+#define IDD_REORDER_AXES 103
+
+/* Controls of dialogs */
+#define IDC_AXES_LIST 1001
+#define IDC_AXES_UP 1002
+#define IDC_AXES_DOWN 1003
 
 /* Accelerator tables: the main one serves every edit, the host's own is asked before it */
 #define IDA_MAIN 101
@@ -76,6 +85,24 @@
 #define ID_RESTORE 4604
 #define ID_MINIMIZE 4605
 #define ID_MAXIMIZE 4606
+
+/* Commands: actions on the selected array */
+#define ID_ACTION_CONVERT_TO_CHARACTER 4607
+#define ID_ACTION_CONVERT_TO_NUMERIC 4608
+#define ID_ACTION_RAVEL 4609
+#define ID_ACTION_FIRST 4610
+#define ID_ACTION_DISCLOSE 4611
+#define ID_ACTION_ENCLOSE 4612
+#define ID_ACTION_ENLIST 4613
+#define ID_ACTION_REVERSE 4614
+#define ID_ACTION_REVERSE_FIRST_AXIS 4615
+#define ID_ACTION_TRANSPOSE 4616
+#define ID_ACTION_SORT_ASCENDING 4617
+#define ID_ACTION_SORT_DESCENDING 4618
+#define ID_ACTION_MAKE_MATRIX 4619
+#define ID_ACTION_MAKE_ARRAY_OF_ROWS 4621
+#define ID_ACTION_REORDER_AXES 4628
+#define ID_ACTION_EXECUTE 4629
 
 /* Commands: planes of the selected array */
 #define ID_PLANE_UP 4622

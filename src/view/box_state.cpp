@@ -1,6 +1,7 @@
 // The states of a box: minimised to a button, maximised to the window, restored.
 #include "entry/trace.h"
 #include "model/tree_walk.h"
+#include "view/edited.h"
 #include "view/layout.h"
 #include "view/messages.h"
 #include "view/selection.h"
@@ -134,7 +135,7 @@ bool Contains(const Scdr& ancestor, const Scdr& node) noexcept
 
 std::int32_t SelectAndRestore(View& view, Scdr& node)
 {
-    view.edit.node = &node;
+    MakeSelected(view, &node);
     return RestoreScdr(view);
 }
 

@@ -6,8 +6,11 @@
 #include "model/edit_state.h"
 #include "model/rebuild.h"
 #include "view/busy.h"
+#include "view/edited.h"
 #include "view/layout.h"
+#include "view/layout_change.h"
 #include "view/messages.h"
+#include "view/report.h"
 #include "view/selection.h"
 
 namespace vantrel {
@@ -15,19 +18,16 @@ namespace {
 
 struct Commit {
     View& view;
-    bool replacedAny;
+    std::int64_t replaced;
     bool editorKindChanged; // a scalar became a vector or the other way round while the editor stands over it
+    bool onlyOne;           // array is edited: its box alone is laid out anew
+    bool laidOut;           // sizes and places are right already
 };
 
 struct CaretPlace {
     std::int64_t column = 0;
     std::int64_t line = 0;
 };
-
-bool IsEdited(const Scdr& node) noexcept
-{
-    return (node.records.flags & RecordsEdited) != 0;
-}
 
 // Failures that say nothing about the text: taking it for characters because of them would quietly turn numbers into text.
 bool IsPassingFailure(VTERROR_CODE code) noexcept
@@ -89,6 +89,7 @@ Scdr& TakePlace(View& view, Scdr& node, ScdrPtr fresh) noexcept
     if (view.root == &node) view.root = taken;
     if (view.top == &node) view.top = taken;
     if (view.edit.node == &node) view.edit.node = taken;
+    ForgetEditedBelow(view, node);
     if (node.parent != nullptr) {
         SetChild(*node.parent, IndexInParent(node), std::move(fresh));
     } else {
@@ -132,28 +133,33 @@ bool CheckSimpleScdr(Commit& commit, Scdr& node)
     if (fresh == nullptr) return false;
     const bool maximized = (node.Flags & FlagMaximized) != 0;
     if (maximized) {
-        view.edit.node = &node; // it fills the window, so it is the selection
+        MakeSelected(view, &node); // it fills the window, so it is the selection
         if (RestoreScdr(view) != 0) return false;
     }
     const bool selected = Selected(view) == &node;
     commit.editorKindChanged =
         commit.editorKindChanged || (selected && (node.Rank == 0) != (fresh->Rank == 0));
-    commit.replacedAny = true;
+    ++commit.replaced;
+    const BoxGeometry before = GeometryOf(node);
     Scdr& placed = TakePlace(view, node, std::move(fresh));
     if (selected) ReloadEditor(view); // before anything else asks the editor for what it knew of the old node
+    commit.laidOut = commit.onlyOne && !maximized && LayOutChangedBox(view, placed, before);
     if (maximized) MaximizeScdr(view);
-    InvalidateAncestorsSizesAndLaterSiblingsOrigins(placed);
+    if (!commit.laidOut) InvalidateAncestorsSizesAndLaterSiblingsOrigins(placed);
     return true;
 }
 
-bool CheckNode(Commit& commit, Scdr& node)
+// Stops at the first failure.
+bool CheckEdited(Commit& commit, Scdr& root)
 {
-    if (IsSimple(node)) return !IsEdited(node) || CheckSimpleScdr(commit, node);
-    const std::int64_t count = ChildCount(node);
-    for (std::int64_t i = 0; i < count; ++i) {
-        if (!CheckNode(commit, *Children(node)[i])) return false;
+    try {
+        const Vector<Scdr*> edited = EditedBelow(commit.view, root);
+        commit.onlyOne = edited.size() == 1;
+        return std::all_of(edited.begin(), edited.end(),
+                           [&](Scdr* node) { return CheckSimpleScdr(commit, *node); });
+    } catch (VTERROR_CODE code) {
+        return SetErrorCode(commit.view.context, code);
     }
-    return true;
 }
 
 // One new layout for all that was replaced.
@@ -161,7 +167,7 @@ void FollowReplacements(const Commit& commit, const CaretPlace& caret)
 {
     View& view = commit.view;
     view.effects.invalidate(view);
-    CalculateScdrSizes(view);
+    if (!commit.laidOut) CalculateScdrSizes(view);
     SetScrollBarsDataSizeFromScdr(view);
     if (commit.editorKindChanged) EditBegin(view);
     ReloadEditor(view);
@@ -178,10 +184,10 @@ std::int32_t CheckScdr(View& view, Scdr& node)
     TraceScope trace("commit.cpp", "CheckScdr");
     const BusyMark busy(view);
     const CaretPlace caret = CaretOf(view);
-    Commit commit{view, false, false};
-    const bool passed = CheckNode(commit, node);
-    if (commit.replacedAny) FollowReplacements(commit, caret);
-    if (!passed) view.effects.notifyFrame(view, ViewNotifyError);
+    Commit commit{view, 0, false, false, false};
+    const bool passed = CheckEdited(commit, node);
+    if (commit.replaced > 0) FollowReplacements(commit, caret);
+    if (!passed) ReportHostError(view);
     return passed ? 1 : 0;
 }
 

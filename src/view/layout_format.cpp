@@ -6,8 +6,8 @@
 #include "builtin/format.h"
 #include "entry/trace.h"
 #include "model/rebuild.h"
-#include "view/messages.h"
 #include "view/progress.h"
+#include "view/report.h"
 
 namespace vantrel {
 namespace {
@@ -136,9 +136,9 @@ void ReportFormatFailure(View& view)
     if (HasError(view.context)) {
         // While an array loads that would be refused, the error is the interpreter's to report: shown, it would be spent.
         const bool loading = (view.context->flags & EditContextLoading) != 0;
-        if (!loading || !view.options.rejectBadData) view.effects.notifyFrame(view, ViewNotifyError);
+        if (!loading || !view.options.rejectBadData) ReportHostError(view);
     } else if ((view.flags & ViewQuiet) == 0) {
-        view.effects.showStatus(view, StatusUnableToFormat, -1, true);
+        ShowError(view, StatusUnableToFormat);
     }
 }
 

@@ -12,7 +12,9 @@
 
 #include "entry/trace.h"
 #include "view/box_text.h"
+#include "view/layout_change.h"
 #include "view/progress.h"
+#include "view/report.h"
 
 namespace vantrel {
 namespace {
@@ -266,6 +268,19 @@ bool LayOutTop(View& view, Sizing& sizing)
 
 } // namespace
 
+std::int32_t SizeBox(View& view, Scdr& node)
+{
+    TraceScope trace("layout_sizes.cpp", "SizeBox");
+    Sizing sizing{view, {}, {}, nullptr};
+    node.Flags = static_cast<std::uint8_t>(node.Flags & ~FlagSizeValid);
+    try {
+        return GetScdrCell(sizing, node, {}, false) ? 1 : 0;
+    } catch (VTERROR_CODE code) {
+        SetErrorCode(view.context, code);
+        return 1;
+    }
+}
+
 std::int32_t CalculateScdrSizes(View& view)
 {
     TraceScope trace("layout_sizes.cpp", "CalculateScdrSizes");
@@ -277,7 +292,7 @@ std::int32_t CalculateScdrSizes(View& view)
     sizing.widths.stringId = StatusCalculatingWidthsPercent;
     if (!quiet) sizing.progress.total = CountSimpleScdrsAndInvalidRecords(*view.top);
     const bool stopped = LayOutTop(view, sizing);
-    if (stopped && !quiet) view.effects.showStatus(view, StatusUnableToCalculateSizes, -1, true);
+    if (stopped && !quiet) ShowError(view, StatusUnableToCalculateSizes);
     return stopped ? 1 : 0;
 }
 

@@ -33,6 +33,9 @@ inline constexpr std::uint32_t ViewPrintScdr = 32985;
 inline constexpr std::uint32_t ViewGetBusy = 32986;
 inline constexpr std::uint32_t ViewSetObject = 32987;
 
+// What the view asks of its frame: the size at which the whole array is seen.
+inline constexpr std::uint32_t SizeFrameToDefinition = 0x8069;
+
 // WM_NOTIFY codes from the view to the frame.
 inline constexpr std::int32_t ViewNotifyState = 1; // selection or state changed
 inline constexpr std::int32_t ViewNotifyFont = 2;

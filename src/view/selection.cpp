@@ -4,6 +4,7 @@
 
 #include "entry/trace.h"
 #include "view/busy.h"
+#include "view/edited.h"
 #include "view/hit_test.h"
 #include "view/layout.h"
 #include "view/messages.h"
@@ -59,6 +60,29 @@ bool IsMaximized(const Scdr& node) noexcept
     return (node.Flags & FlagMaximized) != 0;
 }
 
+// True when the view scrolled towards the selection, which the editor then has to follow.
+bool ScrollSelectionIntoSight(View& view)
+{
+    Scdr* const node = Selected(view);
+    if (node == nullptr) return false;
+    SelectPlane(view, *node);
+    if (IsMaximized(*node)) return false;
+    const Rect64 client{0, 0, view.metrics.client.width, view.metrics.client.height};
+    if (IsInside(ToWindow(view, NodeRect(*view.top)), client)) {
+        ChangeScrollPositions(view.scroll, ScrollToStart, ScrollToStart);
+        return false;
+    }
+    Rect64 selection;
+    if (!FindHiddenSelection(view, client, selection)) return false;
+    const bool followEnd = node != view.top;
+    const std::int64_t dx =
+        ScrollDistance(selection.left, selection.right, client.left, client.right, followEnd);
+    const std::int64_t dy =
+        ScrollDistance(selection.top, selection.bottom, client.top, client.bottom, followEnd);
+    ChangeScrollPositions(view.scroll, dx, dy);
+    return true;
+}
+
 } // namespace
 
 bool IsShownInEditor(const Scdr& node) noexcept
@@ -73,12 +97,13 @@ std::int32_t SelectScdr(View& view, Scdr& node, bool setFocus)
     if (&node == Selected(view)) return 0;
     Scdr* const previous = Selected(view);
     if (RestoreAncestors(view, node) != 0) {
-        view.edit.node = previous;
+        MakeSelected(view, previous);
         EditBegin(view);
         return 1;
     }
-    view.edit.node = &node;
-    MoveScdrIntoWindow(view);
+    MakeSelected(view, &node);
+    // The editor that is there still shows the array left behind: it must not travel to the new place before it has taken the new one.
+    ScrollSelectionIntoSight(view);
     EditBegin(view);
     view.effects.invalidate(view);
     if (setFocus) view.effects.setFocus(view);
@@ -90,24 +115,7 @@ std::int32_t SelectScdr(View& view, Scdr& node, bool setFocus)
 void MoveScdrIntoWindow(View& view)
 {
     TraceScope trace("selection.cpp", "MoveScdrIntoWindow");
-    Scdr* const node = Selected(view);
-    if (node == nullptr) return;
-    SelectPlane(view, *node);
-    if (IsMaximized(*node)) return;
-    const Rect64 client{0, 0, view.metrics.client.width, view.metrics.client.height};
-    if (IsInside(ToWindow(view, NodeRect(*view.top)), client)) {
-        ChangeScrollPositions(view.scroll, ScrollToStart, ScrollToStart);
-        return;
-    }
-    Rect64 selection;
-    if (!FindHiddenSelection(view, client, selection)) return;
-    const bool followEnd = node != view.top;
-    const std::int64_t dx =
-        ScrollDistance(selection.left, selection.right, client.left, client.right, followEnd);
-    const std::int64_t dy =
-        ScrollDistance(selection.top, selection.bottom, client.top, client.bottom, followEnd);
-    ChangeScrollPositions(view.scroll, dx, dy);
-    EditResize(view);
+    if (ScrollSelectionIntoSight(view)) EditResize(view);
 }
 
 void EditBegin(View& view)

@@ -3,9 +3,11 @@
 #include "model/edit_state.h"
 #include "model/tree_walk.h"
 #include "view/busy.h"
+#include "view/edited.h"
 #include "view/layout.h"
 #include "view/messages.h"
 #include "view/selection.h"
+#include "view/undo.h"
 
 namespace vantrel {
 namespace {
@@ -19,8 +21,10 @@ void TellFrame(View& view)
 void DropTree(View& view)
 {
     EditHide(view);
+    UndoPurge(view); // what is saved has no place in another tree
     const bool filled = view.top != nullptr && IsSimple(*view.top) && (view.top->Flags & FlagMaximized) != 0;
     view.edit.node = nullptr;
+    ForgetAllEdited(view);
     view.top = nullptr;
     FreeScdr(&view.root);
     if (filled) view.effects.showWindowScrollBars(view, true);

@@ -46,6 +46,13 @@ struct ViewEffects {
     void (*moveEditorCaret)(View& view, std::int64_t column, std::int64_t line); // from the start of the text
     void (*hideEditor)(View& view);
     void (*setFocus)(View& view); // SetScdrFocus
+    void (*setEditorModified)(View& view);
+    // Commands. `enableFrame` lets no input through while the host converts; `sizeFrame` gives the frame the size that the array wants.
+    void (*enableFrame)(View& view, bool enable);
+    void (*sizeFrame)(View& view);
+    // Lets the user put the axes of a node of rank >= 3 in order: `axes` holds their numbers, first to last, and receives them as
+    // the user wants them. False: cancelled.
+    bool (*askAxisOrder)(View& view, const Scdr& node, std::int32_t* axes);
 };
 
 enum ViewFlag : std::uint8_t {
@@ -65,10 +72,13 @@ struct ViewOptions {
     // overtype, lineNumbers, ruler and rankOneScrollBars live in `edit`, where the editor reads them
 };
 
+struct UndoEntry; // undo.h
+
 struct View {
     EditView edit; // edit.node is the selected node
     EditContext* context = nullptr;
     WindowHandle window = nullptr;
+    WindowHandle frame = nullptr;
     ViewEffects effects{};
     ViewMetrics metrics;
     ViewOptions options;
@@ -77,8 +87,13 @@ struct View {
     ScrollRecord scroll;  // the window's own scroll bars
     std::int32_t spaceWidth = 0;
     bool editorActive = false; // an edit window is shown over the selected node
+    bool errorShown = false;   // the status bar says what went wrong in the present command
     std::uint8_t flags = 0;    // ViewFlag
-    void* win = nullptr;       // the presentation's own record
+    UndoEntry* undo = nullptr; // array undo, newest first; owned
+    UndoEntry* redo = nullptr;
+    Vector<Scdr*> edited;       // edited.h: arrays that were left with typed text
+    bool editedUnknown = false; // and there may be others
+    void* win = nullptr;        // the presentation's own record
 };
 
 [[nodiscard]] inline Scdr* Selected(const View& view) noexcept

@@ -1,5 +1,7 @@
 #include "entry/win/edit_object.h"
 
+#include <utility>
+
 #include "entry/command_log.h"
 #include "entry/names.h"
 #include "entry/trace.h"
@@ -131,12 +133,18 @@ private:
     HWND window_;
 };
 
+// A frame that shows the value. False when there is none: it did not come up, or the array was refused.
+bool ShowInFrame(EditContext* context, const char16_t* title, HostObject name, HostObject value)
+{
+    const DWORD style = ReadBooleanOption(u"Always on top", false) ? WS_EX_TOPMOST : 0;
+    HWND const frame = CreateFrame(context, title, name, value, style);
+    return frame != nullptr && LoadValue(context, frame, value);
+}
+
 void EditValue(EditRun& run)
 {
     EditContext* const context = run.context;
-    const DWORD style = ReadBooleanOption(u"Always on top", false) ? WS_EX_TOPMOST : 0;
-    HWND const frame = CreateFrame(context, run.title, run.byName ? run.object : nullptr, run.value, style);
-    if (frame != nullptr && LoadValue(context, frame, run.value)) RunModalLoop(context);
+    if (ShowInFrame(context, run.title, run.byName ? run.object : nullptr, run.value)) RunModalLoop(context);
 }
 
 void RunEdit(EditRun& run)
@@ -157,6 +165,9 @@ void EndRun(EditRun& run) noexcept
     if (context->accelerators != nullptr) DestroyAcceleratorTable(context->accelerators);
     context->accelerators = nullptr;
     if (run.byName && run.value != nullptr) context->langEnv->Operations.FreeObject(context, run.value);
+    for (HostObject object : context->openedObjects)
+        context->langEnv->Operations.FreeObject(context, object);
+    context->openedObjects.clear();
 }
 
 void NoteInterrupt(EditContext* context) noexcept
@@ -174,7 +185,26 @@ void ClearRun(EditContext* context) noexcept
     context->langEnv->Capabilities =
         static_cast<std::uint8_t>(context->langEnv->Capabilities & ~CapabilityInterruptOrClose);
     context->isInterruptOrClosePending = IsInterruptOrClosePending;
+    context->openVariable = OpenVariable;
 }
+
+// A host object that goes back to the host unless somebody keeps it.
+class HeldObject {
+public:
+    HeldObject(EditContext* context, HostObject object) noexcept : context_(context), object_(object) {}
+    ~HeldObject()
+    {
+        if (object_ != nullptr) context_->langEnv->Operations.FreeObject(context_, object_);
+    }
+    HeldObject(const HeldObject&) = delete;
+    HeldObject& operator=(const HeldObject&) = delete;
+    [[nodiscard]] HostObject Get() const noexcept { return object_; }
+    [[nodiscard]] HostObject Keep() noexcept { return std::exchange(object_, nullptr); }
+
+private:
+    EditContext* context_;
+    HostObject object_;
+};
 
 void RunGuarded(EditRun& run) noexcept
 {
@@ -214,6 +244,27 @@ HWND CreateFrame(EditContext* context, const char16_t* title, HostObject name, H
     return frame;
 }
 
+std::int32_t OpenVariable(EditContext* context, HostObject name)
+{
+    TraceScope trace("edit_object.cpp", "OpenVariable");
+    HeldObject heldName(context, name);
+    context->openedObjects.reserve(context->openedObjects.size() + 2);
+    if (IsObjectValidName(context, name) == 0) {
+        if (!HasError(context)) SetErrorCode(context, VTERROR_CODE::DomainError);
+        return 1;
+    }
+    char16_t title[TitleSize] = {};
+    HeldObject value(context, GetVariableValue(context, name, title));
+    if (value.Get() == nullptr) {
+        if (!HasError(context)) SetErrorCode(context, VTERROR_CODE::ValueError);
+        return 1;
+    }
+    if (!ShowInFrame(context, title, name, value.Get())) return 1;
+    context->openedObjects.push_back(heldName.Keep());
+    context->openedObjects.push_back(value.Keep());
+    return 0;
+}
+
 HostObject EditObject(EditContext* context, HostObject object, bool byName) noexcept
 {
     TraceScope trace("edit_object.cpp", "EditObject");
@@ -232,6 +283,7 @@ HostObject EditObject(EditContext* context, HostObject object, bool byName) noex
     context->timer = nullptr;
     context->commandLog = nullptr;
     context->isInterruptOrClosePending = nullptr;
+    context->openVariable = nullptr;
     PassQuitToHost();
     return context->result;
 }

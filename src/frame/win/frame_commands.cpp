@@ -1,3 +1,5 @@
+#include <iterator>
+
 #include "entry/command_log.h"
 #include "entry/trace.h"
 #include "frame/win/frame_window.h"
@@ -62,12 +64,37 @@ void CauseAccessViolation(EditContext* context)
     static_cast<void>(*nowhere);
 }
 
+bool AskDebug(const FrameWindow& frame, const wchar_t* question)
+{
+    return MessageBoxW(frame.window, question, DebugTitle, MB_YESNO | MB_ICONQUESTION) == IDYES;
+}
+
+// Shows an array whose look is known, for a person to judge, and goes back to the user's own.
+void RunTest(FrameWindow& frame)
+{
+    TraceScope trace("frame_commands.cpp", "RunTest");
+    constexpr char16_t text[] = u"This is test 1";
+    constexpr int Depth = 4;
+    ScdrPtr tree = ScdrFromUnicode(frame.context, text, static_cast<std::int64_t>(std::size(text)) - 1);
+    if (tree == nullptr) {
+        ShowHostError(frame);
+        return;
+    }
+    SendMessageW(frame.client, ViewSetScdr, 0, reinterpret_cast<LPARAM>(tree.release()));
+    RethrowEscapedException();
+    for (int i = 0; i < Depth; ++i) {
+        SendMessageW(frame.client, WM_COMMAND, ID_ACTION_ENCLOSE, 0);
+        RethrowEscapedException();
+    }
+    if (!AskDebug(frame, L"Does the result look correct?")) LogLine(frame.context, "Test 1 failed");
+    OnRevert(frame);
+}
+
 LRESULT OnDebug(FrameWindow& frame)
 {
     TraceScope trace("frame_commands.cpp", "OnDebug");
-    const int answer = MessageBoxW(frame.window, L"Do you want to cause an exception?", DebugTitle,
-                                   MB_YESNO | MB_ICONQUESTION);
-    if (answer == IDYES) CauseAccessViolation(frame.context);
+    if (AskDebug(frame, L"Do you want to cause an exception?")) CauseAccessViolation(frame.context);
+    if (AskDebug(frame, L"Do you want to run the test?")) RunTest(frame);
     return 0;
 }
 

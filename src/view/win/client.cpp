@@ -8,6 +8,7 @@
 #include "tools/win/visual_cues.h"
 #include "tools/win/wide.h"
 #include "tools/win/window.h"
+#include "view/edited.h"
 #include "view/messages.h"
 #include "view/options.h"
 #include "view/selection.h"
@@ -48,6 +49,7 @@ bool IsRefusedWhileBusy(UINT message) noexcept
     case ViewSetOption:
     case ViewSetPickIndex:
     case ViewSetScdr:
+    case ViewPrintScdr:
     case ViewSetObject: return true;
     default: return false;
     }
@@ -104,6 +106,14 @@ LRESULT OnCtlColorEdit(const ClientWindow& client, HDC dc)
 LRESULT OnSetModified(View& view, bool modified) noexcept
 {
     view.flags = static_cast<std::uint8_t>(modified ? view.flags | ViewModified : view.flags & ~ViewModified);
+    if (!modified) ForgetModified(view);
+    return 0;
+}
+
+LRESULT OnDisableMenuItems(const ClientWindow& client)
+{
+    const HMENU menu = GetMenu(client.view.frame);
+    if (menu != nullptr) DisableMenuChoices(client, menu);
     return 0;
 }
 
@@ -117,6 +127,7 @@ LRESULT HandlePrivateMessage(ClientWindow& client, UINT message, WPARAM wParam, 
     View& view = client.view;
     switch (message) {
     case ViewConvertObject: return OnConvertObject(client, reinterpret_cast<HostObject>(lParam));
+    case ViewDisableMenuItems: return OnDisableMenuItems(client);
     case ViewGetModified: return (view.flags & ViewModified) != 0 ? 1 : 0;
     case ViewGetOption: return GetViewOption(view, static_cast<std::int32_t>(wParam)) ? 1 : 0;
     case ViewGetPickIndex: return OnGetPickIndex(client, wParam != 0, reinterpret_cast<const Scdr*>(lParam));
@@ -169,6 +180,8 @@ LRESULT HandleMessage(ClientWindow& client, UINT message, WPARAM wParam, LPARAM 
     case WM_LBUTTONUP:
     case WM_LBUTTONDBLCLK: return HandleMouse(client, message, wParam, lParam);
     case WM_MOUSELEAVE: return DrawRestoreButtons(client, message, {-1, -1}), Done();
+    case WM_CONTEXTMENU: return OnContextMenu(client, {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)}), Done();
+    case WM_CLIPBOARDUPDATE: return NotifyFrame(client.view, ViewNotifyMenu), Done();
     case WM_CTLCOLOREDIT: return OnCtlColorEdit(client, reinterpret_cast<HDC>(wParam));
     default: return HandlePrivateMessage(client, message, wParam, lParam);
     }

@@ -1,6 +1,3 @@
-#include <string>
-
-#include "entry/command_log.h"
 #include "entry/trace.h"
 #include "model/primitives.h"
 #include "resources/resource.h"
@@ -42,14 +39,6 @@ ScdrPtr ConvertObject(View& view, HostObject object)
         ReportUnconvertible(view);
     }
     return tree;
-}
-
-void LogPickIndex(EditContext* context, const char16_t* text)
-{
-    LogLine(context, "Set array");
-    char line[256];
-    const int length = WideCharToMultiByte(CP_UTF8, 0, AsWide(text), -1, line, sizeof line, nullptr, nullptr);
-    if (length > 0) LogLine(context, line);
 }
 
 } // namespace
@@ -119,7 +108,7 @@ LRESULT OnGetPreferredSize(ClientWindow& client, SIZE& size)
     const View& view = client.view;
     if (view.top == nullptr) return 1;
     Size64 wanted;
-    if (IsSimple(*view.top)) {
+    if (IsSimple(*view.top) && (view.top->Flags & FlagMaximized) != 0) {
         const Rect64 area = GetEditRectangle(view.metrics.margin, *view.top);
         wanted = {area.right - area.left, area.bottom - area.top};
         if (view.edit.lineNumbers) wanted.width += view.edit.lineNumbersWidth;

@@ -13,6 +13,7 @@
 #include "view/busy.h"
 #include "view/messages.h"
 #include "view/selection.h"
+#include "view/undo.h"
 #include "view/win/client_window.h"
 
 namespace vantrel {
@@ -77,6 +78,15 @@ void DestroyEdits(ClientWindow& client)
     DestroyEdit(client.arrayEdit);
 }
 
+// Registers or unregisters the window. Systems without these routines leave the paste commands as they were when last asked for.
+void ListenToClipboard(HWND window, const char* routine) noexcept
+{
+    using Listen = BOOL(WINAPI*)(HWND);
+    const auto listen = reinterpret_cast<Listen>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"user32.dll"), routine)));
+    if (listen != nullptr) listen(window);
+}
+
 void SetDefaultFont(HWND window)
 {
     const HFONT font = GetDefaultFont();
@@ -113,6 +123,7 @@ LRESULT OnCreate(HWND window, const CREATESTRUCTW& create)
     client.window = window;
     view.win = &client;
     view.window = window;
+    view.frame = create.hwndParent;
     view.context = static_cast<EditContext*>(create.lpCreateParams);
     view.edit.context = view.context;
     view.effects = WindowViewEffects();
@@ -123,6 +134,7 @@ LRESULT OnCreate(HWND window, const CREATESTRUCTW& create)
     if (!CreateEdits(client)) return -1;
     SetDefaultFont(window);
     view.effects.showWindowScrollBars(view, true);
+    ListenToClipboard(window, "AddClipboardFormatListener");
     return 0;
 }
 
@@ -131,6 +143,8 @@ void OnDestroy(ClientWindow& client)
     const TraceScope trace("client_create.cpp", "OnDestroy");
     // From here on nothing that the going windows send finds the record.
     SetWindowLongPtrW(client.window, GWLP_USERDATA, 0);
+    ListenToClipboard(client.window, "RemoveClipboardFormatListener");
+    UndoPurge(client.view);
     SaveFont(client);
     SaveViewOptions(client);
     ReleaseWindowResources(client);

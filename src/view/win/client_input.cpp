@@ -6,15 +6,17 @@
 
 #include "editor/edit_messages.h"
 #include "entry/trace.h"
+#include "entry/win/debug_channel.h"
 #include "model/records.h"
 #include "resources/resource.h"
 #include "tools/win/guard.h"
 #include "tools/win/scroll_bars.h"
 #include "tools/win/window.h"
 #include "view/busy.h"
-#include "view/commit.h"
+#include "view/commands.h"
 #include "view/layout.h"
 #include "view/messages.h"
+#include "view/open_object.h"
 #include "view/selection.h"
 #include "view/win/client_window.h"
 
@@ -57,58 +59,6 @@ void ScrollView(View& view, std::int64_t dx, std::int64_t dy)
     EditResize(view);
 }
 
-// After boxes changed their sizes: new places for everything.
-void FinishLayout(View& view)
-{
-    if (CalculateScdrSizes(view) != 0) return;
-    SetScrollBarsDataSizeFromScdr(view);
-    AdjustScrollPositions(view.scroll);
-    EditResize(view);
-    view.effects.invalidate(view);
-    NotifyFrame(view, ViewNotifyState);
-}
-
-void ResetSelectedSize(View& view)
-{
-    Scdr* const node = Selected(view);
-    if (node == nullptr || !IsSimple(*node) || (node->records.flags & RecordsResizedByUser) == 0) return;
-    ResetSize(view, *node);
-    FinishLayout(view);
-}
-
-void ResetAllSizes(View& view)
-{
-    ResetSize(view, *view.root);
-    FinishLayout(view);
-}
-
-bool IsSizeCommand(std::int32_t command) noexcept
-{
-    return command >= ID_RESET_SIZE && command <= ID_MAXIMIZE;
-}
-
-void ChangeBoxSize(View& view, std::int32_t command)
-{
-    switch (command) {
-    case ID_RESET_SIZE: ResetSelectedSize(view); break;
-    case ID_RESET_ALL_SIZES: ResetAllSizes(view); break;
-    case ID_RESTORE: RestoreScdr(view); break;
-    case ID_MINIMIZE: MinimizeScdr(view); break;
-    case ID_MAXIMIZE: MaximizeScdr(view); break;
-    default: break;
-    }
-}
-
-void PerformSizeCommand(View& view, std::int32_t command)
-{
-    const BusyMark busy(view);
-    view.flags |= ViewFormatting;
-    StatusMessage(view.window, IDS_FORMATTING_ARRAY, 0);
-    ChangeBoxSize(view, command);
-    view.flags = static_cast<std::uint8_t>(view.flags & ~ViewFormatting);
-    NotifyFrame(view, ViewNotifyState); // also takes the message away where there was nothing to do
-}
-
 void OnEditorModified(View& view)
 {
     view.flags = static_cast<std::uint8_t>(view.flags | ViewModified);
@@ -127,7 +77,7 @@ void OnEditorResized(ClientWindow& client)
     node->height = rect.bottom - rect.top + 2 * view.metrics.margin;
     node->records.flags = static_cast<std::uint8_t>(node->records.flags | RecordsResizedByUser);
     InvalidateAncestorsSizesAndLaterSiblingsOrigins(*node);
-    FinishLayout(view);
+    FollowBoxSizes(view);
 }
 
 // The wheel pages planes as often as it clicked.
@@ -139,6 +89,11 @@ void OnMouseWheelScrollPlane(ClientWindow& client, std::uint32_t keys, std::int3
     const WPARAM command = delta > 0 ? ID_PLANE_UP : ID_PLANE_DOWN;
     for (std::int32_t i = std::abs(delta) / WHEEL_DELTA; i > 0; --i)
         SendMessageW(client.window, WM_COMMAND, command, 0);
+}
+
+void SendToEditor(const ClientWindow& client, UINT message)
+{
+    if (client.activeEdit != nullptr) SendMessageW(client.activeEdit, message, 0, 0);
 }
 
 bool IsInput(UINT message) noexcept
@@ -215,15 +170,16 @@ bool OnClientKeyDown(ClientWindow& client, WPARAM key)
 void OnCommand(ClientWindow& client, std::int32_t command)
 {
     const TraceScope trace("client_input.cpp", "OnCommand");
-    View& view = client.view;
-    if (view.root == nullptr) return;
-    if (command >= ID_PLANE_UP && command <= ID_PLANE_PAGE_DOWN) {
-        ChangePlane(view, command);
-    } else if (IsSizeCommand(command)) {
-        PerformSizeCommand(view, command);
-    } else if (command == ID_EDIT_CHECK_AND_ALIGN) {
-        CheckAndAlignScdr(view);
+    if (client.view.root == nullptr) return;
+    const ULONGLONG start = GetTickCount64();
+    switch (command) {
+    case ID_POPUP_CUT: SendToEditor(client, WM_CUT); break;
+    case ID_POPUP_COPY: SendToEditor(client, WM_COPY); break;
+    case ID_POPUP_PASTE: SendToEditor(client, WM_PASTE); break;
+    case ID_FILE_OPEN_OBJECT: OpenNamedObject(client.view); break;
+    default: RunViewCommand(client.view, command); break;
     }
+    TraceInteger(__LINE__, static_cast<int>(GetTickCount64() - start));
 }
 
 void OnNotify(ClientWindow& client, const NMHDR& header)

@@ -2,8 +2,10 @@
 #include "entry/trace.h"
 #include "tools/win/options.h"
 #include "view/busy.h"
+#include "view/messages.h"
 #include "view/options.h"
 #include "view/selection.h"
+#include "view/undo.h"
 #include "view/win/client_window.h"
 
 namespace vantrel {
@@ -22,6 +24,13 @@ void ReadOpacity(const char16_t* name, std::int32_t& percent) noexcept
 void TellEditor(const ClientWindow& client, UINT message, bool value)
 {
     if (client.activeEdit != nullptr) SendMessageW(client.activeEdit, message, value, 0);
+}
+
+void FollowUndo(ClientWindow& client)
+{
+    const HMENU menu = GetMenu(client.view.frame);
+    if (menu != nullptr) DisableMenuChoices(client, menu);
+    NotifyFrame(client.view, ViewNotifyMenu);
 }
 
 } // namespace
@@ -62,6 +71,8 @@ LRESULT OnSetOption(ClientWindow& client, std::int32_t option, bool value)
         LayOutAgain(view, false);
     }
     if ((effects & OptionEffectRepaint) != 0) view.effects.invalidate(view);
+    if ((effects & OptionEffectEmptyUndo) != 0) UndoPurge(view);
+    if ((effects & OptionEffectUndoMenu) != 0) FollowUndo(client);
     return 0;
 }
 

@@ -62,6 +62,15 @@ void ReadViewOptions(ClientWindow& client);
 void SaveViewOptions(ClientWindow& client);
 LRESULT OnSetOption(ClientWindow& client, std::int32_t option, bool value);
 
+// client_menu.cpp
+void DisableMenuChoices(const ClientWindow& client, HMENU menu);
+// Shows the context menu; (-1, -1) in screen coordinates stands for the keyboard and means the selection.
+void OnContextMenu(ClientWindow& client, POINT screen);
+
+// axes_dialog.cpp
+// The "Reorder axes" dialog; see ViewEffects.
+bool AskAxisOrder(View& view, const Scdr& node, std::int32_t* axes);
+
 // client_array.cpp: the private messages that carry arrays
 LRESULT OnConvertObject(ClientWindow& client, HostObject object);
 LRESULT OnSetObject(ClientWindow& client, HostObject object);

@@ -29,7 +29,7 @@ void Invalidate(View& view)
 
 void ShowStatus(View& view, std::int32_t stringId, std::int32_t percent, bool error)
 {
-    const UINT beep = error ? MB_ICONEXCLAMATION : 0;
+    const UINT beep = error ? MB_ICONEXCLAMATION : 0U;
     if (percent < 0) {
         StatusMessage(view.window, static_cast<UINT>(stringId), beep);
         return;
@@ -147,6 +147,22 @@ void HideEditor(View& view)
     if (client.activeEdit != nullptr) HideEditWindow(client, client.activeEdit);
 }
 
+void SetEditorModified(View& view)
+{
+    const HWND edit = ClientOf(view).activeEdit;
+    if (edit != nullptr) SendMessageW(edit, EM_SETMODIFY, TRUE, 0);
+}
+
+void EnableFrame(View& view, bool enable)
+{
+    EnableWindow(view.frame, enable);
+}
+
+void SizeFrame(View& view)
+{
+    SendMessageW(view.frame, SizeFrameToDefinition, 0, 0);
+}
+
 } // namespace
 
 ViewEffects WindowViewEffects() noexcept
@@ -165,6 +181,10 @@ ViewEffects WindowViewEffects() noexcept
     effects.moveEditorCaret = &MoveEditorCaret;
     effects.hideEditor = &HideEditor;
     effects.setFocus = &SetScdrFocus;
+    effects.setEditorModified = &SetEditorModified;
+    effects.enableFrame = &EnableFrame;
+    effects.sizeFrame = &SizeFrame;
+    effects.askAxisOrder = &AskAxisOrder;
     return effects;
 }
 
@@ -175,7 +195,7 @@ void NotifyFrame(View& view, std::int32_t code)
     header.hwndFrom = view.window;
     header.idFrom = static_cast<UINT_PTR>(GetDlgCtrlID(view.window));
     header.code = static_cast<UINT>(code);
-    SendMessageW(GetParent(view.window), WM_NOTIFY, header.idFrom, reinterpret_cast<LPARAM>(&header));
+    SendMessageW(view.frame, WM_NOTIFY, header.idFrom, reinterpret_cast<LPARAM>(&header));
 }
 
 void SetScdrFocus(View& view)

@@ -68,7 +68,7 @@ TEST_F(Commit, LinesAreJoined)
     OwnedRecords line;
     ASSERT_TRUE(StringToRecords(&context, u"second", 6, line.list, false));
     InsertRecords(Item(root, 0).records, 1, line.list);
-    Item(root, 0).records.flags |= RecordsEdited;
+    MarkEdited(Item(root, 0));
     EXPECT_TRUE(Check());
     EXPECT_EQ(DataText(Item(root, 0)), u"abc\r\nsecond");
     EXPECT_EQ(Item(root, 0).records.count, 2);

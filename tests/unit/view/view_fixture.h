@@ -18,9 +18,11 @@
 #include "model/edit_state.h"
 #include "model/primitives.h"
 #include "model/rebuild.h"
+#include "view/edited.h"
 #include "view/layout.h"
 #include "view/messages.h"
 #include "view/selection.h"
+#include "view/undo.h"
 
 namespace vantrel {
 
@@ -39,6 +41,7 @@ struct EffectLog {
     bool interrupt = false; // the answer to the next polls
     int polls = 0;
     std::function<void(const StatusText&)> onStatus;
+    std::function<bool(const Scdr&, std::int32_t*)> onAxes; // answers for the user
 
     [[nodiscard]] int Count(const std::string& call) const
     {
@@ -110,6 +113,15 @@ inline ViewEffects RecordingEffects()
     };
     effects.hideEditor = [](View& view) { LogOf(view).calls.push_back("hide"); };
     effects.setFocus = [](View& view) { LogOf(view).calls.push_back("focus"); };
+    effects.setEditorModified = [](View& view) { LogOf(view).calls.push_back("editor modified"); };
+    effects.enableFrame = [](View& view, bool enable) {
+        LogOf(view).calls.push_back(enable ? "enable" : "disable");
+    };
+    effects.sizeFrame = [](View& view) { LogOf(view).calls.push_back("size frame"); };
+    effects.askAxisOrder = [](View& view, const Scdr& node, std::int32_t* axes) {
+        LogOf(view).calls.push_back("ask axes");
+        return LogOf(view).onAxes && LogOf(view).onAxes(node, axes);
+    };
     return effects;
 }
 
@@ -149,7 +161,11 @@ protected:
         view.edit.widths.Reset(MeasureForTest, nullptr, 0);
         ResizeClient(400, 300);
     }
-    ~ViewTest() override { FreeScdr(&view.root); }
+    ~ViewTest() override
+    {
+        UndoPurge(view);
+        FreeScdr(&view.root);
+    }
 
     void ResizeClient(std::int64_t width, std::int64_t height)
     {
@@ -232,11 +248,17 @@ protected:
     static Scdr& Item(const Scdr& node, std::int64_t index) { return *Children(node)[index]; }
 
     // Types text into an array: the records change, the data does not.
-    static void Type(Scdr& node, std::int64_t row, const std::u16string& text)
+    void Type(Scdr& node, std::int64_t row, const std::u16string& text)
     {
         const std::int64_t length = GetRecord(node.records, row).length;
         SpliceRecord(node.records, row, 0, length, text.data(), static_cast<std::int64_t>(text.size()));
+        MarkEdited(node);
+    }
+    // As if the text had been typed while the array was selected.
+    void MarkEdited(Scdr& node)
+    {
         node.records.flags |= RecordsEdited;
+        NoteEdited(view, node);
     }
     static std::u16string RowText(const Scdr& node, std::int64_t row)
     {
