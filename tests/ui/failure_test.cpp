@@ -118,9 +118,25 @@ TEST_F(Failure, NoToTheDebugQuestionChangesNothing)
         PostMessageW(user.Frame(), WM_COMMAND, Debug, 0);
         const std::wstring question = user.AnswerBox(L"Vantrel Debug Message", IDNO);
         user.Expect(question == L"Do you want to cause an exception?", "the question");
+        const std::wstring second = user.AnswerBox(L"Vantrel Debug Message", IDNO);
+        user.Expect(second == L"Do you want to run the test?", "the second question");
         user.Expect(user.IsOpen(), "the window stays");
     });
     EXPECT_TRUE(outcome.edit.unchanged);
+}
+
+TEST_F(Failure, TheDebugTestShowsItsArrayAndGoesBackToTheUsers)
+{
+    const Outcome outcome = RunEdit(interpreter, Text(u"abc"), [](User& user) {
+        PostMessageW(user.Frame(), WM_COMMAND, Debug, 0);
+        user.AnswerBox(L"Vantrel Debug Message", IDNO);
+        user.AnswerBox(L"Vantrel Debug Message", IDYES);
+        const std::wstring judged = user.AnswerBox(L"Vantrel Debug Message", IDYES);
+        user.Expect(judged == L"Does the result look correct?", "the judgement");
+        user.Command(4104);
+    });
+    ASSERT_TRUE(outcome.edit.hasResult);
+    EXPECT_TRUE(SameValues(outcome.edit.result, Text(u"abc"))) << Dump(outcome.edit.result);
 }
 
 TEST_F(Failure, AnAllocationThatFailsOnSaveKeepsTheWindowAndTheBooks)
