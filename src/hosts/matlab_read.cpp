@@ -1,0 +1,310 @@
+// From MATLAB's arrays to a tree.
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstring>
+
+#include "entry/trace.h"
+#include "hosts/item_loops.h"
+#include "hosts/matlab_host.h"
+#include "hosts/matlab_order.h"
+#include "model/primitives.h"
+
+namespace vantrel::matlab {
+namespace {
+
+constexpr std::size_t HighestReadableRank = 256;
+constexpr std::int32_t StructureAxes = 2; // field, and name or value
+
+struct ArrayReader {
+    EditContext* context;
+    MatlabHost& host;
+    const MatlabFunctions& mx;
+    std::int64_t shape[HighestReadableRank + StructureAxes] = {}; // of the node that is made next
+};
+
+[[noreturn]] void Refuse(ArrayReader& reader, VTERROR_CODE code, const char16_t* message)
+{
+    SetHostMessage(reader.host, code, message);
+    throw code;
+}
+
+// The text for a class that no version of MATLAB documents.
+const char16_t* UnknownClassMessage(ArrayReader& reader, const MxArray* array)
+{
+    constexpr std::u16string_view prefix = u"Array contains data of class ";
+    char16_t* const text = reader.host.classMessage;
+    char16_t* const end = text + ClassMessageSize - 1;
+    char16_t* to = std::copy(prefix.begin(), prefix.end(), text);
+    const char* name = reader.mx.mxGetClassName(array);
+    for (; name != nullptr && *name != 0 && to < end; ++name)
+        *to++ = static_cast<unsigned char>(*name);
+    *to = 0;
+    return text;
+}
+
+std::uint32_t ScdrTypeOf(ArrayReader& reader, const MxArray* array)
+{
+    switch (reader.mx.mxGetClassID(array)) {
+    case MxCell:
+    case MxStruct: return TypeNested;
+    case MxLogical: return TypeBoolean;
+    case MxChar: return TypeCharacter;
+    case MxDouble:
+    case MxSingle: return reader.mx.mxIsComplex(array) ? TypeComplex : TypeReal;
+    case MxInt8:
+    case MxUint8:
+    case MxInt16:
+    case MxUint16:
+    case MxInt32:
+    case MxUint32:
+    case MxInt64: return reader.mx.mxIsComplex(array) ? TypeComplex : TypeInteger;
+    case MxUnknown: Refuse(reader, VTERROR_CODE::DomainError, MessageUnknownClass);
+    case MxVoid: Refuse(reader, VTERROR_CODE::DomainError, MessageReservedClass);
+    case MxUint64: Refuse(reader, VTERROR_CODE::DomainError, MessageUnsigned64);
+    case MxFunctionHandle: Refuse(reader, VTERROR_CODE::DomainError, MessageFunctionHandle);
+    case MxOpaque: Refuse(reader, VTERROR_CODE::DomainError, MessageOpaque);
+    case MxObject: Refuse(reader, VTERROR_CODE::DomainError, MessageObject);
+    default: Refuse(reader, VTERROR_CODE::DomainError, UnknownClassMessage(reader, array));
+    }
+}
+
+// A node of the array's type and shape, its items not set. Throws.
+ScdrPtr MakeNode(ArrayReader& reader, Scdr* parent, const MxArray* array)
+{
+    const std::size_t rank = reader.mx.mxGetNumberOfDimensions(array);
+    if (rank > HighestReadableRank) throw VTERROR_CODE::RankError;
+    if (reader.mx.mxIsSparse(array)) Refuse(reader, VTERROR_CODE::DomainError, MessageSparse);
+    const std::uint32_t type = ScdrTypeOf(reader, array);
+    const std::size_t* lengths = reader.mx.mxGetDimensions(array);
+    std::transform(lengths, lengths + rank, reader.shape,
+                   [](std::size_t length) { return static_cast<std::int64_t>(length); });
+    auto axes = static_cast<std::int32_t>(rank);
+    const bool structure = reader.mx.mxGetClassID(array) == MxStruct;
+    if (structure) {
+        reader.shape[axes++] = reader.mx.mxGetNumberOfFields(array);
+        reader.shape[axes++] = 2;
+    }
+    ScdrPtr node = AllocateScdr(reader.context, parent, type, axes, reader.shape, type == TypeBoolean);
+    if (structure) node->Flags |= FlagStructure;
+    return node;
+}
+
+ScdrPtr EmptyText(ArrayReader& reader, Scdr* parent)
+{
+    constexpr std::int64_t length = 0;
+    ScdrPtr text = AllocateScdr(reader.context, parent, TypeCharacter, 1, &length, true);
+    SetSimplestType(*text);
+    return text;
+}
+
+// --- simple arrays ---
+
+// Items of one block of MATLAB's, in whichever order the node has. The blocks do not overlap and are believed to be as long as MATLAB says, so
+// nothing here throws, which lets compilers make vector code of the loops everywhere.
+template <typename From, typename To, typename Convert>
+void ReadItems(const Scdr& node, const From* from, To* to, Convert convert) noexcept
+{
+    if (IsRearranged(node)) {
+        MoveItems(ItemOrder(node.Rank, node.Shape), [=](std::int64_t columnMajor, std::int64_t rowMajor) {
+            to[rowMajor] = convert(from[columnMajor]);
+        });
+    } else {
+        ConvertItems(from, to, node.ElementCount, convert);
+    }
+}
+
+template <typename From, typename To> void Widen(Scdr& node, const void* from)
+{
+    ReadItems(node, static_cast<const From*>(from), static_cast<To*>(WritableData(node)),
+              [](From item) { return static_cast<To>(item); });
+}
+
+// Has the top bit for an infinity and for what is not a number.
+std::uint64_t SpecialBit(double value) noexcept
+{
+    constexpr std::uint64_t magnitude = 0x7FFFFFFFFFFFFFFF;
+    constexpr std::uint64_t carry = 0x8000000000000000 - 0x7FF0000000000000;
+    return (std::bit_cast<std::uint64_t>(value) & magnitude) + carry;
+}
+
+template <typename From>
+[[noreturn]] void RefuseSpecial(ArrayReader& reader, const From* items, std::int64_t count)
+{
+    const From* special = std::find_if(items, items + count, [](From item) { return !std::isfinite(item); });
+    Refuse(reader, VTERROR_CODE::DomainError, std::isnan(*special) ? MessageNan : MessageInfinite);
+}
+
+// Copies and judges in one pass; only what is refused is looked at again, for its first such item.
+template <typename From> void ReadReals(ArrayReader& reader, Scdr& node, const void* data)
+{
+    const auto* items = static_cast<const From*>(data);
+    std::uint64_t special = 0;
+    ReadItems(node, items, static_cast<double*>(WritableData(node)), [&special](From item) {
+        const double value = item;
+        special |= SpecialBit(value);
+        return value;
+    });
+    if ((special >> 63) != 0) RefuseSpecial(reader, items, node.ElementCount);
+}
+
+template <typename From> void ReadPairs(ArrayReader& reader, Scdr& node, const MxArray* array)
+{
+    const auto* real = reinterpret_cast<const From*>(reader.mx.mxGetPr(array));
+    const auto* imaginary = reinterpret_cast<const From*>(reader.mx.mxGetPi(array));
+    if (real == nullptr || imaginary == nullptr) throw VTERROR_CODE::SystemError;
+    auto* to = static_cast<double*>(WritableData(node));
+    const auto move = [=](std::int64_t columnMajor, std::int64_t rowMajor) {
+        to[2 * rowMajor] = static_cast<double>(real[columnMajor]);
+        to[2 * rowMajor + 1] = static_cast<double>(imaginary[columnMajor]);
+    };
+    if (IsRearranged(node)) {
+        MoveItems(ItemOrder(node.Rank, node.Shape), move);
+        return;
+    }
+    for (std::int64_t i = 0; i < node.ElementCount; ++i)
+        move(i, i);
+}
+
+void ReadComplex(ArrayReader& reader, Scdr& node, const MxArray* array)
+{
+    switch (reader.mx.mxGetClassID(array)) {
+    case MxSingle: return ReadPairs<float>(reader, node, array);
+    case MxInt8: return ReadPairs<std::int8_t>(reader, node, array);
+    case MxUint8: return ReadPairs<std::uint8_t>(reader, node, array);
+    case MxInt16: return ReadPairs<std::int16_t>(reader, node, array);
+    case MxUint16: return ReadPairs<std::uint16_t>(reader, node, array);
+    case MxInt32: return ReadPairs<std::int32_t>(reader, node, array);
+    case MxUint32: return ReadPairs<std::uint32_t>(reader, node, array);
+    case MxInt64: return ReadPairs<std::int64_t>(reader, node, array);
+    default: return ReadPairs<double>(reader, node, array);
+    }
+}
+
+// Any byte but 0 is true; MATLAB's own are 0 and 1.
+void ReadLogicals(ArrayReader& reader, Scdr& node, const MxArray* array)
+{
+    const auto* items = reinterpret_cast<const std::uint8_t*>(reader.mx.mxGetLogicals(array));
+    if (items == nullptr) throw VTERROR_CODE::SystemError;
+    auto* bytes = static_cast<std::uint8_t*>(WritableData(node));
+    if (!IsRearranged(node)) {
+        PackBits(items, bytes, node.ElementCount, [](std::uint8_t item) { return item != 0; });
+        return;
+    }
+    MoveItems(ItemOrder(node.Rank, node.Shape), [=](std::int64_t columnMajor, std::int64_t rowMajor) {
+        const unsigned bit = items[columnMajor] != 0 ? 1u : 0u;
+        bytes[rowMajor >> 3] = static_cast<std::uint8_t>(bytes[rowMajor >> 3] | bit << (7 - (rowMajor & 7)));
+    });
+}
+
+void ReadNumbers(ArrayReader& reader, Scdr& node, const MxArray* array)
+{
+    const void* data = reader.mx.mxGetData(array);
+    if (data == nullptr) throw VTERROR_CODE::SystemError;
+    switch (reader.mx.mxGetClassID(array)) {
+    case MxChar: return Widen<char16_t, char16_t>(node, data);
+    case MxDouble: return ReadReals<double>(reader, node, data);
+    case MxSingle: return ReadReals<float>(reader, node, data);
+    case MxInt8: return Widen<std::int8_t, std::int64_t>(node, data);
+    case MxUint8: return Widen<std::uint8_t, std::int64_t>(node, data);
+    case MxInt16: return Widen<std::int16_t, std::int64_t>(node, data);
+    case MxUint16: return Widen<std::uint16_t, std::int64_t>(node, data);
+    case MxInt32: return Widen<std::int32_t, std::int64_t>(node, data);
+    case MxUint32: return Widen<std::uint32_t, std::int64_t>(node, data);
+    default: return Widen<std::int64_t, std::int64_t>(node, data);
+    }
+}
+
+void ReadSimple(ArrayReader& reader, Scdr& node, const MxArray* array)
+{
+    if (node.ElementCount > 0) {
+        switch (node.Type) {
+        case TypeBoolean: ReadLogicals(reader, node, array); break;
+        case TypeComplex: ReadComplex(reader, node, array); break;
+        default: ReadNumbers(reader, node, array); break;
+        }
+    }
+    SetSimplestType(node);
+}
+
+// --- cells and structures ---
+
+ScdrPtr ReadArray(ArrayReader& reader, Scdr* parent, const MxArray* array, std::int32_t depth);
+
+// A cell or field that was never set holds nothing.
+ScdrPtr ReadItem(ArrayReader& reader, Scdr& parent, const MxArray* item, std::int32_t depth)
+{
+    return item != nullptr ? ReadArray(reader, &parent, item, depth + 1) : EmptyText(reader, &parent);
+}
+
+void ReadCells(ArrayReader& reader, Scdr& node, const MxArray* array, std::int32_t depth)
+{
+    ColumnMajorWalk walk(node);
+    for (std::int64_t i = 0; i < node.ElementCount; ++i, walk.Next()) {
+        const MxArray* cell = reader.mx.mxGetCell(array, static_cast<std::size_t>(i));
+        SetChild(node, walk.Index(), ReadItem(reader, node, cell, depth));
+    }
+}
+
+// Elements stay in MATLAB's order, each with its fields' names and values.
+void ReadFields(ArrayReader& reader, Scdr& node, const MxArray* array, std::int32_t depth)
+{
+    const auto fieldCount = static_cast<int>(node.Shape[node.Rank - StructureAxes]);
+    for (std::int64_t child = 0; child < node.ElementCount; child += 2) {
+        const char* name = reader.mx.mxGetFieldNameByNumber(array, static_cast<int>(child / 2 % fieldCount));
+        if (name == nullptr) throw VTERROR_CODE::SystemError;
+        SetChild(node, child, FieldNameToScdr(reader.context, &node, name));
+        const auto element = static_cast<std::size_t>(child / 2 / fieldCount);
+        const MxArray* value = reader.mx.mxGetField(array, element, name);
+        SetChild(node, child + 1, ReadItem(reader, node, value, depth));
+    }
+}
+
+// Throws, and leaves nothing behind then.
+ScdrPtr ReadArray(ArrayReader& reader, Scdr* parent, const MxArray* array, std::int32_t depth)
+{
+    if (depth > DeepestNesting) throw VTERROR_CODE::SystemLimit;
+    ScdrPtr node = MakeNode(reader, parent, array);
+    if (IsSimple(*node)) {
+        ReadSimple(reader, *node, array);
+    } else if (node->ElementCount == 0) {
+        SetChild(*node, 0, EmptyText(reader, node.get()));
+    } else if ((node->Flags & FlagStructure) != 0) {
+        ReadFields(reader, *node, array, depth);
+    } else {
+        ReadCells(reader, *node, array, depth);
+    }
+    return node;
+}
+
+} // namespace
+
+ScdrPtr FieldNameToScdr(EditContext* context, Scdr* parent, const char* name)
+{
+    TraceScope trace("matlab_read.cpp", "FieldNameToScdr");
+    const auto length = static_cast<std::int64_t>(std::strlen(name));
+    ScdrPtr node = AllocateScdr(context, parent, TypeCharacter, 1, &length, false);
+    auto* units = static_cast<char16_t*>(WritableData(*node));
+    // Signed, as the bytes of a name always were.
+    std::transform(name, name + length, units,
+                   [](char byte) { return static_cast<char16_t>(static_cast<signed char>(byte)); });
+    node->Flags |= FlagKeptSize;
+    SetSimplestType(*node);
+    return node;
+}
+
+Scdr* ObjectToScdr(EditContext* context, HostObject object)
+{
+    TraceScope trace("matlab_read.cpp", "ObjectToScdr");
+    MatlabHost& host = HostOf(context);
+    ArrayReader reader{context, host, host.functions};
+    try {
+        if (object == nullptr) throw VTERROR_CODE::SystemError;
+        return ReadArray(reader, nullptr, static_cast<const MxArray*>(object), 1).release();
+    } catch (VTERROR_CODE code) {
+        SetErrorCode(context, code);
+        return nullptr;
+    }
+}
+
+} // namespace vantrel::matlab
