@@ -3,6 +3,7 @@
 
 #include "entry/trace.h"
 #include "hosts/clipboard.h"
+#include "hosts/local_primitives.h"
 #include "hosts/matlab_host.h"
 
 namespace vantrel::matlab {
@@ -36,7 +37,7 @@ std::int32_t GetCoupling(EditContext*, HostObject)
 }
 
 constexpr HostOperations MatlabOperations = {
-    CallPrimitiveReturningScdr,
+    CallLocalPrimitive, // MATLAB computes none of them
     CheckForInterrupt,
     CanPasteFromClipboard,
     ClipboardToScdr,

@@ -97,8 +97,6 @@ HostObject ScdrToObject(EditContext* context, const Scdr* scdr);
 HostObject UnicodeToObject(EditContext* context, const char16_t* text, std::int64_t length);
 
 // --- the other operations ---
-Scdr* CallPrimitiveReturningScdr(EditContext* context, std::int32_t primitive, const Scdr* argument,
-                                 const Scdr* leftArgument);
 std::int64_t GetIntSysVar(EditContext* context, const char16_t* name, std::int64_t defaultValue);
 std::int32_t SetResult(EditContext* context, const Scdr* scdr);
 void Assign(EditContext* context, HostObject name, HostObject value);

@@ -1,10 +1,9 @@
-// Small operations of the language environment: variables, results, primitives, the clipboard.
+// Small operations of the language environment: variables, results, the clipboard.
 #include <algorithm>
 #include <string_view>
 
 #include "entry/trace.h"
 #include "hosts/clipboard.h"
-#include "hosts/local_primitives.h"
 #include "hosts/matlab_host.h"
 
 namespace vantrel::matlab {
@@ -56,14 +55,6 @@ void FreeObject(EditContext* context, HostObject array)
 {
     TraceScope trace("matlab_operations.cpp", "FreeObject");
     if (array != nullptr) HostOf(context).functions.mxDestroyArray(static_cast<MxArray*>(array));
-}
-
-Scdr* CallPrimitiveReturningScdr(EditContext* context, std::int32_t primitive, const Scdr* argument,
-                                 const Scdr* leftArgument)
-{
-    TraceScope trace("matlab_operations.cpp", "CallPrimitiveReturningScdr");
-    StartOperation(context);
-    return CallLocalPrimitive(context, primitive, argument, leftArgument);
 }
 
 std::int64_t GetIntSysVar(EditContext*, const char16_t* name, std::int64_t)

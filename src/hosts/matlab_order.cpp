@@ -34,9 +34,9 @@ struct ColumnMajorWalk::Rearranged {
     std::int64_t position[ItemOrder::MostAxes] = {};
 };
 
-ColumnMajorWalk::ColumnMajorWalk(const Scdr& node)
+ColumnMajorWalk::ColumnMajorWalk(const Scdr& node, bool rearranged)
 {
-    if (IsRearranged(node)) rearranged_.reset(new (AllocateBytes(sizeof(Rearranged))) Rearranged(node));
+    if (rearranged) rearranged_.reset(new (AllocateBytes(sizeof(Rearranged))) Rearranged(node));
 }
 
 void ColumnMajorWalk::Next() noexcept

@@ -27,11 +27,11 @@ struct ItemOrder {
 // Whether the two orders of a node's items differ.
 [[nodiscard]] bool IsRearranged(const Scdr& node) noexcept;
 
-// Walks the places of a nested node's children in MATLAB's order. Throws OutOfMemory when it is made: what it needs does not lie on the
+// Walks the places of a nested node's children in MATLAB's order, or in the tree's where they are not rearranged. Throws OutOfMemory when it is made: what it needs does not lie on the
 // stack, where arrays may be nested deeply.
 class ColumnMajorWalk {
 public:
-    explicit ColumnMajorWalk(const Scdr& node);
+    ColumnMajorWalk(const Scdr& node, bool rearranged);
     // The place in the tree.
     [[nodiscard]] std::int64_t Index() const noexcept { return index_; }
     void Next() noexcept;

@@ -239,7 +239,7 @@ ScdrPtr ReadItem(ArrayReader& reader, Scdr& parent, const MxArray* item, std::in
 
 void ReadCells(ArrayReader& reader, Scdr& node, const MxArray* array, std::int32_t depth)
 {
-    ColumnMajorWalk walk(node);
+    ColumnMajorWalk walk(node, IsRearranged(node));
     for (std::int64_t i = 0; i < node.ElementCount; ++i, walk.Next()) {
         const MxArray* cell = reader.mx.mxGetCell(array, static_cast<std::size_t>(i));
         SetChild(node, walk.Index(), ReadItem(reader, node, cell, depth));

@@ -94,7 +94,7 @@ void CollectTypes(const Scdr& scdr, DialectTypes& types, std::int32_t depth)
     if (depth > DeepestNesting) throw VTERROR_CODE::SystemLimit;
     types.push_back(TypeOf(scdr));
     if (IsSimple(scdr)) return;
-    ColumnMajorWalk walk(scdr);
+    ColumnMajorWalk walk(scdr, IsRearranged(scdr) && !IsStructure(scdr));
     for (std::int64_t i = 0; i < scdr.ElementCount; ++i, walk.Next())
         CollectTypes(*Children(scdr)[walk.Index()], types, depth + 1);
 }

@@ -192,7 +192,7 @@ MxArray* WriteCells(ArrayWriter& writer, const Scdr& scdr)
     TakeBudget(writer, SetLengths(writer, scdr, scdr.Rank), MatlabCells);
     OwnedMxArray array(writer.mx,
                        NotNull(writer.mx.mxCreateCellArray(writer.lengths.size(), writer.lengths.data())));
-    ColumnMajorWalk walk(scdr);
+    ColumnMajorWalk walk(scdr, IsRearranged(scdr));
     for (std::int64_t i = 0; i < scdr.ElementCount; ++i, walk.Next()) {
         MxArray* cell = WriteArray(writer, *Children(scdr)[walk.Index()]);
         writer.mx.mxSetCell(array.Get(), static_cast<std::size_t>(i), cell);

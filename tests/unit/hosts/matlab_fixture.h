@@ -46,7 +46,8 @@ struct MatlabPlatform {
     static HostObject Edit(EditContext* context, HostObject object, bool byName)
     {
         SetErrorCode(context, VTERROR_CODE::NoError);
-        HostObject result = edit(context, object, byName);
+        const auto run = edit; // which may set the next one
+        HostObject result = run(context, object, byName);
         // As the editor itself does it.
         if (HasError(context)) SignalHostError(context, context->langEnv->ErrorCode);
         return result;
