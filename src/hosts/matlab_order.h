@@ -89,25 +89,33 @@ void MovePage(const ItemPlane& plane, std::int64_t firstRow, std::int64_t endRow
     }
 }
 
-template <typename Move> void MovePlane(const ItemPlane& plane, Move move)
+template <typename Move, typename Look> void MovePlane(const ItemPlane& plane, Move move, Look& look)
 {
     for (std::int64_t row = 0; row < plane.rows; row += PageTile) {
         const std::int64_t endRow = std::min(row + PageTile, plane.rows);
         for (std::int64_t column = 0; column < plane.columns; column += PageTile) {
-            MovePage(plane, row, endRow, column, std::min(column + PageTile, plane.columns), move);
+            const std::int64_t endColumn = std::min(column + PageTile, plane.columns);
+            MovePage(plane, row, endRow, column, endColumn, move);
+            for (std::int64_t k = row; k < endRow; ++k)
+                look(plane.rowMajor + k * plane.rowStride + column, endColumn - column);
         }
     }
 }
 
-// Calls move(columnMajorIndex, rowMajorIndex) once for every item of an array with items whose two orders differ.
-template <typename Move> void MoveItems(const ItemOrder& order, Move move) noexcept
+struct LookAtNothing {
+    void operator()(std::int64_t, std::int64_t) const noexcept {}
+};
+
+// Calls move(columnMajorIndex, rowMajorIndex) once for every item of an array with items whose two orders differ, and look(first, count) for
+// short runs of the tree's order, none longer than PageTile, as soon as they are complete and still at hand.
+template <typename Move, typename Look> void MoveItems(const ItemOrder& order, Move move, Look& look) noexcept
 {
     const std::int32_t last = order.rank - 1;
     ItemPlane plane{
         0, 0, order.lengths[0], order.lengths[last], order.rowStrides[0], order.columnStrides[last]};
     std::int64_t position[ItemOrder::MostAxes] = {};
     for (;;) {
-        MovePlane(plane, move);
+        MovePlane(plane, move, look);
         std::int32_t axis = 1;
         for (; axis < last; ++axis) {
             plane.rowMajor += order.rowStrides[axis];
@@ -119,6 +127,12 @@ template <typename Move> void MoveItems(const ItemOrder& order, Move move) noexc
         }
         if (axis >= last) return;
     }
+}
+
+template <typename Move> void MoveItems(const ItemOrder& order, Move move) noexcept
+{
+    LookAtNothing look;
+    MoveItems(order, move, look);
 }
 
 } // namespace vantrel::matlab

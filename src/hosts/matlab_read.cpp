@@ -9,6 +9,7 @@
 #include "hosts/matlab_host.h"
 #include "hosts/matlab_order.h"
 #include "model/primitives.h"
+#include "model/whole_numbers.h"
 
 namespace vantrel::matlab {
 namespace {
@@ -128,6 +129,54 @@ std::uint64_t SpecialBit(double value) noexcept
     return (std::bit_cast<std::uint64_t>(value) & magnitude) + carry;
 }
 
+// Judges doubles in runs: whether all are finite, and what kind of numbers they are.
+struct RealJudge {
+    const double* items;
+    std::uint64_t special = 0;
+    NumberKind kind = NumberKind::Bits;
+
+    void operator()(std::int64_t first, std::int64_t count) noexcept
+    {
+        const double* run = items + first;
+        if (kind != NumberKind::Other) {
+            kind = std::max(kind, KindOfRun(run, count));
+            if (kind != NumberKind::Other) return; // whole numbers are finite
+        }
+        special |= count == PageTile ? SpecialBits<PageTile>(run, count) : SpecialBits<0>(run, count);
+    }
+
+private:
+    // A loop of constant length becomes vector code, one of any length need not.
+    template <std::int64_t Constant>
+    static std::uint64_t SpecialBits(const double* run, std::int64_t count) noexcept
+    {
+        const std::int64_t length = Constant > 0 ? Constant : count;
+        std::uint64_t found = 0;
+        for (std::int64_t i = 0; i < length; ++i)
+            found |= SpecialBit(run[i]);
+        return found;
+    }
+    static NumberKind KindOfRun(const double* run, std::int64_t count) noexcept
+    {
+        if (count == PageTile) {
+            const NumberKind found = KindOfBlock<PageTile>(run);
+            if (found != NumberKind::Other) return found;
+        }
+        return KindOfReals(run, count); // also looks closer at large whole numbers
+    }
+};
+
+std::int32_t SimplestTypeOf(NumberKind kind) noexcept
+{
+    switch (kind) {
+    case NumberKind::Bits: return TypeBoolean;
+    case NumberKind::Whole: return TypeInteger;
+    case NumberKind::Other: break;
+    }
+    return TypeReal;
+}
+
+// The first that is not finite decides.
 template <typename From>
 [[noreturn]] void RefuseSpecial(ArrayReader& reader, const From* items, std::int64_t count)
 {
@@ -135,17 +184,32 @@ template <typename From>
     Refuse(reader, VTERROR_CODE::DomainError, std::isnan(*special) ? MessageNan : MessageInfinite);
 }
 
-// Copies and judges in one pass; only what is refused is looked at again, for its first such item.
+template <typename From>
+void MoveReals(const Scdr& node, const From* from, RealJudge& judge, double* to) noexcept
+{
+    if (IsRearranged(node)) {
+        MoveItems(
+            ItemOrder(node.Rank, node.Shape),
+            [=](std::int64_t columnMajor, std::int64_t rowMajor) { to[rowMajor] = from[columnMajor]; },
+            judge);
+        return;
+    }
+    for (std::int64_t i = 0; i < node.ElementCount; i += PageTile) {
+        const std::int64_t count = std::min(PageTile, node.ElementCount - i);
+        std::copy_n(from + i, count, to + i);
+        judge(i, count);
+    }
+}
+
+// One pass over the memory reads, stores and judges; only what is refused is looked at again.
 template <typename From> void ReadReals(ArrayReader& reader, Scdr& node, const void* data)
 {
     const auto* items = static_cast<const From*>(data);
-    std::uint64_t special = 0;
-    ReadItems(node, items, static_cast<double*>(WritableData(node)), [&special](From item) {
-        const double value = item;
-        special |= SpecialBit(value);
-        return value;
-    });
-    if ((special >> 63) != 0) RefuseSpecial(reader, items, node.ElementCount);
+    auto* to = static_cast<double*>(WritableData(node));
+    RealJudge judge{to};
+    MoveReals(node, items, judge, to);
+    if ((judge.special >> 63) != 0) RefuseSpecial(reader, items, node.ElementCount);
+    node.SimplestType = SimplestTypeOf(judge.kind);
 }
 
 template <typename From> void ReadPairs(ArrayReader& reader, Scdr& node, const MxArray* array)
@@ -197,14 +261,20 @@ void ReadLogicals(ArrayReader& reader, Scdr& node, const MxArray* array)
     });
 }
 
+void ReadFloats(ArrayReader& reader, Scdr& node, const MxArray* array)
+{
+    const void* data = reader.mx.mxGetData(array);
+    if (data == nullptr) throw VTERROR_CODE::SystemError;
+    if (reader.mx.mxGetClassID(array) == MxSingle) return ReadReals<float>(reader, node, data);
+    ReadReals<double>(reader, node, data);
+}
+
 void ReadNumbers(ArrayReader& reader, Scdr& node, const MxArray* array)
 {
     const void* data = reader.mx.mxGetData(array);
     if (data == nullptr) throw VTERROR_CODE::SystemError;
     switch (reader.mx.mxGetClassID(array)) {
     case MxChar: return Widen<char16_t, char16_t>(node, data);
-    case MxDouble: return ReadReals<double>(reader, node, data);
-    case MxSingle: return ReadReals<float>(reader, node, data);
     case MxInt8: return Widen<std::int8_t, std::int64_t>(node, data);
     case MxUint8: return Widen<std::uint8_t, std::int64_t>(node, data);
     case MxInt16: return Widen<std::int16_t, std::int64_t>(node, data);
@@ -221,6 +291,7 @@ void ReadSimple(ArrayReader& reader, Scdr& node, const MxArray* array)
         switch (node.Type) {
         case TypeBoolean: ReadLogicals(reader, node, array); break;
         case TypeComplex: ReadComplex(reader, node, array); break;
+        case TypeReal: return ReadFloats(reader, node, array); // finds the simplest type itself
         default: ReadNumbers(reader, node, array); break;
         }
     }

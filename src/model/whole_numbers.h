@@ -39,7 +39,8 @@ enum class NumberKind { Bits, Whole, Other };
 inline constexpr std::int64_t NumbersPerBlock = 256;
 
 // Exact for whole numbers below 2 to the 51st; `Other` also stands for "look closer".
-[[nodiscard]] inline NumberKind KindOfBlock(const double* items) noexcept
+template <std::int64_t Count = NumbersPerBlock>
+[[nodiscard]] NumberKind KindOfBlock(const double* items) noexcept
 {
     // Adding this leaves no room for a fraction, so that what comes back is rounded.
     constexpr double rounder = 6755399441055744.0; // 1.5 * 2 to the 52nd
@@ -50,7 +51,7 @@ inline constexpr std::int64_t NumbersPerBlock = 256;
     std::uint64_t fractions = 0;
     std::uint64_t sizes = 0;
     std::uint64_t others = 0;
-    for (std::int64_t i = 0; i < NumbersPerBlock; ++i) {
+    for (std::int64_t i = 0; i < Count; ++i) {
         const double value = items[i];
         fractions |= std::bit_cast<std::uint64_t>((value + rounder) - rounder - value);
         sizes |= (std::bit_cast<std::uint64_t>(value) & magnitude) + carry;
