@@ -86,18 +86,10 @@ wine "$workbench" "$(wine_path "$file")" >"$logs/demo-workbench.log" 2>&1 </dev/
 editor=$!
 
 # The title is the file's name, so the window is known by its program.
-window=$(display_window vantrel-workbench "$editor") ||
+window=$(display_window --class vantrel-workbench "$editor") ||
     fail "no window of the editor appeared" "$logs/demo-workbench.log"
 
-# Shown is not yet painted: two pictures in a row must be the same.
-previous=
-for _ in $(seq 20); do
-    sleep 0.5
-    import -silent -window root "$scratch/shot.png"
-    current=$(identify -format '%#' "$scratch/shot.png")
-    [ "$current" = "$previous" ] && break
-    previous=$current
-done
+display_settle "$scratch/shot.png"
 
 # The client window, and what the window manager draws around it: left, right, top, bottom.
 read -r x y width height < <(xwininfo -id "$window" | awk -F: '

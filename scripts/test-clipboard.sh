@@ -25,30 +25,35 @@ fail() {
     exit 1
 }
 
-# start FILE [OUTPUT]: an editor on a file; `editor` is its process, `window` its window.
+# start FILE [OUTPUT]: an editor on a file; `editor` is its process. The window manager gives its window the focus.
 start() {
     local arguments=()
     [ $# -lt 2 ] || arguments=(-o "$(wine_path "$2")")
     wine "$workbench" ${arguments[@]+"${arguments[@]}"} "$(wine_path "$1")" >"$logs/clipboard-editor.log" 2>&1 </dev/null &
     editor=$!
-    window=$(display_window vantrel-workbench "$editor") || fail "no window of the editor on $1"
-    xdotool windowfocus --sync "$window" || true
-    sleep 1
+    display_window --name "${1##*/}" "$editor" >"$logs/clipboard-window.log" || fail "no window of the editor on $1"
+    display_settle
 }
 
-# keys KEY...: to the focused window, with time to act on each.
-keys() {
-    local key
-    for key in "$@"; do
-        xdotool key --clearmodifiers "$key"
-        sleep 0.5
+# press KEY: to the focused window, with time to act on it.
+press() {
+    xdotool key --clearmodifiers "$1"
+    display_settle
+}
+
+# The text on the clipboard once there is any.
+clipboard_text() {
+    for _ in $(seq 100); do
+        xclip -selection clipboard -o -t UTF8_STRING 2>/dev/null && return 0
+        sleep 0.1
     done
+    return 1
 }
 
 # Saves and waits until the program has written its file.
 save_and_end() {
-    keys ctrl+s
-    keys alt+F4
+    press ctrl+s
+    press alt+F4
     for _ in $(seq 100); do
         kill -0 "$editor" 2>/dev/null || break
         sleep 0.1
@@ -72,12 +77,13 @@ printf 'ab,c,1\nd,7,x\n' >"$work/table.csv"
 printf '["old", [1, 2]]' >"$work/old.json"
 
 start "$work/table.csv"
-keys ctrl+shift+c
-expect "another program sees the table as text" "$(printf 'ab\tc\t1\r\nd\t7\tx')" "$(xclip -selection clipboard -o)"
+press ctrl+shift+c
+# Wine ends lines for X11 programs with line feeds alone.
+expect "another program sees the table as text" "$(printf 'ab\tc\t1\nd\t7\tx')" "$(clipboard_text)"
 first=$editor
 
 start "$work/old.json" "$work/pasted.json"
-keys ctrl+shift+v
+press ctrl+shift+v
 save_and_end
 expect "another editor gets the array itself" '[["ab","c",1],["d",7,"x"]]' "$(compact "$work/pasted.json")"
 kill "$first" 2>/dev/null || true
@@ -85,6 +91,6 @@ wait "$first" 2>/dev/null || true
 
 printf 'one\t2\tx\r\n3.5\tfour\ty\r\n' | xclip -selection clipboard
 start "$work/old.json" "$work/table-pasted.json"
-keys ctrl+shift+v
+press ctrl+shift+v
 save_and_end
 expect "text of another program becomes a table" '[["one",[2],"x"],[[3.5],"four","y"]]' "$(compact "$work/table-pasted.json")"

@@ -171,7 +171,7 @@ scripts_are_sound() {
     local script
     for script in scripts/*.sh .ci/run; do
         bash -n "$script" || return 1
-        [ "$script" = scripts/wine-env.sh ] || [ -x "$script" ] || return 1
+        [[ $script = scripts/*-env.sh ]] || [ -x "$script" ] || return 1
     done
 }
 
@@ -241,6 +241,7 @@ if step wine-prefix wine_template; then
         if [ -e build/win64/vantrel-workbench.exe ]; then
             step demo-themed demo_shows_window themed || true
             step demo-unthemed demo_shows_window unthemed || true
+            step clipboard scripts/test-clipboard.sh || true
         fi
     fi
 fi

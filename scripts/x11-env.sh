@@ -2,9 +2,11 @@
 # scripts, which run under `set -euo pipefail`.
 #
 #   display_open LOGS      starts both and exports DISPLAY; what they say goes to files in the folder LOGS
-#   display_window CLASS PID
-#                          waits for a visible window of the class and prints its number; fails when the program PID ends or a
-#                          minute is over
+#   display_window --class|--name PATTERN PID
+#                          waits for a visible window of this class or title and prints its number; fails when the program PID ends
+#                          or a minute is over
+#   display_settle [PICTURE.png]
+#                          waits until two pictures of the display in a row are the same; keeps the last
 #   display_close
 # shellcheck shell=bash
 
@@ -34,15 +36,27 @@ display_open() {
 display_window() {
     local window
     for _ in $(seq 600); do
-        window=$(xdotool search --onlyvisible --class "$1" 2>/dev/null | tail -n 1) || true
+        window=$(xdotool search --onlyvisible "$1" "$2" 2>/dev/null | tail -n 1) || true
         if [ -n "$window" ]; then
             printf '%s\n' "$window"
             return 0
         fi
-        kill -0 "$2" 2>/dev/null || return 1
+        kill -0 "$3" 2>/dev/null || return 1
         sleep 0.1
     done
     return 1
+}
+
+# Shown is not yet painted, and a key pressed is not yet done.
+display_settle() {
+    local previous='' current picture=${1:-$display_scratch/shot.png}
+    for _ in $(seq 20); do
+        sleep 0.5
+        import -silent -window root "$picture"
+        current=$(identify -format '%#' "$picture")
+        [ "$current" != "$previous" ] || break
+        previous=$current
+    done
 }
 
 display_close() {
