@@ -100,11 +100,23 @@ std::int32_t Close(AplxHost& host, std::int64_t identifier) noexcept
     return StatusSuccess;
 }
 
+// Reads a byte of every page. Of a record that is shorter than it says, the fault comes here, from a plain load, which the platform's guard can
+// turn into an exception; a fault inside the system's copy routine it cannot.
+void TouchPages(const std::uint8_t* bytes, std::int64_t count)
+{
+    constexpr std::int64_t PageSize = 4096;
+    const volatile std::uint8_t* at = bytes;
+    for (std::int64_t i = 0; i < count; i += PageSize)
+        static_cast<void>(at[i]);
+    if (count > 0) static_cast<void>(at[count - 1]);
+}
+
 // A record shorter than a header gets the rest of one, so that it can be looked at and refused.
 RecordBytes CopyRecord(const std::uint8_t* record)
 {
     const auto length = LoadNumber<std::int64_t>(record + RecordLengthAt);
     if (length < 0) throw VTERROR_CODE::OutOfMemory;
+    TouchPages(record, length);
     if (length < RecordHeaderSize) {
         RecordBytes copy = AllocateZeroedArray<std::uint8_t>(RecordHeaderSize);
         std::memcpy(copy.get(), record, static_cast<std::size_t>(length));

@@ -193,15 +193,17 @@ std::wstring OptionsSubKey(const wchar_t* subKey)
 
 } // namespace
 
+void* LibraryEntry(const char* name)
+{
+    static HMODULE const library = LoadLibraryW(L"vantrel.dll");
+    return library == nullptr ? nullptr : reinterpret_cast<void*>(GetProcAddress(library, name));
+}
+
 const fake::EntryPoints& Library()
 {
     static const fake::EntryPoints points = [] {
-        HMODULE const library = LoadLibraryW(L"vantrel.dll");
         fake::EntryPoints found;
-        if (library == nullptr) return found;
-        const auto get = [&](const char* name) {
-            return reinterpret_cast<void*>(GetProcAddress(library, name));
-        };
+        const auto get = LibraryEntry;
         found.getInterpreterFunctions =
             reinterpret_cast<decltype(found.getInterpreterFunctions)>(get("DyalogGetInterpreterFunctions"));
         found.editArray = reinterpret_cast<decltype(found.editArray)>(get("DyalogEditArray"));
@@ -438,20 +440,28 @@ void User::Expect(bool condition, const char* what)
     if (!condition) failures_.emplace_back(what);
 }
 
-Outcome RunEdit(fake::Interpreter& interpreter, const fake::Array& argument, const Script& script,
-                const fake::EditOptions& options)
+bool RunWithUser(const std::function<void()>& call, const Script& script)
 {
     WarmUp();
     const Watchdog watchdog(TestName());
-    Outcome outcome;
     User user;
+    bool windowCame = false;
     std::atomic<bool> editEnded{false};
-    std::thread player([&] { PlayUser(user, script, editEnded, outcome.windowCame); });
-    outcome.edit = interpreter.Edit(Library(), argument, options);
+    std::thread player([&] { PlayUser(user, script, editEnded, windowCame); });
+    call();
     editEnded = true;
     player.join();
     for (const std::string& failure : user.Failures())
         ADD_FAILURE() << failure;
+    return windowCame;
+}
+
+Outcome RunEdit(fake::Interpreter& interpreter, const fake::Array& argument, const Script& script,
+                const fake::EditOptions& options)
+{
+    Outcome outcome;
+    outcome.windowCame =
+        RunWithUser([&] { outcome.edit = interpreter.Edit(Library(), argument, options); }, script);
     for (const std::string& complaint : outcome.edit.complaints)
         ADD_FAILURE() << complaint;
     EXPECT_EQ(outcome.edit.handshake, 0);

@@ -15,6 +15,8 @@ namespace vantrel::ui {
 
 // The exports of the vantrel.dll beside the test program.
 const fake::EntryPoints& Library();
+// Any export by its name; null where there is none.
+void* LibraryEntry(const char* name);
 bool IsThemed(); // what this run promises: VANTREL_THEME=0 says no
 
 // A picture of a window's client area with its children.
@@ -104,6 +106,9 @@ struct Outcome {
     bool windowCame = false;
 };
 
+// Runs `call`, which opens the editor and returns when its windows have closed, while `script` plays the user; a window left open is closed
+// without saving. Fails the test for what the script did not find as expected. Whether a window came up.
+bool RunWithUser(const std::function<void()>& call, const Script& script);
 // One edit of `argument` in which `script` plays the user; a window left open is closed without saving. Fails the test for what the script did
 // not find as expected and for complaints of the interpreter's books.
 Outcome RunEdit(fake::Interpreter& interpreter, const fake::Array& argument, const Script& script,
