@@ -5,11 +5,15 @@
 
 namespace vantrel {
 
+// The interpreter's interrupt ended the action that it came to. The next action starts without it, and what was not painted since is.
+void ForgetInterrupt(View& view) noexcept;
+
 // Marks the view busy for as long as the guard lives, then puts back what was before.
 class BusyMark {
 public:
     explicit BusyMark(View& view) noexcept : view_(view), previous_((view.flags & ViewBusy) != 0)
     {
+        if (!previous_) ForgetInterrupt(view);
         Set(true);
     }
     ~BusyMark() { Set(previous_); }
