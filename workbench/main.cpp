@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "hosts/win/matlab_libraries.h"
 #include "workbench/formats/utf.h"
 #include "workbench/session/session.h"
 #include "workbench/win/files.h"
@@ -72,7 +73,7 @@ bool LoadEditor(void*, workbench::EditorLibrary& editor, std::string& reason)
                  ": " + workbench::LastErrorText();
         return false;
     }
-    editor = {library, FindEntry};
+    editor = {library, FindEntry, fake::LoadMatlabLibraries};
     return true;
 }
 

@@ -243,8 +243,13 @@ MexResult Matlab::Call(MexFunction function, int outputs, const std::vector<Matl
     std::vector<mxArray*> plhs(static_cast<std::size_t>(std::max(outputs, 1)), nullptr);
     RunGuarded(function, outputs, plhs.data(), static_cast<int>(prhs.size()), prhs.data(), result);
     if (plhs[0] != nullptr) {
-        result.hasResult = !result.raised;
-        result.result = ValueOf(plhs[0]);
+        const LiveArray* returned = Checked(plhs[0], "returning a result");
+        result.hasResult = !result.raised && returned != nullptr;
+        if (returned != nullptr) {
+            result.unchanged =
+                !prhs.empty() && Opaque(const_cast<LiveArray*>(returned->duplicateOf)) == prhs[0];
+            result.result = ValueOfLive(*returned);
+        }
         Destroy(plhs[0]);
     }
     for (std::size_t i = 0; i < prhs.size(); ++i) {

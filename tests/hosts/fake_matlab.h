@@ -49,6 +49,7 @@ struct MexResult {
     bool raised = false;
     MatlabError error;
     bool hasResult = false;
+    bool unchanged = false; // the result is a duplicate of the first argument
     MatlabValue result;
     std::vector<std::string> complaints; // everything found wrong during this call; empty is balanced
 };

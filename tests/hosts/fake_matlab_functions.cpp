@@ -44,7 +44,9 @@ struct MatlabApi {
     {
         const LiveArray* live = M().Checked(array, "mxDuplicateArray");
         if (live == nullptr || M().NextCreationFails()) return nullptr;
-        return M().Make(M().ValueOfLive(*live));
+        LiveArray* duplicate = M().MakeLive(M().ValueOfLive(*live));
+        duplicate->duplicateOf = live;
+        return Opaque(duplicate);
     }
 
     static void mxDestroyArray(mxArray* array) { M().Destroy(array); }

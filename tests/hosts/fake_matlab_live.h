@@ -41,6 +41,7 @@ struct LiveArray {
     std::string className;
     LiveArray* message = nullptr; // of an exception object
     MatlabOwner owner = MatlabOwner::Caller;
+    const LiveArray* duplicateOf = nullptr;
 };
 
 inline mxArray* Opaque(LiveArray* array)

@@ -127,8 +127,9 @@ MatlabLengths LengthsOf(const Shape& shape)
     return lengths;
 }
 
-Shape ShapeOf(const MatlabValue& value)
+Shape ShapeOf(const MatlabValue& value, const Array* like)
 {
+    if (like != nullptr && LengthsOf(like->shape) == value.lengths) return like->shape;
     Shape shape(value.lengths.begin(), value.lengths.end());
     if (shape.size() != 2 || shape[0] != 1) return shape;
     if (shape[1] == 1 && value.classId != MatlabClass::Cell) return {};
@@ -149,7 +150,7 @@ MatlabValue NumbersFromArray(const Array& array, const MatlabLengths& lengths)
     return ComplexValue(lengths, real, InColumnOrder(lengths, imaginary));
 }
 
-Array NumbersToArray(const MatlabValue& value)
+Array NumbersToArray(const MatlabValue& value, const Shape& shape)
 {
     std::vector<double> real;
     std::vector<ComplexNumber> pairs;
@@ -158,16 +159,28 @@ Array NumbersToArray(const MatlabValue& value)
         real.push_back(NumberAt(value.classId, value.real, place));
         if (value.complex) pairs.push_back({real.back(), NumberAt(value.classId, value.imaginary, place)});
     }
-    return value.complex ? ComplexArray(ShapeOf(value), pairs) : NumericArray(ShapeOf(value), real);
+    return value.complex ? ComplexArray(shape, pairs) : NumericArray(shape, real);
 }
 
-Array CellsToArray(const MatlabValue& value)
+Array CellsToArray(const MatlabValue& value, const Array* like)
 {
-    if (CountOf(value) == 0) return EmptyNestedArray(ShapeOf(value), Text(u""));
+    const Shape shape = ShapeOf(value, like);
+    const std::vector<MatlabValue> cells = InRowOrder(value.lengths, value.items);
+    if (cells.empty()) return EmptyNestedArray(shape, Text(u""));
+    const bool alike =
+        like != nullptr && like->type == ElementType::Nested && like->items.size() == cells.size();
     std::vector<Array> items;
-    for (const MatlabValue& item : InRowOrder(value.lengths, value.items))
-        items.push_back(item.set ? ArrayFromMatlab(item) : Text(u""));
-    return NestedArray(ShapeOf(value), std::move(items));
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+        const Array* item = alike ? &like->items[i] : nullptr;
+        items.push_back(cells[i].set ? ArrayFromMatlab(cells[i], item) : Text(u""));
+    }
+    return NestedArray(shape, std::move(items));
+}
+
+bool Refuse(std::string* reason, const char* text)
+{
+    if (reason != nullptr) *reason = text;
+    return false;
 }
 
 } // namespace
@@ -327,6 +340,20 @@ std::string Dump(const MatlabValue& value)
     return line + ")";
 }
 
+bool MatlabCanHold(const Array& array, std::string* reason)
+{
+    if (array.type == ElementType::Decimal || array.type == ElementType::Rational)
+        return Refuse(reason, "MATLAB has no decimal numbers");
+    if (array.type == ElementType::Char32) {
+        for (std::size_t i = 0; i < CountOf(array); ++i) {
+            if (CharacterAt(array, i) > 0xFFFF)
+                return Refuse(reason, "MATLAB has no characters beyond U+FFFF");
+        }
+    }
+    return std::all_of(array.items.begin(), array.items.end(),
+                       [reason](const Array& item) { return MatlabCanHold(item, reason); });
+}
+
 MatlabValue MatlabFromArray(const Array& array)
 {
     const MatlabLengths lengths = LengthsOf(array.shape);
@@ -350,15 +377,15 @@ MatlabValue MatlabFromArray(const Array& array)
     return NumbersFromArray(array, lengths);
 }
 
-Array ArrayFromMatlab(const MatlabValue& value)
+Array ArrayFromMatlab(const MatlabValue& value, const Array* like)
 {
-    if (value.classId == MatlabClass::Cell) return CellsToArray(value);
+    if (value.classId == MatlabClass::Cell) return CellsToArray(value, like);
     if (value.classId == MatlabClass::Char) {
         const std::vector<char16_t> units = InRowOrder(value.lengths, ItemsOf<char16_t>(value));
-        return fake::TextOf(ShapeOf(value), {units.data(), units.size()});
+        return fake::TextOf(ShapeOf(value, like), {units.data(), units.size()});
     }
     if (!IsNumeric(value.classId) || value.sparse) throw std::invalid_argument(Dump(value));
-    return NumbersToArray(value);
+    return NumbersToArray(value, ShapeOf(value, like));
 }
 
 } // namespace vantrel::fake

@@ -89,9 +89,12 @@ bool SameValues(const MatlabValue& a, const MatlabValue& b);
 std::string Dump(const MatlabValue& value);
 
 // --- between the interpreters' arrays ---
+// Whether MATLAB has what the array holds; if not, `reason` says what is missing.
+bool MatlabCanHold(const Array& array, std::string* reason);
 // A scalar becomes 1 by 1 and a vector a row.
 MatlabValue MatlabFromArray(const Array& array);
-// A simple 1 by 1 array becomes a scalar, another single row a vector. std::invalid_argument for classes without a counterpart.
-Array ArrayFromMatlab(const MatlabValue& value);
+// A simple 1 by 1 array becomes a scalar, another single row a vector; where `like` became an array of these lengths, the shape is its.
+// std::invalid_argument for classes without a counterpart.
+Array ArrayFromMatlab(const MatlabValue& value, const Array* like = nullptr);
 
 } // namespace vantrel::fake

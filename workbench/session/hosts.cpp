@@ -6,7 +6,7 @@
 namespace vantrel::workbench {
 namespace {
 
-const HostRow* const rows[] = {&DyalogRow, &AplxRow};
+const HostRow* const rows[] = {&DyalogRow, &AplxRow, &MatlabRow};
 
 } // namespace
 

@@ -14,6 +14,8 @@ namespace vantrel::workbench {
 struct EditorLibrary {
     void* state = nullptr;
     void* (*findEntry)(void* state, const char* name, std::string& reason) = nullptr;
+    // Makes MATLAB's functions known to the process, where the editor will look for them; null where that is not needed.
+    bool (*offerMatlab)(std::string& reason) = nullptr;
 };
 
 // Thrown where no edit could take place; the text is for the user.
@@ -41,6 +43,7 @@ struct HostRow {
 
 extern const HostRow DyalogRow;
 extern const HostRow AplxRow;
+extern const HostRow MatlabRow;
 
 // The row of a host, null for a name that is none.
 const HostRow* FindHost(std::u16string_view name);

@@ -14,8 +14,8 @@ constexpr char helpText[] =
 
 usage: vantrel-workbench [options] FILE
 
-  --host NAME     the interpreter to play: dyalog (the default) or aplx, which has no complex or decimal numbers, shows 10
-                  digits and names the window itself
+  --host NAME     the interpreter to play: dyalog (the default); aplx, which has no complex or decimal numbers; or matlab,
+                  which has no decimal ones. The last two show 10 digits and name the window themselves
   --classic       play Dyalog's Classic edition, whose characters are those of its 256-character atomic vector
   --title T       Dyalog: the window's title (default: the file's name)
   --precision N   Dyalog: digits of the numbers shown, 1 to 17 (default 15, which shows every decimal fraction as it is

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "hosts/fake_aplx.h"
+#include "hosts/fake_matlab.h"
 #include "unit/hosts_fake/small_client.h"
 #include "workbench/session/options.h"
 #include "workbench/session/session.h"
@@ -35,6 +36,20 @@ std::int64_t SmallProcessor(std::int64_t operation, std::int64_t data, std::int6
     return 0;
 }
 
+// A MEX function that gives back a duplicate of its argument, or a value of its own, or raises an error.
+std::optional<MatlabValue> g_mexResult;
+std::optional<MatlabError> g_mexError;
+bool g_mexLeaks = false;
+
+void SmallMex(int, mxArray** plhs, int, const mxArray** prhs)
+{
+    if (g_mexError) throw *g_mexError;
+    if (g_mexLeaks) Matlab::Current().Make(TextValue(u"leaked"));
+    using Duplicate = mxArray* (*)(const mxArray*);
+    const auto duplicate = reinterpret_cast<Duplicate>(Matlab::Find("mxDuplicateArray"));
+    plhs[0] = g_mexResult ? Matlab::Current().Make(*g_mexResult) : duplicate(prhs[0]);
+}
+
 // A machine of maps, and an editor that does what the test says.
 struct Machine {
     std::map<std::u16string, std::string> files;
@@ -51,7 +66,8 @@ struct Machine {
             {"DyalogGetInterpreterFunctions", reinterpret_cast<void*>(entries.getInterpreterFunctions)},
             {"DyalogEditArray", reinterpret_cast<void*>(entries.editArray)},
             {"DyalogEditArrayTitle", reinterpret_cast<void*>(entries.editArrayTitle)},
-            {"processor", reinterpret_cast<void*>(&SmallProcessor)}};
+            {"processor", reinterpret_cast<void*>(&SmallProcessor)},
+            {"mexFunction", reinterpret_cast<void*>(&SmallMex)}};
         reason = std::string("no entry ") + name;
         const auto found = known.find(name);
         return static_cast<Machine*>(state)->hasEntries && found != known.end() ? found->second : nullptr;
@@ -201,6 +217,66 @@ TEST(WorkbenchSession, ReportsWhatAplxReports)
     EXPECT_EQ(machine.complained,
               "the editor reports an array that is too long for the interpreter's buffer\n");
     g_saved.reset();
+}
+
+class WorkbenchMatlab : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        g_mexResult.reset();
+        g_mexError.reset();
+        g_mexLeaks = false;
+    }
+    int Run(const std::string& json)
+    {
+        machine.files[u"a.json"] = json;
+        machine.printed.clear();
+        machine.complained.clear();
+        return machine.Run({u"--host", u"matlab", u"a.json"});
+    }
+    Machine machine;
+};
+
+TEST_F(WorkbenchMatlab, ClosingUnchangedGivesNothing)
+{
+    EXPECT_EQ(Run("[[1, 2], [3, 4]]"), ExitCode::Success);
+    EXPECT_EQ(machine.complained, "a.json: unchanged\n");
+    EXPECT_EQ(machine.printed, "");
+}
+
+TEST_F(WorkbenchMatlab, WhatIsSavedKeepsItsShape)
+{
+    g_mexResult = NumberValue<std::int32_t>(MatlabClass::Int32, {2, 2}, {1, 3, 2, 4});
+    EXPECT_EQ(Run("[[0, 0], [0, 0]]"), ExitCode::Success);
+    EXPECT_EQ(machine.printed, "[[1, 2], [3, 4]]");
+    // MATLAB makes the scalar, the vector and the matrix of one item alike.
+    g_mexResult = DoubleValue({1, 1}, {7.5});
+    EXPECT_EQ(Run("1"), ExitCode::Success);
+    EXPECT_EQ(machine.printed, "7.5");
+    EXPECT_EQ(Run("[1]"), ExitCode::Success);
+    EXPECT_EQ(machine.printed, "[7.5]");
+    EXPECT_EQ(Run("[[1]]"), ExitCode::Success);
+    EXPECT_EQ(machine.printed, "[[7.5]]");
+    g_mexResult = CellValue({1, 2}, {TextValue(u"x"), LogicalValue({1, 1}, {1})});
+    EXPECT_EQ(Run("[\"a\", [1]]"), ExitCode::Success);
+    EXPECT_EQ(machine.printed, "[\"x\", [1]]");
+}
+
+TEST_F(WorkbenchMatlab, ReportsErrorsAndBooks)
+{
+    g_mexError = MatlabError{"quillmoor_vantrel:DomainError", "Array is sparse"};
+    EXPECT_EQ(Run("1"), ExitCode::EditorError);
+    EXPECT_EQ(machine.complained,
+              "the editor reports error quillmoor_vantrel:DomainError: Array is sparse\n");
+    g_mexError.reset();
+    g_mexLeaks = true;
+    EXPECT_EQ(Run("1"), ExitCode::BooksOutOfBalance);
+    EXPECT_EQ(machine.complained, "books: 1 arrays were never destroyed\na.json: unchanged\n");
+    g_mexLeaks = false;
+    g_mexResult = StructValue({1, 1}, {"f"}, {TextValue(u"v")});
+    EXPECT_EQ(Run("1"), ExitCode::EditorError);
+    machine.hasEntries = false;
+    EXPECT_EQ(Run("1"), ExitCode::EditorError);
 }
 
 TEST(WorkbenchSession, RefusesCommandLines)
