@@ -55,7 +55,7 @@ if(WIN32 AND ui_sources AND TARGET vantrel)
   target_include_directories(ui_tests PRIVATE tests)
   target_link_libraries(ui_tests PRIVATE fake_hosts vantrel_json GTest::gtest GTest::gtest_main
     comctl32 gdi32 user32 uxtheme gdiplus shell32 shlwapi advapi32 ole32 winspool)
-  add_dependencies(ui_tests vantrel)
+  add_dependencies(ui_tests vantrel fake_libmx fake_libmex)
   if(TARGET workbench_logic)
     target_link_libraries(ui_tests PRIVATE workbench_logic)
   endif()
