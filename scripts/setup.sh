@@ -13,6 +13,7 @@ packages=(
     googletest libbenchmark-dev nlohmann-json3-dev dpkg-dev
     wine wine64 fonts-wine fonts-dejavu-core
     xvfb xauth x11-utils xdotool xclip openbox imagemagick
+    octave octave-dev
 )
 
 log=$root/build/logs/setup.log

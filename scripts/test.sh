@@ -212,6 +212,7 @@ step format format_is_clean || true
 if [ -n "${built[native]:-}" ]; then
     step tidy tidy_is_clean || true
     gtest_native unit-native build/native/unit_tests
+    step octave-mex scripts/octave-mex.sh || true
     if [ -x build/native/bench ]; then
         step bench-native bench_runs build/native/bench || true
     fi
