@@ -9,7 +9,7 @@ set(library_files ${presentation_sources})
 if(EXISTS "${CMAKE_SOURCE_DIR}/src/resources/vantrel.rc")
   list(APPEND library_files src/resources/vantrel.rc)
   # windres does not report what a script includes.
-  file(GLOB_RECURSE resource_parts CONFIGURE_DEPENDS src/resources/*.h src/resources/*.ttf
+  file(GLOB_RECURSE resource_parts CONFIGURE_DEPENDS src/resources/*.h src/resources/*.rc src/resources/*.ttf
     src/resources/*.manifest src/resources/*.png src/resources/*.bmp src/resources/*.ico src/resources/*.cur)
   set_source_files_properties(src/resources/vantrel.rc PROPERTIES OBJECT_DEPENDS "${resource_parts}")
 endif()
