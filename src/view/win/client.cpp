@@ -128,6 +128,8 @@ LRESULT HandlePrivateMessage(ClientWindow& client, UINT message, WPARAM wParam, 
     switch (message) {
     case ViewConvertObject: return OnConvertObject(client, reinterpret_cast<HostObject>(lParam));
     case ViewDisableMenuItems: return OnDisableMenuItems(client);
+    case ViewFind: return OnFind(client, static_cast<FindRequest>(wParam));
+    case ViewGetFindOptions: return reinterpret_cast<LRESULT>(&view.find);
     case ViewGetModified: return (view.flags & ViewModified) != 0 ? 1 : 0;
     case ViewGetOption: return GetViewOption(view, static_cast<std::int32_t>(wParam)) ? 1 : 0;
     case ViewGetPickIndex: return OnGetPickIndex(client, wParam != 0, reinterpret_cast<const Scdr*>(lParam));
@@ -139,6 +141,8 @@ LRESULT HandlePrivateMessage(ClientWindow& client, UINT message, WPARAM wParam, 
     case ViewSetPickIndex: return OnSetPickIndex(client, reinterpret_cast<const char16_t*>(lParam));
     case ViewSetScdr: return OnSetScdr(client, reinterpret_cast<Scdr*>(lParam));
     case ViewGetBusy: return (view.flags & ViewBusy) != 0 ? 1 : 0;
+    case ViewPrintScdr:
+        return OnPrintScdr(client, reinterpret_cast<HDC>(wParam), *reinterpret_cast<const RECT*>(lParam));
     case ViewSetObject: return OnSetObject(client, reinterpret_cast<HostObject>(lParam));
     default: return Default(client, message, wParam, lParam);
     }
@@ -159,6 +163,8 @@ LRESULT HandleMessage(ClientWindow& client, UINT message, WPARAM wParam, LPARAM 
     switch (message) {
     case WM_DESTROY: return OnDestroy(client), Done();
     case WM_SIZE: return OnSize(client, wParam), Done();
+    case WM_SETTINGCHANGE:
+    case WM_DISPLAYCHANGE: return MeasurePlatform(client), Done();
     case WM_SETFOCUS: return OnSetFocus(client), Done();
     case WM_PAINT: return OnPaint(client), Done();
     case WM_ERASEBKGND: return OnEraseBkGnd(client, reinterpret_cast<HDC>(wParam));

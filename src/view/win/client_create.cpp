@@ -30,20 +30,6 @@ Size64 GetEdgeSize(HWND window) noexcept
     return {(Side - (rect.right - rect.left)) / 2, (Side - (rect.bottom - rect.top)) / 2};
 }
 
-ViewMetrics MeasurePlatform(HWND window) noexcept
-{
-    ViewMetrics metrics;
-    metrics.edge = GetEdgeSize(window);
-    metrics.verticalBarWidth = GetSystemMetrics(SM_CXVSCROLL);
-    metrics.horizontalBarHeight = GetSystemMetrics(SM_CYHSCROLL);
-    RECT work{};
-    SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
-    metrics.workArea = {work.right - work.left, work.bottom - work.top};
-    const RECT area = QmGetClientRectangle(window);
-    metrics.client = {area.right, area.bottom};
-    return metrics;
-}
-
 HWND CreateEdit(ClientWindow& client, std::int32_t id, DWORD style)
 {
     const HWND edit = CreateWindowExW(0, AsWide(EditClassName), L"", WS_CHILD | style, 0, 0, 0, 0,
@@ -127,7 +113,7 @@ LRESULT OnCreate(HWND window, const CREATESTRUCTW& create)
     view.context = static_cast<EditContext*>(create.lpCreateParams);
     view.edit.context = view.context;
     view.effects = WindowViewEffects();
-    view.metrics = MeasurePlatform(window);
+    MeasurePlatform(client);
     client.redPen = CreatePen(PS_SOLID, 1, RGB(255, 0, 0));
     ReadViewOptions(client);
     InitializeWindowsScrollbars(view.scroll, window);
@@ -136,6 +122,20 @@ LRESULT OnCreate(HWND window, const CREATESTRUCTW& create)
     view.effects.showWindowScrollBars(view, true);
     ListenToClipboard(window, "AddClipboardFormatListener");
     return 0;
+}
+
+void MeasurePlatform(ClientWindow& client)
+{
+    const TraceScope trace("client_create.cpp", "MeasurePlatform");
+    ViewMetrics& metrics = client.view.metrics;
+    metrics.edge = GetEdgeSize(client.window);
+    metrics.verticalBarWidth = GetSystemMetrics(SM_CXVSCROLL);
+    metrics.horizontalBarHeight = GetSystemMetrics(SM_CYHSCROLL);
+    RECT work{};
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
+    metrics.workArea = {work.right - work.left, work.bottom - work.top};
+    const RECT area = QmGetClientRectangle(client.window);
+    metrics.client = {area.right, area.bottom};
 }
 
 void OnDestroy(ClientWindow& client)

@@ -170,6 +170,7 @@ bool OnClientKeyDown(ClientWindow& client, WPARAM key)
 void OnCommand(ClientWindow& client, std::int32_t command)
 {
     const TraceScope trace("client_input.cpp", "OnCommand");
+    if (command == ID_OPTIONS_FONT) return FontDlg(client.window);
     if (client.view.root == nullptr) return;
     const ULONGLONG start = GetTickCount64();
     switch (command) {
@@ -189,6 +190,7 @@ void OnNotify(ClientWindow& client, const NMHDR& header)
     switch (static_cast<std::int32_t>(header.code)) {
     case EditNotifyModified: OnEditorModified(view); break;
     case EditNotifyResized: OnEditorResized(client); break;
+    case ViewNotifyError: NotifyFrame(view, ViewNotifyError); break; // a save failed; the error says why
     case EditNotifyPlaneLines: StatusMessage(client.window, IDS_NOT_SUPPORTED, 0); break;
     case EditNotifyOutOfMemory: StatusMessage(client.window, IDS_ERROR_ALLOCATING, MB_ICONHAND); break;
     case EditNotifySetFocus: NotifyFrame(view, ViewNotifySetFocus); break;

@@ -42,6 +42,7 @@ void ReadViewOptions(ClientWindow& client)
         row->field(client.view) = ReadBooleanOption(row->valueName, row->defaultValue);
     }
     ApplyViewOptions(client.view);
+    ReadFindOptions(client.view);
     ReadOpacity(ArrowOpacityName, client.view.edit.rankOneArrowOpacity);
     ReadOpacity(EdgeOpacityName, client.view.edit.rankOneEdgeOpacity);
 }
@@ -55,6 +56,7 @@ void SaveViewOptions(ClientWindow& client)
     for (const ViewOptionRow* row = ViewOptionTable(); row != ViewOptionTable() + ViewOptionCount; ++row) {
         SaveBooleanOption(row->valueName, row->field(client.view));
     }
+    SaveFindOptions(client.view);
 }
 
 LRESULT OnSetOption(ClientWindow& client, std::int32_t option, bool value)

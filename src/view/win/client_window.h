@@ -55,6 +55,8 @@ void SetScdrFocus(View& view);
 // client_create.cpp
 LRESULT OnCreate(HWND window, const CREATESTRUCTW& create);
 void OnDestroy(ClientWindow& client);
+// Asks the system anew for what it may have changed: the work area and the thickness of bars and edges.
+void MeasurePlatform(ClientWindow& client);
 void OnSetFont(ClientWindow& client, HFONT font);
 
 // client_options.cpp
@@ -79,6 +81,14 @@ LRESULT OnGetScdr(ClientWindow& client, bool selectedOnly);
 LRESULT OnGetPickIndex(ClientWindow& client, bool throughMaximize, const Scdr* node);
 LRESULT OnSetPickIndex(ClientWindow& client, const char16_t* text);
 LRESULT OnGetPreferredSize(ClientWindow& client, SIZE& size);
+
+// client_find.cpp
+LRESULT OnFind(ClientWindow& client, FindRequest request);
+void ReadFindOptions(View& view);
+void SaveFindOptions(const View& view);
+
+// printing.cpp. Prints the displayed top node; takes the printer's device context over. 0 on success.
+LRESULT OnPrintScdr(ClientWindow& client, HDC printer, const RECT& margins);
 
 // client_input.cpp: keys and commands
 bool OnKeyDown(ClientWindow& client, WPARAM key);

@@ -1,0 +1,222 @@
+// Where an array on paper may be cut: between lines, between boxes, between the numbers of a row.
+#include <algorithm>
+
+#include "entry/trace.h"
+#include "model/tree_walk.h"
+#include "view/layout.h"
+#include "view/pages.h"
+
+namespace vantrel {
+namespace {
+
+constexpr std::int64_t RowsLookedAt = 2000; // for a gap between columns; further rows are formed like these
+constexpr std::int64_t Everything = std::int64_t{1} << 40;
+
+enum ColumnLevel : std::int32_t { LevelBox, LevelGap, LevelCharacter, ColumnLevels };
+
+// One question: what lies across a line through the array.
+struct Question {
+    View& view;
+    std::int32_t level;
+    std::int64_t position;
+    std::int64_t answer;
+};
+
+bool LiesAcross(std::int64_t start, std::int64_t end, std::int64_t position) noexcept
+{
+    return start < position && position < end;
+}
+
+// Items of the shown planes that meet a range of layout space, down to the smallest; `look` answers whether to go on below the node.
+template <typename Look> void ForEachNodeMeeting(View& view, const Rect64& range, Look look)
+{
+    Vector<Scdr*> waiting;
+    waiting.push_back(view.top);
+    while (!waiting.empty()) {
+        Scdr& node = *waiting.back();
+        waiting.pop_back();
+        if (!look(node) || IsSimple(node)) continue;
+        const VisibleItems items = FindVisibleItems(view, node, range);
+        for (std::int64_t row = items.firstRow; row < items.endRow; ++row) {
+            for (std::int64_t column = items.firstColumn; column < items.endColumn; ++column)
+                waiting.push_back(Children(node)[items.planeStart + row * items.columns + column]);
+        }
+    }
+}
+
+bool IsClosed(const Scdr& node) noexcept
+{
+    return (node.Flags & FlagMinimized) != 0;
+}
+
+void LookAtLine(Question& question, const Scdr& node)
+{
+    const Rect64 box = NodeRect(node);
+    const std::int64_t position = question.position;
+    if (IsClosed(node)) {
+        if (LiesAcross(box.top, box.bottom, position)) question.answer = std::min(question.answer, box.top);
+        return;
+    }
+    const std::int64_t lineHeight = question.view.edit.lineHeight;
+    if (!IsSimple(node) || lineHeight <= 0) return;
+    const std::int64_t top = TextCorner(question.view, node, box).y;
+    if (!LiesAcross(top, top + ShownRows(node) * lineHeight, position)) return;
+    const std::int64_t start = top + (position - top) / lineHeight * lineHeight;
+    // The array's frame should not stay behind alone.
+    question.answer = std::min(question.answer, start == top && start < position ? box.top : start);
+}
+
+std::int64_t LineAcross(void* state, std::int32_t, std::int64_t position)
+{
+    View& view = *static_cast<View*>(state);
+    Question question{view, 0, position, position};
+    ForEachNodeMeeting(view, {0, position, Everything, position + 1}, [&](const Scdr& node) {
+        LookAtLine(question, node);
+        return !IsClosed(node);
+    });
+    return question.answer;
+}
+
+// The character of a row that stands at a column counted in pixels from the text's start, and where it begins.
+struct CharacterAt {
+    bool blank;
+    std::int64_t start; // pixels
+    std::int64_t end;
+};
+
+CharacterAt FindCharacter(CharWidths& widths, const RecordText& row, std::int64_t x)
+{
+    const std::int64_t column = widths.ColumnAt(row.text, row.length, x);
+    if (column >= row.length) return {true, x, x};
+    const std::int64_t start = widths.TextWidth(row.text, column);
+    return {row.text[column] == u' ', start, start + widths.CharWidth(row.text[column])};
+}
+
+// The greatest position at or left of `x` at which no looked-at row has a character across (or, for gaps, next to the left).
+std::int64_t FindTextGap(View& view, const Scdr& node, std::int64_t x, bool onlyBlank)
+{
+    CharWidths& widths = view.edit.widths;
+    const std::int64_t first = FirstShownRow(node);
+    const std::int64_t rows = std::min(ShownRows(node), RowsLookedAt);
+    for (std::int64_t row = 0; row < rows && x > 0;) {
+        const RecordText text = GetRecord(node.records, first + row);
+        // The character before the cut decides: a cut behind a blank separates numbers.
+        const CharacterAt before = FindCharacter(widths, text, x - 1);
+        const bool hurts = onlyBlank ? !before.blank : LiesAcross(before.start, before.end, x);
+        if (!hurts) {
+            ++row;
+            continue;
+        }
+        x = before.start;
+        row = 0;
+    }
+    return x;
+}
+
+void LookAtColumn(Question& question, const Scdr& node)
+{
+    const Rect64 box = NodeRect(node);
+    const std::int64_t position = question.position;
+    if (!LiesAcross(box.left, box.right, position)) return;
+    if (question.level == LevelBox || IsClosed(node)) {
+        if (IsSimple(node) || IsClosed(node)) question.answer = std::min(question.answer, box.left);
+        return;
+    }
+    if (!IsSimple(node)) return;
+    const std::int64_t left = TextCorner(question.view, node, box).x;
+    if (position <= left) {
+        question.answer = std::min(question.answer, box.left);
+        return;
+    }
+    const std::int64_t gap = FindTextGap(question.view, node, position - left, question.level == LevelGap);
+    question.answer = std::min(question.answer, gap <= 0 ? box.left : left + gap);
+}
+
+std::int64_t ColumnAcross(void* state, std::int32_t level, std::int64_t position)
+{
+    View& view = *static_cast<View*>(state);
+    Question question{view, level, position, position};
+    ForEachNodeMeeting(view, {position, 0, position + 1, Everything}, [&](const Scdr& node) {
+        LookAtColumn(question, node);
+        return !IsClosed(node);
+    });
+    return question.answer;
+}
+
+// The copy's nodes correspond to the shown ones, one to one.
+void CopyShownState(const Scdr& from, Scdr& to) noexcept
+{
+    SubtreeWalk source(from);
+    SubtreeWalk target(to);
+    for (; source.Node() != nullptr && target.Node() != nullptr; source.Next(), target.Next()) {
+        Scdr& copy = const_cast<Scdr&>(*target.Node());
+        if (source.Node() != &from && IsClosed(*source.Node())) copy.Flags |= FlagMinimized;
+        if (copy.Rank >= 3) SetCurrentPlane(copy, CurrentPlane(*source.Node()));
+    }
+}
+
+bool NeverInterrupted(View&) noexcept
+{
+    return false;
+}
+
+ViewEffects SilentEffects(const View& shown) noexcept
+{
+    ViewEffects effects{};
+    effects.invalidate = [](View&) {};
+    effects.showStatus = shown.effects.showStatus;
+    effects.notifyFrame = [](View&, std::int32_t) {};
+    effects.isInterruptOrClosePending = shown.effects.isInterruptOrClosePending != nullptr
+                                            ? shown.effects.isInterruptOrClosePending
+                                            : &NeverInterrupted;
+    effects.showWindowScrollBars = [](View&, bool) {};
+    effects.sendSize = [](View&) {};
+    effects.beginEditor = [](View&, bool, bool) {};
+    effects.placeEditor = [](View&, const Rect64*) {};
+    effects.reloadEditor = [](View&) {};
+    effects.showEditorPlane = [](View&) {};
+    effects.moveEditorCaret = [](View&, std::int64_t, std::int64_t) {};
+    effects.hideEditor = [](View&) {};
+    effects.setFocus = [](View&) {};
+    return effects;
+}
+
+} // namespace
+
+PageGrid CutArrayIntoPages(View& view, const Size64& page)
+{
+    TraceScope trace("page_cuts.cpp", "CutArrayIntoPages");
+    PageGrid grid;
+    grid.columns = CutIntoPages(view.top->width, page.width, {&ColumnAcross, &view, ColumnLevels});
+    grid.rows = CutIntoPages(view.top->height, page.height, {&LineAcross, &view, 1});
+    return grid;
+}
+
+Point64 TextCorner(const View& view, const Scdr& node, const Rect64& box) noexcept
+{
+    constexpr std::int64_t TextPadding = 2;
+    const ViewMetrics& metrics = view.metrics;
+    const std::int64_t moreAxes = node.Rank > 2 ? node.Rank - 2 : 0;
+    return {box.left + metrics.margin + metrics.edge.width * (1 + 2 * moreAxes) + TextPadding,
+            box.top + metrics.margin + metrics.edge.height + TextPadding};
+}
+
+bool CopyForPrinting(const View& shown, PrintView& print)
+{
+    TraceScope trace("page_cuts.cpp", "CopyForPrinting");
+    print.tree = CopyScdr(shown.context, *shown.top);
+    if (print.tree == nullptr) return false;
+    CopyShownState(*shown.top, *print.tree);
+    View& view = print.view;
+    view.context = shown.context;
+    view.window = shown.window;
+    view.effects = SilentEffects(shown);
+    view.options = shown.options;
+    view.edit.context = shown.context;
+    view.edit.rankOneScrollBars = false;
+    view.metrics.workArea = {Everything, Everything};
+    view.root = view.top = print.tree.get();
+    return true;
+}
+
+} // namespace vantrel

@@ -1,0 +1,73 @@
+#include "entry/trace.h"
+#include "resources/resource.h"
+#include "tools/win/options.h"
+#include "tools/win/window.h"
+#include "view/busy.h"
+#include "view/find.h"
+#include "view/win/client_window.h"
+
+namespace vantrel {
+
+namespace {
+
+constexpr char16_t IgnoreCaseName[] = u"Ignore case";
+constexpr char16_t NumericName[] = u"Numeric";
+constexpr char16_t FindTextName[] = u"Find text";
+
+void ReadFindOption(FindState& state, const char16_t* name, FindOption bit) noexcept
+{
+    if (ReadBooleanOption(name, false)) state.options = static_cast<std::uint16_t>(state.options | bit);
+}
+
+// A numeric find locks and greys character arrays, those on show included.
+void FollowFindOptions(ClientWindow& client)
+{
+    View& view = client.view;
+    const bool numeric = IsNumericFind(view.find);
+    if (view.edit.numericFind == numeric) return;
+    view.edit.numericFind = numeric;
+    view.effects.invalidate(view);
+    if (client.activeEdit != nullptr) InvalidateRect(client.activeEdit, nullptr, FALSE);
+}
+
+// The match is drawn only while the keyboard is elsewhere, so it has to be drawn again.
+void Search(ClientWindow& client, bool forward)
+{
+    View& view = client.view;
+    const BusyMark busy(view);
+    const FindResult result = FindNextMatch(view, forward);
+    if (result == FindResult::NotFound) StatusMessage(client.window, IDS_NOT_FOUND, MB_ICONEXCLAMATION);
+    if (client.activeEdit != nullptr) InvalidateRect(client.activeEdit, nullptr, FALSE);
+}
+
+} // namespace
+
+LRESULT OnFind(ClientWindow& client, FindRequest request)
+{
+    const TraceScope trace("client_find.cpp", "OnFind");
+    if (request == FindRequest::OptionsChanged) {
+        FollowFindOptions(client);
+    } else if ((client.view.flags & ViewBusy) != 0) {
+        StatusMessage(client.window, IDS_EDITOR_IS_BUSY, 0);
+    } else {
+        Search(client, request == FindRequest::Next);
+    }
+    return 0;
+}
+
+void ReadFindOptions(View& view)
+{
+    ReadFindOption(view.find, IgnoreCaseName, FindIgnoreCase);
+    ReadFindOption(view.find, NumericName, FindNumeric);
+    ReadOption(nullptr, FindTextName, view.find.text, sizeof view.find.text);
+    view.find.text[FindTextSize - 1] = u'\0';
+}
+
+void SaveFindOptions(const View& view)
+{
+    SaveBooleanOption(IgnoreCaseName, (view.find.options & FindIgnoreCase) != 0);
+    SaveBooleanOption(NumericName, (view.find.options & FindNumeric) != 0);
+    SaveOption(nullptr, FindTextName, view.find.text, sizeof view.find.text);
+}
+
+} // namespace vantrel
