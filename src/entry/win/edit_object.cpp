@@ -235,8 +235,8 @@ HWND CreateFrame(EditContext* context, const char16_t* title, HostObject name, H
         SetErrorCode(context, VTERROR_CODE::OperatingSystemError);
         return nullptr;
     }
-    Ask(frame, FrameSetName, 0, reinterpret_cast<LPARAM>(value));
-    if (name != nullptr) Ask(frame, FrameSetName, 1, reinterpret_cast<LPARAM>(name));
+    Ask(frame, FrameSetName, FrameNameValue, reinterpret_cast<LPARAM>(value));
+    if (name != nullptr) Ask(frame, FrameSetName, FrameNameVariable, reinterpret_cast<LPARAM>(name));
     WindowPlacementRestore(context, frame);
     SetForegroundWindowForce(frame);
     SetFocus(frame);

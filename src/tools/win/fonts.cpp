@@ -1,6 +1,9 @@
 #include "tools/win/fonts.h"
 
+#include <commdlg.h>
+
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <iterator>
 
@@ -14,6 +17,8 @@ namespace vantrel {
 namespace {
 
 constexpr char DefaultFace[] = "APL385 Unicode";
+constexpr LONG SmallestHeight = 6; // pixels
+constexpr LONG LargestHeight = 400;
 constexpr wchar_t FontCopyProperty[] = L"quillmoor vantrel font";
 
 static_assert(sizeof(LOGFONTA) == 60, "the size is part of the stored value");
@@ -81,11 +86,20 @@ bool IsFixedPitch(HDC dc, const TEXTMETRICW& metrics) noexcept
     return std::none_of(FullWidthProbes, std::end(FullWidthProbes) - 1, isOther);
 }
 
+LOGFONTA StoredLogFont() noexcept
+{
+    LOGFONTA logFont{};
+    if (ReadOption(nullptr, u"Font", &logFont, sizeof logFont) != 0) logFont = GetDefaultLogFont();
+    logFont.lfFaceName[LF_FACESIZE - 1] = '\0';
+    ValidateLogFontA(logFont);
+    return logFont;
+}
+
 bool IsDefaultFaceInstalled() noexcept
 {
-    // Of a size that nobody uses: the system remembers the substitute that it chose for a missing face, and would go on using it for that size
-    // after the carried font is there.
-    LOGFONTA probe = GetDefaultLogFont();
+    // The font that will be used, but of a size that nobody uses: the system remembers the substitute that it chose for a missing face, and would go
+    // on using it for that size after the carried font is there.
+    LOGFONTA probe = StoredLogFont();
     probe.lfHeight = 997;
     const HFONT font = CreateFontIndirectA(&probe);
     char face[LF_FACESIZE] = "";
@@ -99,6 +113,20 @@ bool IsDefaultFaceInstalled() noexcept
     DeleteObject(font);
     return std::strcmp(face, DefaultFace) == 0 && metrics.tmWeight == FW_NORMAL && metrics.tmItalic == 0 &&
            metrics.tmUnderlined == 0 && metrics.tmStruckOut == 0;
+}
+
+bool GetWindowLogFont(HWND window, LOGFONTW& logFont) noexcept
+{
+    const auto font = reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0));
+    return font != nullptr && GetObjectW(font, sizeof logFont, &logFont) != 0;
+}
+
+void GiveFont(HWND window, const LOGFONTW& logFont) noexcept
+{
+    const HFONT font = CreateFontIndirectW(&logFont);
+    if (font == nullptr) return;
+    CopyFontToWindow(window, font);
+    DeleteObject(font);
 }
 
 } // namespace
@@ -117,10 +145,7 @@ LOGFONTA GetDefaultLogFont() noexcept
 HFONT GetDefaultFont() noexcept
 {
     const TraceScope trace("fonts.cpp", "GetDefaultFont");
-    LOGFONTA logFont{};
-    if (ReadOption(nullptr, u"Font", &logFont, sizeof logFont) != 0) logFont = GetDefaultLogFont();
-    logFont.lfFaceName[LF_FACESIZE - 1] = '\0';
-    ValidateLogFontA(logFont);
+    const LOGFONTA logFont = StoredLogFont();
     return CreateFontIndirectA(&logFont);
 }
 
@@ -152,6 +177,34 @@ void DefaultFontRelease() noexcept
     if (g_carriedFont == nullptr) return;
     RemoveFontMemResourceEx(g_carriedFont);
     g_carriedFont = nullptr;
+}
+
+void FontDlg(HWND window)
+{
+    const TraceScope trace("fonts.cpp", "FontDlg");
+    LOGFONTW logFont{};
+    if (!GetWindowLogFont(window, logFont)) return;
+    CHOOSEFONTW dialog{};
+    dialog.lStructSize = sizeof dialog;
+    dialog.hwndOwner = GetTopWindowOf(window);
+    dialog.lpLogFont = &logFont;
+    dialog.Flags = CF_SCREENFONTS | CF_INITTOLOGFONTSTRUCT | CF_NOVERTFONTS | CF_FORCEFONTEXIST;
+    if (ChooseFontW(&dialog)) GiveFont(window, logFont);
+}
+
+void ChangeFontSize(HWND window, std::int32_t delta)
+{
+    const TraceScope trace("fonts.cpp", "ChangeFontSize");
+    LOGFONTW logFont{};
+    const LONG steps = delta / WHEEL_DELTA;
+    if (steps == 0 || !GetWindowLogFont(window, logFont)) return;
+    const LONG height = std::abs(logFont.lfHeight);
+    const LONG changed = std::clamp(height + steps * std::max(height / 8, 1L), SmallestHeight, LargestHeight);
+    if (changed == height) return;
+    // Negative heights count without the font's leading; they stay of their kind.
+    logFont.lfHeight = logFont.lfHeight < 0 ? -changed : changed;
+    logFont.lfWidth = 0;
+    GiveFont(window, logFont);
 }
 
 void CopyFontToWindow(HWND window, HFONT font) noexcept

@@ -16,6 +16,11 @@ void ValidateLogFontA(LOGFONTA& logFont) noexcept;
 bool DefaultFontLoad() noexcept;
 void DefaultFontRelease() noexcept;
 
+// Lets the user choose the window's font in the system's dialog.
+void FontDlg(HWND window);
+// A step of the mouse wheel larger or smaller for each click of `delta`.
+void ChangeFontSize(HWND window, std::int32_t delta);
+
 // Gives a window a font of its own that is a copy of `font`, redraws, and deletes the copy given before.
 void CopyFontToWindow(HWND window, HFONT font) noexcept;
 

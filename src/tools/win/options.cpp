@@ -2,6 +2,7 @@
 
 #include <cwchar>
 
+#include "entry/names.h"
 #include "entry/trace.h"
 #include "tools/win/shared_section.h"
 #include "tools/win/wide.h"
@@ -17,6 +18,7 @@ namespace {
 constexpr int PathLength = 255;
 constexpr wchar_t OptionsPath[] = L"Software\\Quillmoor\\Vantrel\\1.1\\Options";
 constexpr char16_t PlacementName[] = u"Window placement";
+constexpr wchar_t NumberProperty[] = L"quillmoor vantrel window number";
 
 static_assert(sizeof(WINDOWPLACEMENT) == 44, "the size is part of the stored value");
 
@@ -55,22 +57,17 @@ bool MakePath(const char16_t* subKey, wchar_t (&path)[PathLength]) noexcept
     return written > 0 && written < PathLength;
 }
 
-const wchar_t* HostName(Dialect dialect) noexcept
+// The number of the window when it was opened: until it closes others come and go, and it must find its own place again.
+long NumberOf(HWND window) noexcept
 {
-    switch (dialect) {
-    case Dialect::Apl2: return L"APL2";
-    case Dialect::Aplx: return L"APLX";
-    case Dialect::Dyalog: return L"Dyalog";
-    case Dialect::Matlab: return L"MATLAB";
-    }
-    return L"";
+    return static_cast<long>(reinterpret_cast<INT_PTR>(GetPropW(window, NumberProperty)));
 }
 
 // Windows that are open at once keep places of their own, so they do not all open on top of each other.
-void MakePlacementKey(const EditContext* context, wchar_t (&key)[PathLength]) noexcept
+void MakePlacementKey(const EditContext* context, HWND window, wchar_t (&key)[PathLength]) noexcept
 {
-    std::swprintf(key, PathLength, L"%ls Vantrel window %li", HostName(context->langEnv->DialectKind),
-                  static_cast<long>(g_openWindowCount));
+    std::swprintf(key, PathLength, L"%ls Vantrel window %li",
+                  AsWide(DialectName(context->langEnv->DialectKind)), NumberOf(window));
 }
 
 // A window must never come back hidden or minimised: the interpreter waits for it, so the user has to see it.
@@ -127,6 +124,18 @@ void SaveBooleanOption(const char16_t* name, bool value) noexcept
     SaveOption(nullptr, name, &stored, sizeof stored);
 }
 
+void CountOpenWindow(HWND window) noexcept
+{
+    g_openWindowCount = g_openWindowCount + 1;
+    SetPropW(window, NumberProperty, reinterpret_cast<HANDLE>(static_cast<INT_PTR>(g_openWindowCount)));
+}
+
+void UncountOpenWindow(HWND window) noexcept
+{
+    RemovePropW(window, NumberProperty);
+    g_openWindowCount = g_openWindowCount - 1;
+}
+
 void WindowPlacementSave(EditContext* context, HWND window) noexcept
 {
     const TraceScope trace("options.cpp", "WindowPlacementSave");
@@ -134,7 +143,7 @@ void WindowPlacementSave(EditContext* context, HWND window) noexcept
     placement.length = sizeof placement;
     if (!GetWindowPlacement(window, &placement)) return;
     wchar_t key[PathLength];
-    MakePlacementKey(context, key);
+    MakePlacementKey(context, window, key);
     SaveOption(AsUtf16(key), PlacementName, &placement, sizeof placement);
 }
 
@@ -143,7 +152,7 @@ void WindowPlacementRestore(EditContext* context, HWND window) noexcept
     const TraceScope trace("options.cpp", "WindowPlacementRestore");
     WINDOWPLACEMENT placement{};
     wchar_t key[PathLength];
-    MakePlacementKey(context, key);
+    MakePlacementKey(context, window, key);
     if (ReadOption(AsUtf16(key), PlacementName, &placement, sizeof placement) != 0) {
         ShowWindow(window, SW_SHOWNORMAL);
         return;

@@ -15,6 +15,11 @@ void SaveOption(const char16_t* subKey, const char16_t* name, const void* data, 
 bool ReadBooleanOption(const char16_t* name, bool defaultValue) noexcept;
 void SaveBooleanOption(const char16_t* name, bool value) noexcept;
 
+// Counts a window among the open ones of the machine; its number names its placement until it is uncounted.
+void CountOpenWindow(HWND window) noexcept;
+void UncountOpenWindow(HWND window) noexcept;
+
+// For counted windows.
 void WindowPlacementSave(EditContext* context, HWND window) noexcept;
 // Shows the window where it was, never hidden or minimised; shows it normally when nothing is stored.
 void WindowPlacementRestore(EditContext* context, HWND window) noexcept;

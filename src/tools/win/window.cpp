@@ -12,6 +12,14 @@ namespace vantrel {
 namespace {
 
 constexpr int StatusBarControl = 32788;
+constexpr int NameBoxControl = 32789;
+
+// A message takes the whole bar, so the box over one of its parts makes room, unless somebody is typing in it.
+void HideNameBox(HWND frame) noexcept
+{
+    const HWND box = GetDlgItem(frame, NameBoxControl);
+    if (box != nullptr && GetFocus() != box) ShowWindow(box, SW_HIDE);
+}
 
 } // namespace
 
@@ -34,17 +42,19 @@ std::wstring LoadText(UINT id)
 std::int32_t StatusMessage(HWND window, const wchar_t* text, UINT beep) noexcept
 {
     const TraceScope trace("window.cpp", "StatusMessage");
-    const HWND bar = GetDlgItem(GetTopWindowOf(window), StatusBarControl);
-    if (bar == nullptr) {
-        TraceMessage(__LINE__, L"No status bar");
-    } else {
+    const HWND frame = GetTopWindowOf(window);
+    const HWND bar = GetDlgItem(frame, StatusBarControl);
+    if (bar != nullptr) {
+        HideNameBox(frame);
         SendMessageW(bar, SB_SIMPLE, TRUE, 0);
         if (SendMessageW(bar, SB_SETTEXTW, SB_SIMPLEID, reinterpret_cast<LPARAM>(text)) == 0) {
-            TraceLastError(__LINE__, "SB_SETTEXTW", GetLastError());
+            TraceLastError(__LINE__, "SB_SETTEXTW failed.  Last error:", GetLastError());
+            TraceMessage(__LINE__, text);
         }
-        UpdateWindow(bar);
+        InvalidateRect(bar, nullptr, TRUE);
     }
     if (beep != 0) MessageBeep(beep);
+    if (bar != nullptr) UpdateWindow(bar);
     return 1;
 }
 
