@@ -21,7 +21,7 @@ rooms_below() {
         hosts) echo "entry tools model builtin" ;;
         editor) echo "entry tools model" ;;
         view) echo "entry tools model builtin editor" ;;
-        frame) echo "entry tools model builtin editor view" ;;
+        frame) echo "entry tools model builtin editor view resources" ;;
         # EditObject stands above the window that it opens.
         entry/win) echo "tools model editor view frame resources" ;;
         */win) echo "$(rooms_below "${1%/win}") resources" ;;

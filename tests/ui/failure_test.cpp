@@ -93,7 +93,7 @@ TEST_F(Failure, AnAccessViolationEndsTheEditAndTheHostLivesOn)
     });
     EXPECT_EQ(report.rfind(
                   L"The Vantrel has encountered a severe error and must shut down.\n\nThe current file was "
-                  L"frame_commands.cpp.\nThe current routine was CauseAccessViolation.\n\n"
+                  L"frame_debug.cpp.\nThe current routine was CauseAccessViolation.\n\n"
                   L"A command log was written to the following location:\n\n",
                   0),
               0u)

@@ -26,54 +26,18 @@ FrameWindow* FrameOf(HWND window) noexcept
     return reinterpret_cast<FrameWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
 }
 
-void ReadOptions(FrameWindow& frame) noexcept
-{
-    for (const FrameOptionEntry& option : FrameOptions()) {
-        if (ReadBooleanOption(option.name, option.defaultValue)) frame.options |= option.bit;
-    }
-}
-
-void SaveOptions(const FrameWindow& frame) noexcept
-{
-    for (const FrameOptionEntry& option : FrameOptions()) {
-        SaveBooleanOption(option.name, (frame.options & option.bit) != 0);
-    }
-}
-
 HMENU ChildId(std::int32_t id) noexcept
 {
     return reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)); // NOLINT: a child's id travels as its menu
 }
 
-HWND CreateStatusBar(const FrameWindow& frame) noexcept
+bool ClientCreate(FrameWindow& frame)
 {
-    const DWORD shown = (frame.options & FrameStatusBar) != 0 ? WS_VISIBLE : 0;
-    return CreateWindowExW(0, STATUSCLASSNAMEW, L"Status", WS_CHILD | SBARS_SIZEGRIP | shown, 0, 0, 0, 0,
-                           frame.window, ChildId(StatusBarId), ModuleInstance(), nullptr);
-}
-
-HWND CreateClient(const FrameWindow& frame) noexcept
-{
-    return CreateWindowExW(0, AsWide(ClientClassName), nullptr,
-                           WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN | WS_HSCROLL | WS_VSCROLL, 0, 0, 0, 0,
-                           frame.window, ChildId(ClientId), ModuleInstance(), frame.context);
-}
-
-void CountFrame(FrameWindow& frame) noexcept
-{
-    frame.counted = true;
-    ++frame.context->openFrames;
-    g_openWindowCount = g_openWindowCount + 1;
-    if (frame.context->frame == nullptr) frame.context->frame = frame.window;
-}
-
-void UncountFrame(FrameWindow& frame) noexcept
-{
-    if (!frame.counted) return;
-    frame.counted = false;
-    --frame.context->openFrames;
-    g_openWindowCount = g_openWindowCount - 1;
-    if (frame.context->frame == frame.window) frame.context->frame = nullptr;
+    frame.client = CreateWindowExW(0, AsWide(ClientClassName), nullptr,
+                                   WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN | WS_HSCROLL | WS_VSCROLL, 0, 0, 0,
+                                   0, frame.window, ChildId(ClientId), ModuleInstance(), frame.context);
+    RethrowEscapedException();
+    return frame.client != nullptr;
 }
 
 LRESULT OnCreate(HWND window, const CREATESTRUCTW& parameters)
@@ -87,41 +51,106 @@ LRESULT OnCreate(HWND window, const CREATESTRUCTW& parameters)
     ReadOptions(frame);
     CountFrame(frame);
     SetMenu(window, LoadMenuW(ModuleInstance(), MAKEINTRESOURCEW(IDM_FRAME)));
-    frame.status = CreateStatusBar(frame);
-    frame.client = CreateClient(frame);
-    return frame.client != nullptr && frame.status != nullptr ? 0 : -1;
+    // The view first: it has the font that the tool bar writes with, and the text that the find bar starts with.
+    if (!StatusBarCreate(frame) || !ClientCreate(frame) || !ToolbarCreate(frame) || !FindBarCreate(frame))
+        return -1;
+    ShowOptionsInMenu(frame);
+    return 0;
 }
 
 void OnDestroy(FrameWindow& frame)
 {
     TraceScope trace("frame.cpp", "OnDestroy");
-    if (frame.client != nullptr) { // a frame that never came up has nothing worth remembering
+    if (frame.findBar != nullptr) { // a frame that never came up has nothing worth remembering
         SaveOptions(frame);
         WindowPlacementSave(frame.context, frame.window);
     }
+    ToolbarDestroy(frame);
+    if (frame.status != nullptr) CopyFontToWindow(frame.status, nullptr);
+    if (frame.nameBox != nullptr) CopyFontToWindow(frame.nameBox, nullptr);
     UncountFrame(frame);
 }
 
-LRESULT OnSetName(FrameWindow& frame, bool byName, HostObject object) noexcept
+LRESULT OnSetName(FrameWindow& frame, std::uint32_t kind, HostObject object) noexcept
 {
-    (byName ? frame.name : frame.value) = object;
+    switch (kind) {
+    case FrameNameValue: frame.value = object; break;
+    case FrameNameVariable: frame.name = object; break;
+    default: break;
+    }
     return 0;
+}
+
+void ShowSelectedAttributes(FrameWindow& frame)
+{
+    const LRESULT node = SendMessageW(frame.client, ViewGetSelectedScdr, 0, 0);
+    DisplayScdrAttributes(frame, reinterpret_cast<const Scdr*>(node));
+}
+
+void UpdateCommands(const FrameWindow& frame)
+{
+    SendMessageW(frame.client, ViewDisableMenuItems, 0, 0);
+    ToolbarFollowMenu(frame);
 }
 
 void OnViewNotify(FrameWindow& frame, std::int32_t code)
 {
     switch (code) {
-    case ViewNotifyState: StatusMessage(frame.window, L"", 0); break; // what was announced is over
+    case ViewNotifyState:
+        ShowSelectedAttributes(frame);
+        UpdateCommands(frame);
+        break;
+    case ViewNotifyFont:
+        ToolbarSetFont(frame);
+        ShowSelectedAttributes(frame);
+        SendWmSize(frame.window);
+        break;
     case ViewNotifyError: ShowHostError(frame); break;
+    case ViewNotifyMenu: UpdateCommands(frame); break;
     default: break;
     }
 }
 
-LRESULT OnNotify(FrameWindow& frame, const NMHDR& notification)
+LRESULT OnNotify(FrameWindow& frame, NMHDR& notification)
 {
-    if (notification.hwndFrom == frame.client)
+    if (notification.code == TTN_GETDISPINFOW) {
+        OnToolTip(reinterpret_cast<NMTTDISPINFOW&>(notification));
+    } else if (notification.code == NM_CUSTOMDRAW && notification.hwndFrom == frame.toolBar) {
+        return OnDrawTool(reinterpret_cast<const NMTBCUSTOMDRAW&>(notification));
+    } else if (notification.hwndFrom == frame.client && frame.client != nullptr) {
         OnViewNotify(frame, static_cast<std::int32_t>(notification.code));
+    }
+    RethrowEscapedException();
     return 0;
+}
+
+void OnActivate(FrameWindow& frame, bool active, bool minimized)
+{
+    if (!active) {
+        HWND const focus = GetFocus();
+        if (focus != nullptr && IsChild(frame.window, focus)) frame.focus = focus;
+        return;
+    }
+    if (minimized) return;
+    const bool canReturn = frame.focus != nullptr && IsChild(frame.window, frame.focus) &&
+                           IsWindowVisible(frame.focus) && IsWindowEnabled(frame.focus);
+    SetFocus(canReturn ? frame.focus : frame.client);
+}
+
+void OnSystemChange(FrameWindow& frame, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (frame.findBar == nullptr) return;
+    if (message == WM_SYSCOLORCHANGE || message == WM_THEMECHANGED) ToolbarCreateAgain(frame);
+    for (HWND const child : {frame.status, frame.toolBar, frame.client})
+        SendMessageW(child, message, wParam, lParam);
+    SendWmSize(frame.window);
+    InvalidateRect(frame.window, nullptr, TRUE);
+}
+
+void OnInitMenu(const FrameWindow& frame)
+{
+    SendMessageW(frame.client, ViewDisableMenuItems, 0, 0);
+    RethrowEscapedException();
 }
 
 LRESULT Done() noexcept
@@ -135,14 +164,22 @@ LRESULT HandleMessage(FrameWindow& frame, UINT message, WPARAM wParam, LPARAM lP
     case WM_DESTROY: return OnDestroy(frame), Done();
     case WM_CLOSE: return OnClose(frame), Done();
     case WM_SIZE: return OnSize(frame), Done();
+    case WM_ACTIVATE: return OnActivate(frame, LOWORD(wParam) != WA_INACTIVE, HIWORD(wParam) != 0), Done();
     case WM_SETFOCUS: return SetFocus(frame.client), Done();
     case WM_COMMAND: return OnCommand(frame, wParam, lParam);
-    case WM_NOTIFY: return OnNotify(frame, *reinterpret_cast<const NMHDR*>(lParam));
+    case WM_INITMENU: return OnInitMenu(frame), Done();
+    case WM_NOTIFY: return OnNotify(frame, *reinterpret_cast<NMHDR*>(lParam));
     case WM_TIMER: return OnCloseTimer(frame), Done();
+    case WM_SYSCOLORCHANGE:
+    case WM_THEMECHANGED:
+    case WM_SETTINGCHANGE:
+    case WM_DISPLAYCHANGE: return OnSystemChange(frame, message, wParam, lParam), Done();
     case FrameGetSizeOnOpen: return (frame.options & FrameSizeOnOpen) != 0 ? 1 : 0;
-    case FrameSetName: return OnSetName(frame, wParam != 0, reinterpret_cast<HostObject>(lParam));
+    case FramePlaceNameBox: return OnPositionPickIndex(frame, static_cast<std::int32_t>(wParam)), Done();
+    case FrameSetName:
+        return OnSetName(frame, static_cast<std::uint32_t>(wParam), reinterpret_cast<HostObject>(lParam));
     case FrameSizeToDefinition: return OnSizeFrameToDefinition(frame), Done();
-    case FrameIsClosing: return frame.closing ? 1 : 0;
+    case FrameIsClosing: return IsAnyFrameClosing(frame.context) ? 1 : 0;
     default: return DefWindowProcW(frame.window, message, wParam, lParam);
     }
 }
@@ -196,7 +233,10 @@ bool RegisterFrameClass()
     windowClass.cbSize = sizeof windowClass;
     windowClass.lpfnWndProc = FrameProc;
     windowClass.hInstance = ModuleInstance();
-    windowClass.hIcon = LoadIconW(nullptr, IDI_APPLICATION);
+    windowClass.hIcon = LoadIconW(ModuleInstance(), MAKEINTRESOURCEW(IDI_VANTREL));
+    windowClass.hIconSm = static_cast<HICON>(LoadImageW(ModuleInstance(), MAKEINTRESOURCEW(IDI_VANTREL),
+                                                        IMAGE_ICON, GetSystemMetrics(SM_CXSMICON),
+                                                        GetSystemMetrics(SM_CYSMICON), LR_SHARED));
     windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     windowClass.hbrBackground = GetSysColorBrush(COLOR_3DFACE);
     windowClass.lpszClassName = AsWide(FrameClassName);

@@ -11,12 +11,6 @@ namespace {
 constexpr UINT_PTR CloseTimer = 1;
 constexpr UINT CloseRetryMilliseconds = 50;
 
-int AskYesNoCancel(const FrameWindow& frame, UINT stringId)
-{
-    return MessageBoxW(frame.window, LoadText(stringId).c_str(), LoadText(IDS_VANTREL).c_str(),
-                       MB_YESNOCANCEL | MB_ICONQUESTION);
-}
-
 bool IsModified(const FrameWindow& frame)
 {
     return SendMessageW(frame.client, ViewGetModified, 0, 0) != 0;
@@ -27,10 +21,7 @@ bool MayClose(FrameWindow& frame)
 {
     const bool asks = (frame.options & FrameConfirmClose) != 0 && !frame.closeUnasked;
     if (!asks || !IsModified(frame)) return true;
-    frame.asking = true;
-    const int answer = AskYesNoCancel(frame, IDS_SAVE_CHANGES);
-    frame.asking = false;
-    switch (answer) {
+    switch (AskYesNoCancel(frame, frame.window, LoadText(IDS_SAVE_CHANGES).c_str())) {
     case IDYES: return SaveTree(frame);
     case IDNO: return true;
     default: return false;
@@ -38,6 +29,13 @@ bool MayClose(FrameWindow& frame)
 }
 
 } // namespace
+
+int AskYesNoCancel(FrameWindow& frame, HWND owner, const wchar_t* question)
+{
+    TraceScope trace("frame_close.cpp", "AskYesNoCancel");
+    const AskingScope asking(frame);
+    return MessageBoxW(owner, question, LoadText(IDS_VANTREL).c_str(), MB_YESNOCANCEL | MB_ICONQUESTION);
+}
 
 bool IsBusy(const FrameWindow& frame)
 {

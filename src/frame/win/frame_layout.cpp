@@ -9,12 +9,35 @@
 namespace vantrel {
 namespace {
 
-int StatusHeight(const FrameWindow& frame) noexcept
+int HeightOf(HWND bar) noexcept
+{
+    RECT rect{};
+    GetWindowRect(bar, &rect);
+    return rect.bottom - rect.top;
+}
+
+int PlaceToolBar(const FrameWindow& frame, int width)
+{
+    if ((frame.options & FrameToolBar) == 0) return 0;
+    const int height = ToolbarWrap(frame, width);
+    MoveWindow(frame.toolBar, 0, 0, width, height, TRUE);
+    return height;
+}
+
+int PlaceFindBar(const FrameWindow& frame, int top, int width) noexcept
+{
+    if ((frame.options & FrameFindShown) == 0) return 0;
+    const int height = HeightOf(frame.findBar);
+    MoveWindow(frame.findBar, 0, top, width, height, TRUE);
+    return height;
+}
+
+int PlaceStatusBar(FrameWindow& frame)
 {
     if ((frame.options & FrameStatusBar) == 0) return 0;
-    RECT bar{};
-    GetWindowRect(frame.status, &bar);
-    return bar.bottom - bar.top;
+    SendMessageW(frame.status, WM_SIZE, 0, 0); // the bar places itself
+    OnPositionPickIndex(frame, frame.pickIndexPart);
+    return HeightOf(frame.status);
 }
 
 RECT WorkAreaOf(HWND window) noexcept
@@ -40,12 +63,13 @@ RECT FitInto(const RECT& area, POINT at, SIZE size) noexcept
 void OnSize(FrameWindow& frame)
 {
     TraceScope trace("frame_layout.cpp", "OnSize");
-    if (frame.status == nullptr || frame.client == nullptr || IsIconic(frame.window)) return;
-    SendMessageW(frame.status, WM_SIZE, 0, 0); // the bar places itself
+    if (frame.findBar == nullptr || IsIconic(frame.window)) return;
     RECT client{};
     GetClientRect(frame.window, &client);
-    const int height = std::max(0, static_cast<int>(client.bottom) - StatusHeight(frame));
-    MoveWindow(frame.client, 0, 0, client.right, height, TRUE);
+    int top = PlaceToolBar(frame, client.right);
+    top += PlaceFindBar(frame, top, client.right);
+    const int bottom = static_cast<int>(client.bottom) - PlaceStatusBar(frame);
+    MoveWindow(frame.client, 0, top, client.right, std::max(0, bottom - top), TRUE);
     RethrowEscapedException();
 }
 
