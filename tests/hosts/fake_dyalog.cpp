@@ -187,6 +187,11 @@ std::optional<Array> Interpreter::CopyBuffer()
     return books_.Value(copyBuffer_);
 }
 
+std::size_t Interpreter::CopyBufferBlocks() const
+{
+    return copyBuffer_ != nullptr ? books_.Take(copyBuffer_).parts.size() : 0;
+}
+
 void Interpreter::FailAllocation(std::int64_t nth, std::int64_t code, bool andAllLater)
 {
     failAllocationIn_ = nth;
@@ -252,7 +257,8 @@ EditResult Interpreter::Edit(const EntryPoints& entryPoints, const Array& argume
     EditResult outcome;
     const std::size_t complaintsBefore = books_.Complaints().size();
     const std::size_t localpsBefore = books_.LiveLocalps();
-    const std::size_t blocksBefore = books_.LiveBlocks();
+    // What is copied stays in the copy buffer when the edit ends.
+    const std::size_t blocksBefore = books_.LiveBlocks() - CopyBufferBlocks();
     ClearError();
     outcome.handshake = entryPoints.getInterpreterFunctions(Table());
     if (outcome.handshake != 0) return outcome;
@@ -293,8 +299,9 @@ EditResult Interpreter::Edit(const EntryPoints& entryPoints, const Array& argume
         books_.Complain(std::to_string(books_.LiveLocalps() - localpsBefore) +
                         " localps were never unregistered");
     }
-    if (books_.LiveBlocks() != blocksBefore) {
-        books_.Complain(std::to_string(books_.LiveBlocks() - blocksBefore) + " array blocks leaked");
+    const std::size_t blocksAfter = books_.LiveBlocks() - CopyBufferBlocks();
+    if (blocksAfter != blocksBefore) {
+        books_.Complain(std::to_string(blocksAfter - blocksBefore) + " array blocks leaked");
     }
     outcome.complaints.assign(books_.Complaints().begin() + static_cast<std::ptrdiff_t>(complaintsBefore),
                               books_.Complaints().end());

@@ -192,6 +192,7 @@ private:
 
     void BuildTable();
     static std::uint64_t OwnTrapWord();
+    std::size_t CopyBufferBlocks() const;
     void Note(Service service, std::string_view detail = {});
     Block* TryAllocate(std::int64_t type, std::int64_t rank, const std::int64_t* shape, Localp* localp,
                        std::int64_t* code);

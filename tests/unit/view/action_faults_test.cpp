@@ -15,7 +15,7 @@ struct FaultCase {
 
 class ActionFaults : public ActionTest {
 protected:
-    ScdrPtr Tree4()
+    ScdrPtr RichTree()
     {
         return Vec(Word(u"12"), Vec(Letter(u'a'), Scalar(1), Letter(u'c')),
                    NestedOf({1, 2}, Word(u"ab"), Integers({2, 2}, {4, 3, 2, 1})),
@@ -23,7 +23,8 @@ protected:
     }
     void Prepare(const FaultCase& fault)
     {
-        ASSERT_EQ(ShowTree(view, Tree4()), 0);
+        ASSERT_EQ(ShowTree(view, RichTree()), 0);
+        clipboard = Letter(u'b');
         Scdr* node = view.root;
         for (const std::int64_t index : fault.path)
             node = Children(*node)[index];
@@ -53,6 +54,7 @@ protected:
             for (std::int64_t nth = 1;; ++nth) {
                 SCOPED_TRACE(std::to_string(nth) + (sticky ? " and all later" : ""));
                 ASSERT_EQ(ShowTree(view, nullptr), 0);
+                clipboard = nullptr;
                 const std::int64_t live = LiveAllocations();
                 before();
                 ArmAllocationFault(nth, sticky);
@@ -63,7 +65,7 @@ protected:
                 EXPECT_EQ(view.flags & (ViewBusy | ViewFormatting | ViewQuiet | ViewRedoInProgress), 0);
                 verify(fired);
                 ASSERT_EQ(ShowTree(view, nullptr), 0);
-                ForgetAllEdited(view);
+                clipboard = nullptr;
                 EXPECT_EQ(LiveAllocations(), live);
                 if (HasFailure()) return;
                 if (!fired) break;
@@ -103,7 +105,6 @@ const std::vector<FaultCase>& Cases()
 
 TEST_F(ActionFaults, EveryActionIsDoneOrNot)
 {
-    clipboard = Letter(u'b');
     log.onAxes = [](const Scdr&, std::int32_t* axes) {
         std::swap(axes[0], axes[2]);
         return true;
@@ -151,7 +152,6 @@ TEST_F(ActionFaults, StructuralActionsSpeakOfStorage)
 
 TEST_F(ActionFaults, UndoAndRedoAreDoneOrNot)
 {
-    clipboard = Letter(u'b');
     for (const FaultCase& fault : Cases()) {
         if (fault.command == CommandReorderAxes) continue;
         SCOPED_TRACE(fault.name);
