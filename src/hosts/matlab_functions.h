@@ -82,7 +82,7 @@ enum MxComplexity : int { MxReal = 0, MxComplex = 1 };
       (std::size_t rank, const std::size_t* lengths, int numberClass, int complexity))
 
 struct MatlabFunctions {
-#define VANTREL_DECLARE(Result, name, arguments) Result(*name) arguments = nullptr;
+#define VANTREL_DECLARE(Result, name, arguments) Result(*(name)) arguments = nullptr;
     VANTREL_MATLAB_FUNCTIONS(VANTREL_DECLARE)
 #undef VANTREL_DECLARE
 };
