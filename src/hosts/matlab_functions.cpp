@@ -1,6 +1,7 @@
 #include "hosts/matlab_functions.h"
 
 #include <algorithm>
+#include <cstring>
 #include <string_view>
 
 #include "entry/trace.h"
@@ -34,22 +35,67 @@ void* FindOne(FindFunction find, void* state, std::string_view name) noexcept
     return FindVersion(find, state, name.substr(0, name.size() - ObjectSuffix.size()));
 }
 
-template <typename Function>
-bool Fill(Function& function, FindFunction find, void* state, std::string_view name) noexcept
-{
-    function = reinterpret_cast<Function>(FindOne(find, state, name));
-    return function != nullptr;
-}
+#define VANTREL_ROW(name)                                                                                    \
+    {                                                                                                        \
+#name, offsetof(MatlabFunctions, name)                                                               \
+    }
+
+constexpr MatlabFunctionRow Rows[] = {
+    VANTREL_ROW(mexErrMsgIdAndTxt),
+    VANTREL_ROW(mexCallMATLABWithTrapWithObject),
+    VANTREL_ROW(mexPutVariable),
+    VANTREL_ROW(mexGetVariablePtr),
+    VANTREL_ROW(mexGetVariableWithObject),
+    VANTREL_ROW(mxArrayToString),
+    VANTREL_ROW(mxFree),
+    VANTREL_ROW(mxDuplicateArray),
+    VANTREL_ROW(mxDestroyArray),
+    VANTREL_ROW(mxIsEmpty),
+    VANTREL_ROW(mxIsSparse),
+    VANTREL_ROW(mxIsComplex),
+    VANTREL_ROW(mxGetClassID),
+    VANTREL_ROW(mxGetClassName),
+    VANTREL_ROW(mxGetNumberOfDimensions),
+    VANTREL_ROW(mxGetDimensions),
+    VANTREL_ROW(mxGetNumberOfElements),
+    VANTREL_ROW(mxGetData),
+    VANTREL_ROW(mxGetPr),
+    VANTREL_ROW(mxGetPi),
+    VANTREL_ROW(mxGetLogicals),
+    VANTREL_ROW(mxGetCell),
+    VANTREL_ROW(mxSetCell),
+    VANTREL_ROW(mxGetNumberOfFields),
+    VANTREL_ROW(mxGetFieldNameByNumber),
+    VANTREL_ROW(mxGetField),
+    VANTREL_ROW(mxSetFieldByNumber),
+    VANTREL_ROW(mxGetProperty),
+    VANTREL_ROW(mxCreateCellArray),
+    VANTREL_ROW(mxCreateStructArray),
+    VANTREL_ROW(mxCreateCharArray),
+    VANTREL_ROW(mxCreateLogicalArray),
+    VANTREL_ROW(mxCreateNumericArray),
+};
+
+#undef VANTREL_ROW
+
+static_assert(sizeof Rows / sizeof Rows[0] * sizeof(void*) == sizeof(MatlabFunctions));
 
 } // namespace
+
+std::span<const MatlabFunctionRow> MatlabFunctionRows() noexcept
+{
+    return Rows;
+}
 
 bool FillFunctions(MatlabFunctions& functions, FindFunction find, void* state) noexcept
 {
     TraceScope trace("matlab_functions.cpp", "FillFunctions");
     bool complete = true;
-#define VANTREL_FILL(Result, name, arguments) complete = Fill(functions.name, find, state, #name) && complete;
-    VANTREL_MATLAB_FUNCTIONS(VANTREL_FILL)
-#undef VANTREL_FILL
+    for (const MatlabFunctionRow& row : Rows) {
+        void* found = FindOne(find, state, row.name);
+        std::memcpy(reinterpret_cast<char*>(&functions) + row.offset, &found, sizeof found);
+        complete = complete && found != nullptr;
+    }
     return complete;
 }
 

@@ -6,7 +6,7 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
+#include <span>
 
 namespace vantrel::matlab {
 
@@ -38,54 +38,54 @@ enum MxClass : int {
 
 enum MxComplexity : int { MxReal = 0, MxComplex = 1 };
 
-// X(result, name, arguments) for every function of the table. Arrays that are returned as const, and what mxGetCell, mxGetField and mxGetProperty
-// return, belong to MATLAB; other arrays are the caller's.
-#define VANTREL_MATLAB_FUNCTIONS(X)                                                                          \
-    /* libmex. Does not return; the text is a printf format. */                                              \
-    X(void, mexErrMsgIdAndTxt, (const char* identifier, const char* format, ...))                            \
-    /* An exception object of the caller's, or null. */                                                      \
-    X(MxArray*, mexCallMATLABWithTrapWithObject,                                                             \
-      (int outputCount, MxArray** outputs, int inputCount, MxArray** inputs, const char* function))          \
-    X(int, mexPutVariable, (const char* workspace, const char* name, const MxArray* value))                  \
-    X(const MxArray*, mexGetVariablePtr, (const char* workspace, const char* name))                          \
-    X(MxArray*, mexGetVariableWithObject, (const char* workspace, const char* name))                         \
-    /* libmx. */                                                                                             \
-    X(char*, mxArrayToString, (const MxArray* array))                                                        \
-    X(void, mxFree, (void* memory))                                                                          \
-    X(MxArray*, mxDuplicateArray, (const MxArray* array))                                                    \
-    X(void, mxDestroyArray, (MxArray * array))                                                               \
-    X(bool, mxIsEmpty, (const MxArray* array))                                                               \
-    X(bool, mxIsSparse, (const MxArray* array))                                                              \
-    X(bool, mxIsComplex, (const MxArray* array))                                                             \
-    X(int, mxGetClassID, (const MxArray* array))                                                             \
-    X(const char*, mxGetClassName, (const MxArray* array))                                                   \
-    X(std::size_t, mxGetNumberOfDimensions, (const MxArray* array))                                          \
-    X(const std::size_t*, mxGetDimensions, (const MxArray* array))                                           \
-    X(std::size_t, mxGetNumberOfElements, (const MxArray* array))                                            \
-    X(void*, mxGetData, (const MxArray* array))                                                              \
-    X(double*, mxGetPr, (const MxArray* array))                                                              \
-    X(double*, mxGetPi, (const MxArray* array))                                                              \
-    X(bool*, mxGetLogicals, (const MxArray* array))                                                          \
-    X(MxArray*, mxGetCell, (const MxArray* array, std::size_t index))                                        \
-    X(void, mxSetCell, (MxArray * array, std::size_t index, MxArray * value))                                \
-    X(int, mxGetNumberOfFields, (const MxArray* array))                                                      \
-    X(const char*, mxGetFieldNameByNumber, (const MxArray* array, int field))                                \
-    X(MxArray*, mxGetField, (const MxArray* array, std::size_t index, const char* field))                    \
-    X(void, mxSetFieldByNumber, (MxArray * array, std::size_t index, int field, MxArray* value))             \
-    X(MxArray*, mxGetProperty, (const MxArray* object, std::size_t index, const char* property))             \
-    X(MxArray*, mxCreateCellArray, (std::size_t rank, const std::size_t* lengths))                           \
-    X(MxArray*, mxCreateStructArray,                                                                         \
-      (std::size_t rank, const std::size_t* lengths, int fieldCount, const char** fields))                   \
-    X(MxArray*, mxCreateCharArray, (std::size_t rank, const std::size_t* lengths))                           \
-    X(MxArray*, mxCreateLogicalArray, (std::size_t rank, const std::size_t* lengths))                        \
-    X(MxArray*, mxCreateNumericArray,                                                                        \
-      (std::size_t rank, const std::size_t* lengths, int numberClass, int complexity))
-
+// Arrays that are returned as const, and what mxGetCell, mxGetField and mxGetProperty return, belong to MATLAB; other arrays are the caller's.
 struct MatlabFunctions {
-#define VANTREL_DECLARE(Result, name, arguments) Result(*(name)) arguments = nullptr;
-    VANTREL_MATLAB_FUNCTIONS(VANTREL_DECLARE)
-#undef VANTREL_DECLARE
+    // libmex. The first does not return, its text is a printf format; the second answers an exception object, or null.
+    void (*mexErrMsgIdAndTxt)(const char* identifier, const char* format, ...) = nullptr;
+    MxArray* (*mexCallMATLABWithTrapWithObject)(int outputCount, MxArray** outputs, int inputCount,
+                                                MxArray** inputs, const char* function) = nullptr;
+    int (*mexPutVariable)(const char* workspace, const char* name, const MxArray* value) = nullptr;
+    const MxArray* (*mexGetVariablePtr)(const char* workspace, const char* name) = nullptr;
+    MxArray* (*mexGetVariableWithObject)(const char* workspace, const char* name) = nullptr;
+    // libmx.
+    char* (*mxArrayToString)(const MxArray* array) = nullptr;
+    void (*mxFree)(void* memory) = nullptr;
+    MxArray* (*mxDuplicateArray)(const MxArray* array) = nullptr;
+    void (*mxDestroyArray)(MxArray* array) = nullptr;
+    bool (*mxIsEmpty)(const MxArray* array) = nullptr;
+    bool (*mxIsSparse)(const MxArray* array) = nullptr;
+    bool (*mxIsComplex)(const MxArray* array) = nullptr;
+    int (*mxGetClassID)(const MxArray* array) = nullptr;
+    const char* (*mxGetClassName)(const MxArray* array) = nullptr;
+    std::size_t (*mxGetNumberOfDimensions)(const MxArray* array) = nullptr;
+    const std::size_t* (*mxGetDimensions)(const MxArray* array) = nullptr;
+    std::size_t (*mxGetNumberOfElements)(const MxArray* array) = nullptr;
+    void* (*mxGetData)(const MxArray* array) = nullptr;
+    double* (*mxGetPr)(const MxArray* array) = nullptr;
+    double* (*mxGetPi)(const MxArray* array) = nullptr;
+    bool* (*mxGetLogicals)(const MxArray* array) = nullptr;
+    MxArray* (*mxGetCell)(const MxArray* array, std::size_t index) = nullptr;
+    void (*mxSetCell)(MxArray* array, std::size_t index, MxArray* value) = nullptr;
+    int (*mxGetNumberOfFields)(const MxArray* array) = nullptr;
+    const char* (*mxGetFieldNameByNumber)(const MxArray* array, int field) = nullptr;
+    MxArray* (*mxGetField)(const MxArray* array, std::size_t index, const char* field) = nullptr;
+    void (*mxSetFieldByNumber)(MxArray* array, std::size_t index, int field, MxArray* value) = nullptr;
+    MxArray* (*mxGetProperty)(const MxArray* object, std::size_t index, const char* property) = nullptr;
+    MxArray* (*mxCreateCellArray)(std::size_t rank, const std::size_t* lengths) = nullptr;
+    MxArray* (*mxCreateStructArray)(std::size_t rank, const std::size_t* lengths, int fieldCount,
+                                    const char** fields) = nullptr;
+    MxArray* (*mxCreateCharArray)(std::size_t rank, const std::size_t* lengths) = nullptr;
+    MxArray* (*mxCreateLogicalArray)(std::size_t rank, const std::size_t* lengths) = nullptr;
+    MxArray* (*mxCreateNumericArray)(std::size_t rank, const std::size_t* lengths, int numberClass,
+                                     int complexity) = nullptr;
 };
+
+// Where a function stands in the table.
+struct MatlabFunctionRow {
+    const char* name;
+    std::size_t offset;
+};
+[[nodiscard]] std::span<const MatlabFunctionRow> MatlabFunctionRows() noexcept;
 
 // Fills the table: `find(state, name)` answers the address of a function, or null. Each name is tried with the suffix of the version wanted first, then
 // plain; the routines that hand over an exception object also under the name without that suffix. False when one is missing.

@@ -9,9 +9,8 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
+#include <cstring>
 #include <list>
-#include <map>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -196,13 +195,13 @@ MatlabFunctions OctaveFunctions()
 void* FindOctave(void*, const char* name)
 {
     static const MatlabFunctions table = OctaveFunctions();
-    static const std::map<std::string, void*> functions = {
-#define VANTREL_ADDRESS(Result, function, arguments) {#function, reinterpret_cast<void*>(table.function)},
-        VANTREL_MATLAB_FUNCTIONS(VANTREL_ADDRESS)
-#undef VANTREL_ADDRESS
-    };
-    const auto found = functions.find(name);
-    return found != functions.end() ? found->second : nullptr;
+    for (const vantrel::matlab::MatlabFunctionRow& row : vantrel::matlab::MatlabFunctionRows()) {
+        if (std::strcmp(row.name, name) != 0) continue;
+        void* found = nullptr;
+        std::memcpy(&found, reinterpret_cast<const char*>(&table) + row.offset, sizeof found);
+        return found;
+    }
+    return nullptr;
 }
 
 // --- the tree as text ---

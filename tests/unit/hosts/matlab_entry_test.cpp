@@ -306,12 +306,9 @@ void CallWithOtherLibraries(int nlhs, mxArray** plhs, int nrhs, const mxArray** 
 
 TEST_F(MatlabEntry, EachMissingFunctionIsAnInitialisationError)
 {
-    std::vector<std::string> names;
-#define VANTREL_NAME(Result, name, arguments) names.emplace_back(#name);
-    VANTREL_MATLAB_FUNCTIONS(VANTREL_NAME)
-#undef VANTREL_NAME
-    EXPECT_EQ(names.size(), 33u);
-    for (const std::string& name : names) {
+    EXPECT_EQ(MatlabFunctionRows().size(), 33u);
+    for (const MatlabFunctionRow& row : MatlabFunctionRows()) {
+        const std::string name = row.name;
         OtherLibraries libraries;
         libraries.missing.insert(name);
         g_libraries = &libraries;
