@@ -108,7 +108,7 @@ void TouchPages(const std::uint8_t* bytes, std::int64_t count)
     const volatile std::uint8_t* at = bytes;
     for (std::int64_t i = 0; i < count; i += PageSize)
         static_cast<void>(at[i]);
-    if (count > 0) static_cast<void>(at[count - 1]);
+    static_cast<void>(at[count - 1]);
 }
 
 // A record shorter than a header gets the rest of one, so that it can be looked at and refused.
@@ -116,13 +116,13 @@ RecordBytes CopyRecord(const std::uint8_t* record)
 {
     const auto length = LoadNumber<std::int64_t>(record + RecordLengthAt);
     if (length < 0) throw VTERROR_CODE::OutOfMemory;
-    TouchPages(record, length);
     if (length < RecordHeaderSize) {
         RecordBytes copy = AllocateZeroedArray<std::uint8_t>(RecordHeaderSize);
         std::memcpy(copy.get(), record, static_cast<std::size_t>(length));
         return copy;
     }
     RecordBytes copy = AllocateArray<std::uint8_t>(length);
+    TouchPages(record, length);
     std::memcpy(copy.get(), record, static_cast<std::size_t>(length));
     return copy;
 }

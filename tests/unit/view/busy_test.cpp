@@ -1,4 +1,5 @@
 #include "view/busy.h"
+#include "view/selection.h"
 
 #include "view_fixture.h"
 
@@ -47,7 +48,7 @@ TEST_F(Busy, AnInterruptStaysUntilTheUserGoesOn)
     }
     EXPECT_TRUE(IsInterruptKept());
     Scdr& root = Show(Vec(Word(u"abc"), Word(u"d")));
-    Select(Item(root, 0));
+    SelectScdr(view, Item(root, 0), true);
     EXPECT_FALSE(IsInterruptKept());
 }
 
