@@ -17,6 +17,7 @@ using namespace fake;
 constexpr int Save = 4102;
 constexpr int SaveAndClose = 4104;
 constexpr int Exit = 4105;
+constexpr int CopyArray = 4202;
 constexpr std::size_t BufferBytes = 65536;
 
 Array EveryType()
@@ -159,6 +160,31 @@ TEST_F(AplxRoad, ARefusedRecordClosesTheWindowAndGivesNothingBack)
         EXPECT_TRUE(answer.record.empty());
     }
     EXPECT_EQ(interpreter.Close(1), 0);
+}
+
+TEST_F(AplxRoad, CopyPutsThreeFormatsOnTheClipboard)
+{
+    const UINT image = RegisterClipboardFormatW(L"Vantrel Clipboard Data");
+    const UINT array = RegisterClipboardFormatW(L"APLX Array");
+    const AplxEditResult result = Edit(Text(u"copied"), [&](User& user) {
+        user.Command(CopyArray);
+        user.Expect(IsClipboardFormatAvailable(image) != 0, "the editor's own image is there");
+        user.Expect(IsClipboardFormatAvailable(CF_UNICODETEXT) != 0, "text is there");
+        user.Expect(IsClipboardFormatAvailable(array) != 0, "an APLX record is there");
+        user.Command(Exit);
+    });
+    EXPECT_TRUE(result.unchanged);
+    ASSERT_TRUE(OpenClipboard(nullptr));
+    HANDLE const block = GetClipboardData(array);
+    ASSERT_NE(block, nullptr);
+    const auto* bytes = static_cast<const std::uint8_t*>(GlobalLock(block));
+    std::int64_t length = 0;
+    std::memcpy(&length, bytes + 4, sizeof length);
+    const AplxRecord record(bytes, bytes + length);
+    GlobalUnlock(block);
+    EmptyClipboard();
+    CloseClipboard();
+    EXPECT_EQ(TextOfArray(ValueOf(record)), u"copied");
 }
 
 TEST_F(AplxRoad, TwoInterpretersShareTheEditorsWindowClasses)
