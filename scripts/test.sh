@@ -41,18 +41,17 @@ step() {
     fi
 }
 
-has_sources() {
-    [ -n "$(find "$@" -name '*.cpp' -print -quit 2>/dev/null)" ]
-}
-
 # --- builds ---
 
 build_preset() {
-    cmake --preset "$1" && cmake --build --preset "$1" -j2
+    local preset=$1
+    shift
+    cmake --preset "$preset" && cmake --build --preset "$preset" -j2 ${1:+--target "$@"}
 }
 
+# build PRESET [TARGET...]: everything without targets.
 build() {
-    if step "build-$1" build_preset "$1"; then
+    if step "build-$1" build_preset "$@"; then
         built[$1]=1
     fi
 }
@@ -135,7 +134,7 @@ fuzz() {
     for corpus in "$root/tests/fuzz/corpus/$name" "$root/tests/fuzz/corpus/${name}_fuzz"; do
         [ ! -d "$corpus" ] || folders+=("$corpus")
     done
-    (cd "$found" && timeout -k 5 120 "$program" -seed=1 -max_total_time=10 -timeout=20 -rss_limit_mb=2048 -print_final_stats=1 "${folders[@]}")
+    (cd "$found" && timeout -k 5 120 "$program" -seed=1 -max_total_time=5 -timeout=20 -rss_limit_mb=2048 -print_final_stats=1 "${folders[@]}")
 }
 
 bench_runs() {
@@ -201,17 +200,14 @@ step setup scripts/setup.sh || true
 step scripts scripts_are_sound || true
 step arrangement scripts/check-sources.sh || true
 
-build native
+# The unit tests run sanitized and under Wine; a third, plain build of them would cost minutes and tell nothing new.
+build native bench
 build native-asan
 build win64
-if has_sources tests/fuzz; then
-    build fuzz
-fi
 
 step format format_is_clean || true
 if [ -n "${built[native]:-}" ]; then
     step tidy tidy_is_clean || true
-    gtest_native unit-native build/native/unit_tests
     step octave-mex scripts/octave-mex.sh || true
     if [ -x build/native/bench ]; then
         step bench-native bench_runs build/native/bench || true
@@ -219,9 +215,7 @@ if [ -n "${built[native]:-}" ]; then
 fi
 if [ -n "${built[native-asan]:-}" ]; then
     gtest_native unit-asan build/native-asan/unit_tests
-fi
-if [ -n "${built[fuzz]:-}" ]; then
-    for program in "$root"/build/fuzz/fuzz_*; do
+    for program in "$root"/build/native-asan/fuzz_*; do
         [ -x "$program" ] || continue
         step "fuzz-${program##*/fuzz_}" fuzz "$program" || true
     done
@@ -230,7 +224,7 @@ fi
 if step wine-prefix wine_template; then
     step wine-runner wine_runner_works || true
     if [ -n "${built[win64]:-}" ]; then
-        [ -e build/win64/vantrel.dll ] && step library library_stands_alone
+        [ -e build/win64/vantrel.dll ] && { step library library_stands_alone || true; }
         gtest_wine unit-win64 themed build/win64/unit_tests.exe
         gtest_wine ui-themed themed build/win64/ui_tests.exe
         gtest_wine ui-unthemed unthemed build/win64/ui_tests.exe
