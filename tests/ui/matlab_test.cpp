@@ -4,6 +4,8 @@
 
 #include <windows.h>
 
+#include <limits>
+
 #include "hosts/fake_matlab.h"
 #include "hosts/win/matlab_libraries.h"
 #include "ui/driver.h"
@@ -16,6 +18,7 @@ using namespace fake;
 constexpr int Save = 4102;
 constexpr int SaveAndClose = 4104;
 constexpr int Exit = 4105;
+constexpr int Debug = 4504;
 
 MexFunction Mex()
 {
@@ -149,6 +152,31 @@ TEST_F(MatlabRoad, ACallOfAnotherFormRaisesAnError)
     EXPECT_EQ(result.error.identifier, "quillmoor_vantrel:LengthError");
     EXPECT_EQ(result.error.text, "The Vantrel produces one result.");
     EXPECT_FALSE(windowCame);
+}
+
+TEST_F(MatlabRoad, AnArrayThatCannotBeShownRaisesWhatIsWrongWithIt)
+{
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const auto nothing = [](User&) {};
+    const MexResult special = Edit(1, {CellValue({1, 1}, {DoubleValue({1, 2}, {1, nan})})}, nothing);
+    EXPECT_FALSE(special.hasResult);
+    EXPECT_EQ(special.error.identifier, "quillmoor_vantrel:DomainError");
+    EXPECT_EQ(special.error.text, "Array contains a NAN value");
+    const MexResult wide = Edit(1, {NumberValue<std::uint64_t>(MatlabClass::Uint64, {1, 1}, {1})}, nothing);
+    EXPECT_EQ(wide.error.text, "Array contains an unsigned 64 bit integer");
+}
+
+TEST_F(MatlabRoad, AnAccessViolationRaisesAnErrorAndMatlabLivesOn)
+{
+    const MexResult result = Edit(1, {TextValue(u"abc")}, [](User& user) {
+        PostMessageW(user.Frame(), WM_COMMAND, Debug, 0);
+        user.AnswerBox(L"Vantrel Debug Message", IDYES);
+        user.AnswerBox(L"Vantrel Error Message", IDOK);
+    });
+    EXPECT_TRUE(result.raised);
+    EXPECT_EQ(result.error.identifier, "quillmoor_vantrel:Exception");
+    EXPECT_EQ(result.error.text, "Exception");
+    EXPECT_TRUE(Edit(1, {TextValue(u"abc")}, [](User& user) { user.Command(Exit); }).unchanged);
 }
 
 TEST_F(MatlabRoad, WithoutKnownMemorySavingFailsAndTheWindowStays)

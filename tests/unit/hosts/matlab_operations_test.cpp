@@ -226,6 +226,17 @@ TEST_F(MatlabOperation, AFigureThatDoesNotComeForwardIsAnError)
     EXPECT_EQ(bench.Detail(), u"");
 }
 
+TEST_F(MatlabOperation, APlotsCallbackMayCallTheEditor)
+{
+    fake::MexResult inside;
+    bench.matlab.onPlot = [&] { inside = bench.matlab.Call(CallEntry, 1, {TextValue(u"inner")}); };
+    Plot(*test::Reals(context, {1}, {1}), 4907);
+    EXPECT_EQ(bench.Code(), VTERROR_CODE::NoError);
+    EXPECT_TRUE(inside.unchanged);
+    EXPECT_EQ(bench.matlab.Calls().back().function, "figure");
+    EXPECT_EQ(MatlabPlatform::unregistered, 0);
+}
+
 TEST_F(MatlabOperation, APlotNeedsMemory)
 {
     bench.matlab.options.memoryBytes = 8 + 128 - 1;
