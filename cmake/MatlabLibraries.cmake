@@ -5,3 +5,9 @@ foreach(name libmx libmex)
   target_include_directories(fake_${name} PRIVATE tests)
   target_link_libraries(fake_${name} PRIVATE vantrel_options)
 endforeach()
+
+# MATLAB knows a MEX file by its extension.
+if(TARGET vantrel)
+  add_custom_command(TARGET vantrel POST_BUILD
+    COMMAND "${CMAKE_COMMAND}" -E copy "$<TARGET_FILE:vantrel>" "$<TARGET_FILE_DIR:vantrel>/vantrel.mexw64")
+endif()

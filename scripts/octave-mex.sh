@@ -1,6 +1,7 @@
 #!/bin/bash
 # Builds the MATLAB adapter as a MEX file of GNU Octave and runs it on values and .mat files that Octave makes. Files that MATLAB itself has
-# written are tried, too: those of the folder that VANTREL_MAT_DATA names, else of data/mat in any folder beside this one.
+# written are tried, too: those of the folder that VANTREL_MAT_DATA names, else of mat in the one that VANTREL_SHARED_DATA names, else of data/mat
+# in any folder beside this one.
 # Needs the native build of the logic.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -18,7 +19,7 @@ CXXFLAGS="-std=c++20 -O1 -Wall -Wextra -Werror -Wno-unused-parameter" mkoctfile 
     "$root/tests/octave/vantrel.cpp" "$library"
 
 if [ -z "${VANTREL_MAT_DATA:-}" ]; then
-    for folder in "$root"/../*/data/mat; do
+    for folder in "$root"/../*/data/mat "${VANTREL_SHARED_DATA:-/none}/mat"; do
         [ ! -d "$folder" ] || VANTREL_MAT_DATA=$folder
     done
 fi
