@@ -12,6 +12,8 @@ namespace {
 constexpr std::int64_t RowsLookedAt = 2000; // for a gap between columns; further rows are formed like these
 constexpr std::int64_t Everything = std::int64_t{1} << 40;
 
+// Arrays side by side may have their lines at different heights: then those of the tallest are spared.
+enum LineLevel : std::int32_t { LevelAllLines, LevelTallest, LineLevels };
 enum ColumnLevel : std::int32_t { LevelBox, LevelGap, LevelCharacter, ColumnLevels };
 
 // One question: what lies across a line through the array.
@@ -20,6 +22,7 @@ struct Question {
     std::int32_t level;
     std::int64_t position;
     std::int64_t answer;
+    std::int64_t tallest = 0; // rows of the array that gave the answer
 };
 
 bool LiesAcross(std::int64_t start, std::int64_t end, std::int64_t position) noexcept
@@ -49,27 +52,38 @@ bool IsClosed(const Scdr& node) noexcept
     return (node.Flags & FlagMinimized) != 0;
 }
 
+void TakeLine(Question& question, std::int64_t start, std::int64_t rows) noexcept
+{
+    if (question.level == LevelAllLines) {
+        question.answer = std::min(question.answer, start);
+    } else if (rows > question.tallest) {
+        question.tallest = rows;
+        question.answer = start;
+    }
+}
+
 void LookAtLine(Question& question, const Scdr& node)
 {
     const Rect64 box = NodeRect(node);
     const std::int64_t position = question.position;
     if (IsClosed(node)) {
-        if (LiesAcross(box.top, box.bottom, position)) question.answer = std::min(question.answer, box.top);
+        if (LiesAcross(box.top, box.bottom, position)) TakeLine(question, box.top, 1);
         return;
     }
     const std::int64_t lineHeight = question.view.edit.lineHeight;
     if (!IsSimple(node) || lineHeight <= 0) return;
+    const std::int64_t rows = ShownRows(node);
     const std::int64_t top = TextCorner(question.view, node, box).y;
-    if (!LiesAcross(top, top + ShownRows(node) * lineHeight, position)) return;
+    if (!LiesAcross(top, top + rows * lineHeight, position)) return;
     const std::int64_t start = top + (position - top) / lineHeight * lineHeight;
     // The array's frame should not stay behind alone.
-    question.answer = std::min(question.answer, start == top && start < position ? box.top : start);
+    TakeLine(question, start == top && start < position ? box.top : start, rows);
 }
 
-std::int64_t LineAcross(void* state, std::int32_t, std::int64_t position)
+std::int64_t LineAcross(void* state, std::int32_t level, std::int64_t position)
 {
     View& view = *static_cast<View*>(state);
-    Question question{view, 0, position, position};
+    Question question{view, level, position, position};
     ForEachNodeMeeting(view, {0, position, Everything, position + 1}, [&](const Scdr& node) {
         LookAtLine(question, node);
         return !IsClosed(node);
@@ -178,6 +192,10 @@ ViewEffects SilentEffects(const View& shown) noexcept
     effects.moveEditorCaret = [](View&, std::int64_t, std::int64_t) {};
     effects.hideEditor = [](View&) {};
     effects.setFocus = [](View&) {};
+    effects.setEditorModified = [](View&) {};
+    effects.enableFrame = [](View&, bool) {};
+    effects.sizeFrame = [](View&) {};
+    effects.askAxisOrder = [](View&, const Scdr&, std::int32_t*) { return false; };
     return effects;
 }
 
@@ -188,7 +206,7 @@ PageGrid CutArrayIntoPages(View& view, const Size64& page)
     TraceScope trace("page_cuts.cpp", "CutArrayIntoPages");
     PageGrid grid;
     grid.columns = CutIntoPages(view.top->width, page.width, {&ColumnAcross, &view, ColumnLevels});
-    grid.rows = CutIntoPages(view.top->height, page.height, {&LineAcross, &view, 1});
+    grid.rows = CutIntoPages(view.top->height, page.height, {&LineAcross, &view, LineLevels});
     return grid;
 }
 
@@ -210,6 +228,7 @@ bool CopyForPrinting(const View& shown, PrintView& print)
     View& view = print.view;
     view.context = shown.context;
     view.window = shown.window;
+    view.win = shown.win;
     view.effects = SilentEffects(shown);
     view.options = shown.options;
     view.edit.context = shown.context;

@@ -10,6 +10,7 @@
 #include "model/records.h"
 #include "resources/resource.h"
 #include "tools/win/guard.h"
+#include "tools/win/help.h"
 #include "tools/win/scroll_bars.h"
 #include "tools/win/window.h"
 #include "view/busy.h"
@@ -24,6 +25,7 @@ namespace vantrel {
 
 namespace {
 
+constexpr std::uint32_t KeysTopic = 102; // of the help file
 constexpr std::int32_t ShiftModifier = 1;
 constexpr std::int32_t CtrlModifier = 2;
 
@@ -171,6 +173,8 @@ void OnCommand(ClientWindow& client, std::int32_t command)
 {
     const TraceScope trace("client_input.cpp", "OnCommand");
     if (command == ID_OPTIONS_FONT) return FontDlg(client.window);
+    if (command == ID_HELP_GENERAL) return ShowHelpPage(client.window, client.view.context, 0);
+    if (command == ID_HELP_KEYS) return ShowHelpPage(client.window, client.view.context, KeysTopic);
     if (client.view.root == nullptr) return;
     const ULONGLONG start = GetTickCount64();
     switch (command) {
@@ -216,6 +220,7 @@ void OnMouseWheel(ClientWindow& client, WPARAM wParam)
     View& view = client.view;
     const std::uint32_t keys = GET_KEYSTATE_WPARAM(wParam);
     const std::int32_t delta = GET_WHEEL_DELTA_WPARAM(wParam);
+    if (keys == MK_CONTROL && !IsDown(VK_MENU)) return ChangeFontSize(client.window, delta);
     OnMouseWheelScrollPlane(client, keys, delta);
     if (!IsDown(VK_MENU) &&
         OnMouseWheel(view.scroll, keys, delta, view.edit.averageCharWidth, view.edit.lineHeight)) {

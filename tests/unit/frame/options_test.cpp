@@ -37,5 +37,17 @@ TEST(FrameOptions, DefaultsAreThoseOfAFirstStart)
                                                    FrameToolBar));
 }
 
+TEST(FrameOptions, AreFoundByTheirCommands)
+{
+    EXPECT_EQ(FindFrameOption(4301)->bit, FrameToolBar);
+    EXPECT_EQ(FindFrameOption(4302)->bit, FrameStatusBar);
+    EXPECT_EQ(FindFrameOption(4304)->bit, FrameConfirmClose);
+    EXPECT_EQ(FindFrameOption(4305)->bit, FrameSizeOnOpen);
+    EXPECT_EQ(FindFrameOption(4306)->bit, FrameAlwaysOnTop);
+    EXPECT_EQ(FindFrameOption(4307)->bit, FrameSmallIcons);
+    for (const std::int32_t command : {0, 4303, 4308, 4316, 4206})
+        EXPECT_EQ(FindFrameOption(command), nullptr);
+}
+
 } // namespace
 } // namespace vantrel
