@@ -343,17 +343,21 @@ void User::Command(int id)
     Wait();
 }
 
-std::wstring User::AnswerBox(const wchar_t* title, int button)
+HWND User::WaitForBox(const wchar_t* title)
 {
     HWND box = nullptr;
     PollUntil([&] {
         box = FindWindowW(L"#32770", title);
         return box != nullptr && IsWindowVisible(box);
     });
-    if (box == nullptr) {
-        Expect(false, "a message box comes up");
-        return {};
-    }
+    if (box == nullptr) Expect(false, "a message box comes up");
+    return box;
+}
+
+std::wstring User::AnswerBox(const wchar_t* title, int button)
+{
+    HWND const box = WaitForBox(title);
+    if (box == nullptr) return {};
     wchar_t text[2048] = {};
     GetDlgItemTextW(box, 0xFFFF, text, 2048);
     PostMessageW(box, WM_COMMAND, static_cast<WPARAM>(button), 0);

@@ -69,6 +69,8 @@ public:
     void Command(int id);
     void Wait(); // until all posted work is done
 
+    // Waits for a message box or dialog with the title; null when none comes.
+    HWND WaitForBox(const wchar_t* title);
     // Waits for a message box (or dialog) with the title, returns its text and presses a button.
     std::wstring AnswerBox(const wchar_t* title, int button);
     [[nodiscard]] std::u16string StatusText() const;
