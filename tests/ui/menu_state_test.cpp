@@ -19,17 +19,6 @@ protected:
     Interpreter interpreter;
 };
 
-// A menu of the test's own in the frame's place, with every command of the view that has a state.
-void GiveMenu(const User& user)
-{
-    HMENU const bar = CreateMenu();
-    HMENU const popup = CreatePopupMenu();
-    for (int id = 4201; id <= 4908; ++id)
-        AppendMenuW(popup, MF_STRING, static_cast<UINT_PTR>(id), L"item");
-    AppendMenuW(bar, MF_POPUP, reinterpret_cast<UINT_PTR>(popup), L"All");
-    SetMenu(user.Frame(), bar);
-}
-
 std::vector<int> Grayed(const User& user, int first, int last)
 {
     SendMessageW(user.Client(), DisableMenuItems, 0, 0);
@@ -54,7 +43,6 @@ TEST_F(MenuStates, FollowTheSelection)
     const Array argument = NestedArray(
         {3}, {Text(u"ab"), NumericArray({2, 2}, {1, 2, 3, 4}), EmptyNestedArray({0}, Text(u"p"))});
     RunEdit(interpreter, argument, [](User& user) {
-        GiveMenu(user);
         user.ExpectEqual(Grayed(user, 4201, 4201), Ids{4201}, "the whole array is not cut");
         user.ExpectEqual(Grayed(user, 4604, 4606), (Ids{4604, 4605, 4606}), "nor closed");
         user.ExpectEqual(Grayed(user, 4701, 4706), (Ids{4701, 4702, 4703, 4704, 4705, 4706}),
@@ -72,7 +60,6 @@ TEST_F(MenuStates, FollowTheSelection)
 TEST_F(MenuStates, FollowTheUndoStacks)
 {
     RunEdit(interpreter, Text(u"abc"), [](User& user) {
-        GiveMenu(user);
         user.ExpectEqual(Grayed(user, 4204, 4208), (Ids{4204, 4205, 4208}), "nothing done");
         SendMessageW(user.Client(), WM_COMMAND, 4614, 0);
         user.ExpectEqual(Grayed(user, 4204, 4208), Ids{4205}, "something to undo");
@@ -89,7 +76,6 @@ TEST_F(MenuStates, FollowTheUndoStacks)
 TEST_F(MenuStates, PasteFollowsTheClipboard)
 {
     RunEdit(interpreter, Text(u"abc"), [](User& user) {
-        GiveMenu(user);
         OpenClipboard(nullptr);
         EmptyClipboard();
         CloseClipboard();
