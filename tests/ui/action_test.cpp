@@ -299,7 +299,6 @@ TEST_F(Action, AxesAreReorderedByDraggingTheirNames)
         wchar_t text[64] = L"";
         SendMessageW(list, LB_GETTEXT, 0, reinterpret_cast<LPARAM>(text));
         user.Expect(std::wstring(text) == L"Axis name 1", "by name");
-        user.SavePicture(dialog, L"reorder_axes.png");
         RECT first{};
         RECT last{};
         SendMessageW(list, LB_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&first));
