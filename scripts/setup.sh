@@ -12,7 +12,7 @@ packages=(
     g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64
     googletest libbenchmark-dev nlohmann-json3-dev dpkg-dev
     wine wine64 fonts-wine fonts-dejavu-core
-    xvfb xauth x11-utils xdotool xclip openbox imagemagick
+    xvfb xauth x11-utils xdotool xclip openbox imagemagick zip unzip
     octave octave-dev
 )
 

@@ -237,6 +237,7 @@ if step wine-prefix wine_template; then
             step demo-themed demo_shows_window themed || true
             step demo-unthemed demo_shows_window unthemed || true
             step clipboard scripts/test-clipboard.sh || true
+            step package scripts/test-package.sh || true
         fi
     fi
 fi
