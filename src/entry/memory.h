@@ -63,8 +63,10 @@ template <typename T> struct GatedAllocator {
     template <typename U> GatedAllocator(const GatedAllocator<U>&) noexcept {}
     [[nodiscard]] T* allocate(std::size_t count)
     {
+        // NOLINTBEGIN(bugprone-sizeof-expression): lists of pointers are meant
         if (count > std::numeric_limits<std::size_t>::max() / sizeof(T)) throw VTERROR_CODE::OutOfMemory;
         return static_cast<T*>(AllocateBytes(count * sizeof(T)));
+        // NOLINTEND(bugprone-sizeof-expression)
     }
     void deallocate(T* block, std::size_t) noexcept { FreeBytes(block); }
     template <typename U> bool operator==(const GatedAllocator<U>&) const noexcept { return true; }
