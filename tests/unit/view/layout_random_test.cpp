@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <random>
 
+#include "view/commit.h"
 #include "view_fixture.h"
 
 namespace vantrel {
@@ -153,8 +154,8 @@ protected:
 
     void ChangeSomething()
     {
-        const std::int64_t change = Pick(0, 4);
-        Scdr& node = change < 3 ? AnyNode() : RandomNode();
+        const std::int64_t change = Pick(0, 6);
+        Scdr& node = change == 3 || change == 4 ? RandomNode() : AnyNode();
         switch (change) {
         case 0:
             EXPECT_EQ(SelectScdr(view, node, false), 0);
@@ -181,8 +182,17 @@ protected:
             InvalidateAncestorsSizesAndLaterSiblingsOrigins(node);
             EXPECT_EQ(CalculateScdrSizes(view), 0);
             break;
-        default: break;
+        default: CommitText(node); break;
         }
+    }
+
+    // One box changes its size: only what it pushes is laid out again.
+    void CommitText(Scdr& node)
+    {
+        if (node.Type != TypeCharacter || node.records.count == 0 || IsScdrInsideEmptyAncestor(node)) return;
+        Type(node, Pick(0, node.records.count - 1),
+             std::u16string(static_cast<std::size_t>(Pick(0, 12)), u'W'));
+        EXPECT_NE(CheckScdr(view, *view.root), 0);
     }
 };
 

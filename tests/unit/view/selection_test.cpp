@@ -136,6 +136,17 @@ TEST_F(Selection, TheEditorFollowsTheScrolling)
     EXPECT_EQ(log.Count("place 359 12 36 28"), 1); // 827 + 5 - 473
 }
 
+TEST_F(Selection, TheEditorTakesTheNewArrayBeforeItMoves)
+{
+    Scdr& root = ShowLongVector();
+    Select(Item(root, 0));
+    log.Clear();
+    EXPECT_EQ(SelectScdr(view, Item(root, 20), false), 0);
+    ASSERT_FALSE(log.calls.empty());
+    EXPECT_EQ(log.calls.front(), "begin array");
+    EXPECT_EQ(log.Count("place 359 12 36 28"), 1);
+}
+
 TEST_F(Selection, APartlyShownCellIsLeftAloneWhenWholeCellsAreNotAsked)
 {
     Scdr& root = ShowLongVector();
