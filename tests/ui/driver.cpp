@@ -158,6 +158,14 @@ std::string TestName()
     return test == nullptr ? "test" : std::string(test->test_suite_name()) + "." + test->name();
 }
 
+BOOL CALLBACK PrintTitle(HWND window, LPARAM)
+{
+    char title[128] = {};
+    GetWindowTextA(window, title, 128);
+    if (IsWindowVisible(window)) std::fprintf(stderr, "  on the screen: \"%s\"\n", title);
+    return TRUE;
+}
+
 // The modal edit cannot be ended from outside, so the program ends and says what it saw.
 void GiveUp(const User& user)
 {
@@ -167,6 +175,7 @@ void GiveUp(const User& user)
                  std::string(status.begin(), status.end()).c_str());
     for (const std::string& failure : user.Failures())
         std::fprintf(stderr, "  not so: %s\n", failure.c_str());
+    EnumWindows(PrintTitle, 0);
     std::fflush(stderr);
     TerminateProcess(GetCurrentProcess(), 3);
 }

@@ -1,6 +1,8 @@
 // Printing through the printing system into a file.
 #include <gtest/gtest.h>
 
+#include <memory>
+
 #include "ui/driver.h"
 #include "ui/test_printer.h"
 
@@ -11,12 +13,26 @@ using namespace fake;
 
 constexpr int PageSetup = 4107;
 constexpr int PrintArray = 4108;
+constexpr wchar_t SetupTitle[] = L"Setup Page"; // as Wine calls it
 
 class Printing : public testing::Test {
 protected:
     void SetUp() override { ForgetOptions(); }
+    static void TearDownTestSuite() { printer_.reset(); }
+
+    // One for all tests: the library keeps the printer's settings as long as the process lasts.
+    static const TestPrinter& Printer()
+    {
+        if (printer_ == nullptr) printer_ = std::make_unique<TestPrinter>();
+        EXPECT_TRUE(printer_->IsThere());
+        DeleteFileW(printer_->OutputFile().c_str());
+        return *printer_;
+    }
 
     Interpreter interpreter;
+
+private:
+    static inline std::unique_ptr<TestPrinter> printer_;
 };
 
 Array WideAndTall()
@@ -42,8 +58,7 @@ TEST_F(Printing, ANothingHappensWithoutAPrinter)
 
 TEST_F(Printing, BAWideAndTallArrayTakesSeveralPages)
 {
-    const TestPrinter printer;
-    ASSERT_TRUE(printer.IsThere());
+    const TestPrinter& printer = Printer();
     std::string output;
     RunEdit(interpreter, WideAndTall(), [&](User& user) {
         PostMessageW(user.Frame(), WM_COMMAND, PrintArray, 0);
@@ -55,8 +70,7 @@ TEST_F(Printing, BAWideAndTallArrayTakesSeveralPages)
 
 TEST_F(Printing, CASmallArrayTakesOnePageAndACancelledDialogNone)
 {
-    const TestPrinter printer;
-    ASSERT_TRUE(printer.IsThere());
+    const TestPrinter& printer = Printer();
     std::string output;
     RunEdit(interpreter, NestedArray({2}, {Text(u"abc"), Text(u"defg")}), [&](User& user) {
         PostMessageW(user.Frame(), WM_COMMAND, PrintArray, 0);
@@ -81,8 +95,7 @@ void SetLeftAndRightMargin(HWND dialog, const wchar_t* text)
 
 TEST_F(Printing, DMarginsAreKeptForTheNextDocument)
 {
-    const TestPrinter printer;
-    ASSERT_TRUE(printer.IsThere());
+    const TestPrinter& printer = Printer();
     int narrow = 0;
     int before = 0;
     RunEdit(interpreter, WideAndTall(), [&](User& user) {
@@ -90,8 +103,8 @@ TEST_F(Printing, DMarginsAreKeptForTheNextDocument)
         user.AnswerBox(L"Print", IDOK);
         before = CountPages(printer.Output());
         PostMessageW(user.Frame(), WM_COMMAND, PageSetup, 0);
-        SetLeftAndRightMargin(user.WaitForBox(L"Page Setup"), L"2.5");
-        user.AnswerBox(L"Page Setup", IDOK);
+        SetLeftAndRightMargin(user.WaitForBox(SetupTitle), L"2.5");
+        user.AnswerBox(SetupTitle, IDOK);
     });
     DeleteFileW(printer.OutputFile().c_str());
     RunEdit(interpreter, WideAndTall(), [&](User& user) {
