@@ -236,9 +236,9 @@ char16_t* GetPickIndex(View& view, bool throughMaximize, const Scdr& node)
 Scdr* FindPickIndex(View& view, const char16_t* text)
 {
     TraceScope trace("pick_index.cpp", "FindPickIndex");
-    if (view.top == nullptr) throw VTERROR_CODE::ValueError;
+    if (view.root == nullptr) throw VTERROR_CODE::ValueError;
     PickReader reader{text, view.context->indexOrigin};
-    Scdr* node = view.top;
+    Scdr* node = view.root;
     for (SkipBlanks(reader); *reader.at != u'\0'; SkipBlanks(reader)) {
         if (IsSimple(*node)) throw VTERROR_CODE::RankError;
         node = Children(*node)[ReadLevel(reader, *node)];

@@ -104,8 +104,22 @@ TEST_F(PickIndex, SeesThroughMaximisedBoxesOnlyWhenAsked)
     EXPECT_EQ(Of(Item(box, 1), true), u"2");
     EXPECT_EQ(Of(box, false), u"2");
     EXPECT_EQ(Of(box, true), u" ");
-    // Reading starts at what is displayed.
-    EXPECT_EQ(FindPickIndex(view, u"2"), &Item(box, 1));
+}
+
+// What was written without regard to the maximised box is found again while it is maximised.
+TEST_F(PickIndex, ReadsFromTheWholeArrayWhateverIsDisplayed)
+{
+    Scdr& root = Show(Vec(Word(u"a"), Vec(Word(u"b"), Word(u"c"))));
+    Scdr& box = Item(root, 1);
+    EXPECT_EQ(SelectScdr(view, box, false), 0);
+    EXPECT_EQ(MaximizeScdr(view), 0);
+    EXPECT_EQ(FindPickIndex(view, u"2"), &box);
+    EXPECT_EQ(FindPickIndex(view, u"2 1"), &Item(box, 0));
+    EXPECT_EQ(FindPickIndex(view, u" "), &root);
+    Scdr* const outside = FindPickIndex(view, u"1");
+    EXPECT_EQ(outside, &Item(root, 0));
+    EXPECT_EQ(SelectScdr(view, *outside, false), 0);
+    EXPECT_EQ(view.top, &root); // selecting it undoes the maximise
 }
 
 TEST_F(PickIndex, ReadsFreely)
