@@ -20,4 +20,15 @@ Thumb PlaceThumb(std::int32_t track, std::int32_t shortest, std::int64_t dataSiz
     return {static_cast<std::int32_t>(std::lround(part * (track - length))), length};
 }
 
+std::int64_t PositionOfThumb(std::int32_t track, std::int32_t length, std::int64_t start,
+                             std::int64_t dataSize, std::int64_t pageSize) noexcept
+{
+    const std::int64_t last = dataSize - pageSize;
+    const std::int64_t way = std::int64_t{track} - length;
+    if (start <= 0 || last <= 0) return 0;
+    if (start >= way) return last;
+    // The quotient first, for the product of two large numbers does not fit.
+    return last / way * start + last % way * start / way;
+}
+
 } // namespace vantrel

@@ -285,6 +285,7 @@ std::int32_t CalculateScdrSizes(View& view)
 {
     TraceScope trace("layout_sizes.cpp", "CalculateScdrSizes");
     if (view.top == nullptr) return 0;
+    view.effects.readPlatform(view);
     const bool quiet = (view.flags & ViewQuiet) != 0;
     if (!quiet) view.effects.showStatus(view, StatusCalculatingSizes, -1, false);
     Sizing sizing{view, {}, {}, nullptr};

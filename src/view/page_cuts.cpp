@@ -184,6 +184,7 @@ ViewEffects SilentEffects(const View& shown) noexcept
                                             ? shown.effects.isInterruptOrClosePending
                                             : &NeverInterrupted;
     effects.showWindowScrollBars = [](View&, bool) {};
+    effects.readPlatform = [](View&) {};
     effects.sendSize = [](View&) {};
     effects.beginEditor = [](View&, bool, bool) {};
     effects.placeEditor = [](View&, const Rect64*) {};

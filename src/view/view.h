@@ -22,6 +22,9 @@ struct ViewMetrics {
     std::int64_t margin = 5;              // 5 with small margins, else 10
     std::int64_t verticalBarWidth = 0;    // SM_CXVSCROLL
     std::int64_t horizontalBarHeight = 0; // SM_CYHSCROLL
+    std::int64_t verticalArrow = 0;       // length of an arrow button in a vertical bar
+    std::int64_t horizontalArrow = 0;     // and in a horizontal one
+    Size64 shortestThumb;                 // of a horizontal and of a vertical bar
     Size64 workArea;                      // of the screen
     Size64 client;                        // of the view's window
 };
@@ -37,6 +40,8 @@ struct ViewEffects {
     void (*notifyFrame)(View& view, std::int32_t code);
     bool (*isInterruptOrClosePending)(View& view);
     void (*showWindowScrollBars)(View& view, bool show);
+    // Asks anew for what the user may change at any time: the work area and the sizes of scroll bars.
+    void (*readPlatform)(View& view);
     void (*sendSize)(View& view); // have the window lay itself out again (SendWmSize)
     // The cell editor. `beginEditor` shows the right edit window over the selected node (scalar or array); `placeEditor` moves and
     // redraws it; `reloadEditor` makes it take the selected node into use anew; `hideEditor` ends it.

@@ -1,10 +1,8 @@
-#include <algorithm>
-
 #include <vssym32.h>
 
 #include "entry/trace.h"
-#include "tools/thumb.h"
 #include "tools/win/window.h"
+#include "view/box_bars.h"
 #include "view/win/painting.h"
 
 namespace vantrel {
@@ -26,17 +24,15 @@ constexpr BarLook VerticalLook = {SBP_UPPERTRACKVERT, SBP_LOWERTRACKVERT, SBP_TH
                                   ABS_UPNORMAL,       ABS_DOWNNORMAL,     ABS_UPDISABLED,
                                   ABS_DOWNDISABLED,   DFCS_SCROLLUP,      DFCS_SCROLLDOWN};
 
+// A bar that is drawn, with the part of it that the mouse holds.
 struct Bar {
     RECT rect;
     bool horizontal;
+    int length;
     int arrow; // length of an arrow button
     Thumb thumb;
+    BarPart pressed;
 };
-
-int LengthOf(const Bar& bar) noexcept
-{
-    return bar.horizontal ? bar.rect.right - bar.rect.left : bar.rect.bottom - bar.rect.top;
-}
 
 // The piece of a bar from one place along it to another.
 RECT PieceOf(const Bar& bar, int from, int to) noexcept
@@ -46,21 +42,22 @@ RECT PieceOf(const Bar& bar, int from, int to) noexcept
     return {rect.left, rect.top + from, rect.right, rect.top + to};
 }
 
-Bar MakeBar(const RECT& rect, bool horizontal, const ScrollInformation& information) noexcept
+Bar BarToDraw(const PaintTarget& target, const Scdr& node, const BoxBar& place) noexcept
 {
-    Bar bar{rect, horizontal, 0, {}};
-    const int button = horizontal ? GetSystemMetrics(SM_CXHSCROLL) : GetSystemMetrics(SM_CYVSCROLL);
-    const int shortest = horizontal ? GetSystemMetrics(SM_CXHTHUMB) / 2 : GetSystemMetrics(SM_CYVTHUMB) / 2;
-    bar.arrow = std::min(button, LengthOf(bar) / 2);
-    bar.thumb = PlaceThumb(LengthOf(bar) - 2 * bar.arrow, shortest, information.dataSize,
-                           information.pageSize, information.position);
-    return bar;
+    const BarPress& press = ClientOf(target.view).barPress;
+    const bool pressed = press.node == &node && press.axis == place.axis;
+    return {DrawableRect(place.rect),
+            place.axis == ScrollAxis::Horizontal,
+            place.length,
+            place.arrow,
+            place.thumb,
+            pressed ? press.part : BarPart::None};
 }
 
 void DrawThemedBar(const PaintTarget& target, const Bar& bar)
 {
     const BarLook& look = bar.horizontal ? HorizontalLook : VerticalLook;
-    const int length = LengthOf(bar);
+    const int length = bar.length;
     const int thumbStart = bar.arrow + bar.thumb.start;
     const int thumbEnd = thumbStart + bar.thumb.length;
     const bool enabled = bar.thumb.length > 0;
@@ -72,21 +69,29 @@ void DrawThemedBar(const PaintTarget& target, const Bar& bar)
     };
     draw(look.lowerTrack, trackState, bar.arrow, enabled ? thumbStart : length - bar.arrow);
     draw(look.upperTrack, trackState, thumbEnd, enabled ? length - bar.arrow : 0);
-    draw(look.thumb, SCRBS_NORMAL, thumbStart, thumbEnd);
-    draw(SBP_ARROWBTN, enabled ? look.backArrow : look.backArrowDisabled, 0, bar.arrow);
-    draw(SBP_ARROWBTN, enabled ? look.forwardArrow : look.forwardArrowDisabled, length - bar.arrow, length);
+    // The states of each arrow and of the thumb stand in the same order.
+    constexpr int Pressed = SCRBS_PRESSED - SCRBS_NORMAL;
+    const auto pressed = [&](BarPart part) { return bar.pressed == part ? Pressed : 0; };
+    draw(look.thumb, SCRBS_NORMAL + pressed(BarPart::Thumb), thumbStart, thumbEnd);
+    draw(SBP_ARROWBTN, enabled ? look.backArrow + pressed(BarPart::BackArrow) : look.backArrowDisabled, 0,
+         bar.arrow);
+    draw(SBP_ARROWBTN,
+         enabled ? look.forwardArrow + pressed(BarPart::ForwardArrow) : look.forwardArrowDisabled,
+         length - bar.arrow, length);
 }
 
 void DrawClassicBar(const PaintTarget& target, const Bar& bar)
 {
     const BarLook& look = bar.horizontal ? HorizontalLook : VerticalLook;
-    const int length = LengthOf(bar);
+    const int length = bar.length;
     const UINT inactive = bar.thumb.length > 0 ? 0 : DFCS_INACTIVE;
+    const auto pushed = [&](BarPart part) -> UINT { return bar.pressed == part ? DFCS_PUSHED : 0; };
     FillRect(target.dc, &bar.rect, GetSysColorBrush(COLOR_SCROLLBAR));
     RECT back = PieceOf(bar, 0, bar.arrow);
     RECT forward = PieceOf(bar, length - bar.arrow, length);
-    DrawFrameControl(target.dc, &back, DFC_SCROLL, look.classicBack | inactive);
-    DrawFrameControl(target.dc, &forward, DFC_SCROLL, look.classicForward | inactive);
+    DrawFrameControl(target.dc, &back, DFC_SCROLL, look.classicBack | inactive | pushed(BarPart::BackArrow));
+    DrawFrameControl(target.dc, &forward, DFC_SCROLL,
+                     look.classicForward | inactive | pushed(BarPart::ForwardArrow));
     if (bar.thumb.length == 0) return;
     const int start = bar.arrow + bar.thumb.start;
     RECT thumb = PieceOf(bar, start, start + bar.thumb.length);
@@ -108,19 +113,12 @@ void DrawBar(const PaintTarget& target, const Bar& bar)
 Rect64 DrawScrollbars(PaintTarget& target, const Scdr& node, const Rect64& content)
 {
     const TraceScope trace("box_scroll_bars.cpp", "DrawScrollbars");
-    const ViewMetrics& metrics = target.view.metrics;
-    const Rect64 text{content.left, content.top, content.right - metrics.verticalBarWidth,
-                      content.bottom - metrics.horizontalBarHeight};
-    const ScrollRecord* const scroll = ScrollOf(node);
-    const ScrollRecord none;
-    const ScrollRecord& record = scroll != nullptr ? *scroll : none;
-    const RECT right = DrawableRect({text.right, content.top, content.right, text.bottom});
-    const RECT bottom = DrawableRect({content.left, text.bottom, text.right, content.bottom});
-    const RECT corner = DrawableRect({text.right, text.bottom, content.right, content.bottom});
-    DrawBar(target, MakeBar(right, false, record.vertical));
-    DrawBar(target, MakeBar(bottom, true, record.horizontal));
+    const BoxBars bars = PlaceBoxBars(target.view, node, content);
+    const RECT corner = DrawableRect(bars.corner);
+    DrawBar(target, BarToDraw(target, node, bars.vertical));
+    DrawBar(target, BarToDraw(target, node, bars.horizontal));
     FillRect(target.dc, &corner, GetSysColorBrush(COLOR_3DFACE));
-    return text;
+    return bars.text;
 }
 
 } // namespace vantrel

@@ -164,7 +164,9 @@ LRESULT HandleMessage(ClientWindow& client, UINT message, WPARAM wParam, LPARAM 
     case WM_DESTROY: return OnDestroy(client), Done();
     case WM_SIZE: return OnSize(client, wParam), Done();
     case WM_SETTINGCHANGE:
-    case WM_DISPLAYCHANGE: return MeasurePlatform(client), Done();
+    case WM_DISPLAYCHANGE: return OnSettingChange(client), Done();
+    case WM_SYSCOLORCHANGE:
+    case WM_THEMECHANGED: return OnLookChange(client, message, wParam, lParam), Done();
     case WM_SETFOCUS: return OnSetFocus(client), Done();
     case WM_PAINT: return OnPaint(client), Done();
     case WM_ERASEBKGND: return OnEraseBkGnd(client, reinterpret_cast<HDC>(wParam));
@@ -185,6 +187,8 @@ LRESULT HandleMessage(ClientWindow& client, UINT message, WPARAM wParam, LPARAM 
     case WM_LBUTTONDOWN:
     case WM_LBUTTONUP:
     case WM_LBUTTONDBLCLK: return HandleMouse(client, message, wParam, lParam);
+    case WM_TIMER: return OnBarTimer(client, wParam), Done();
+    case WM_CAPTURECHANGED: return OnCaptureChanged(client), Done();
     case WM_MOUSELEAVE: return DrawRestoreButtons(client, message, {-1, -1}), Done();
     case WM_CONTEXTMENU: return OnContextMenu(client, {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)}), Done();
     case WM_CLIPBOARDUPDATE: return NotifyFrame(client.view, ViewNotifyMenu), Done();

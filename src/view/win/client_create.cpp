@@ -113,7 +113,10 @@ LRESULT OnCreate(HWND window, const CREATESTRUCTW& create)
     view.context = static_cast<EditContext*>(create.lpCreateParams);
     view.edit.context = view.context;
     view.effects = WindowViewEffects();
-    MeasurePlatform(client);
+    view.metrics.edge = GetEdgeSize(window);
+    ReadPlatform(view);
+    const RECT area = QmGetClientRectangle(window);
+    view.metrics.client = {area.right, area.bottom};
     client.redPen = CreatePen(PS_SOLID, 1, RGB(255, 0, 0));
     ReadViewOptions(client);
     InitializeWindowsScrollbars(view.scroll, window);
@@ -124,18 +127,43 @@ LRESULT OnCreate(HWND window, const CREATESTRUCTW& create)
     return 0;
 }
 
-void MeasurePlatform(ClientWindow& client)
+void ReadPlatform(View& view)
 {
-    const TraceScope trace("client_create.cpp", "MeasurePlatform");
-    ViewMetrics& metrics = client.view.metrics;
-    metrics.edge = GetEdgeSize(client.window);
+    const TraceScope trace("client_create.cpp", "ReadPlatform");
+    ViewMetrics& metrics = view.metrics;
     metrics.verticalBarWidth = GetSystemMetrics(SM_CXVSCROLL);
     metrics.horizontalBarHeight = GetSystemMetrics(SM_CYHSCROLL);
+    metrics.verticalArrow = GetSystemMetrics(SM_CYVSCROLL);
+    metrics.horizontalArrow = GetSystemMetrics(SM_CXHSCROLL);
+    metrics.shortestThumb = {GetSystemMetrics(SM_CXHTHUMB) / 2, GetSystemMetrics(SM_CYVTHUMB) / 2};
     RECT work{};
     SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
     metrics.workArea = {work.right - work.left, work.bottom - work.top};
-    const RECT area = QmGetClientRectangle(client.window);
-    metrics.client = {area.right, area.bottom};
+}
+
+void OnSettingChange(ClientWindow& client)
+{
+    const TraceScope trace("client_create.cpp", "OnSettingChange");
+    View& view = client.view;
+    if ((view.flags & ViewBusy) != 0) return; // the layout that runs has asked, or the next one will
+    const ViewMetrics before = view.metrics;
+    ReadPlatform(view);
+    const ViewMetrics& now = view.metrics;
+    if (now.workArea.width == before.workArea.width && now.workArea.height == before.workArea.height &&
+        now.verticalBarWidth == before.verticalBarWidth &&
+        now.horizontalBarHeight == before.horizontalBarHeight)
+        return;
+    LayOutAgain(view, false);
+}
+
+void OnLookChange(ClientWindow& client, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    const TraceScope trace("client_create.cpp", "OnLookChange");
+    for (const HWND edit : {client.scalarEdit, client.spareEdit, client.arrayEdit}) {
+        SendMessageW(edit, message, wParam, lParam);
+        InvalidateRect(edit, nullptr, FALSE);
+    }
+    client.view.effects.invalidate(client.view);
 }
 
 void OnDestroy(ClientWindow& client)

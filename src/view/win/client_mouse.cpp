@@ -1,4 +1,5 @@
 #include "entry/trace.h"
+#include "view/box_bars.h"
 #include "view/busy.h"
 #include "view/hit_test.h"
 #include "view/layout.h"
@@ -9,6 +10,11 @@
 namespace vantrel {
 
 namespace {
+
+// A button held on a small scroll bar scrolls on, after a pause as the system's own bars make.
+constexpr UINT_PTR BarTimer = 1;
+constexpr UINT BarPause = 400; // milliseconds
+constexpr UINT BarRepeat = 50;
 
 bool IsDown(int key) noexcept
 {
@@ -31,6 +37,21 @@ bool IsFocusHere(const ClientWindow& client) noexcept
 {
     const HWND focus = GetFocus();
     return focus == client.window || (focus != nullptr && focus == client.activeEdit);
+}
+
+Point64 InLayout(const View& view, POINT point) noexcept
+{
+    return {point.x + view.scroll.horizontal.position, point.y + view.scroll.vertical.position};
+}
+
+// The bars of a box scroll its text without selecting it.
+bool PressBar(ClientWindow& client, Scdr& hit, POINT point)
+{
+    if (!PressBoxBar(client.view, hit, InLayout(client.view, point), client.barPress)) return false;
+    SetCapture(client.window);
+    SetTimer(client.window, BarTimer, BarPause, nullptr);
+    client.view.effects.invalidate(client.view); // pressed parts look so
+    return true;
 }
 
 // A press that reached the view beside the editor's own window, on the frame of the array that is being edited. Not while busy, since the
@@ -94,7 +115,7 @@ bool IsOverText(const View& view, POINT point) noexcept
     area.right -= view.scroll.horizontal.position;
     area.top -= view.scroll.vertical.position;
     area.bottom -= view.scroll.vertical.position;
-    return IsInside(area, point);
+    return IsInside(area, point) && !IsOnBoxBars(view, hit, InLayout(view, point));
 }
 
 const wchar_t* CursorFor(const ClientWindow& client) noexcept
@@ -115,15 +136,48 @@ void OnMouse(ClientWindow& client, UINT message, POINT point)
     const TraceScope trace("client_mouse.cpp", "OnMouse");
     View& view = client.view;
     if (view.top == nullptr || (view.flags & ViewBusy) != 0) return;
+    if (client.barPress.node != nullptr) {
+        if (message == WM_LBUTTONUP) {
+            ReleaseCapture();
+        } else {
+            DragBoxBar(view, client.barPress, InLayout(view, point));
+        }
+        return;
+    }
     DrawRestoreButtons(client, message, point);
     if (message == WM_MOUSEMOVE) return;
     Scdr& hit = NodeAt(view, point);
+    // The second of two quick clicks is one more press of the bar.
+    if (message != WM_LBUTTONUP && PressBar(client, hit, point)) return;
     switch (message) {
     case WM_LBUTTONDOWN: OnLeftButtonDown(client, hit, point); break;
     case WM_LBUTTONUP: OnLeftButtonUp(client, hit); break;
     case WM_LBUTTONDBLCLK: OnDoubleClick(client, hit); break;
     default: break;
     }
+}
+
+void OnBarTimer(ClientWindow& client, UINT_PTR id)
+{
+    const TraceScope trace("client_mouse.cpp", "OnBarTimer");
+    if (id != BarTimer) return;
+    if (client.barPress.node == nullptr || GetCapture() != client.window || !IsDown(VK_LBUTTON)) {
+        // Let go while the view was busy.
+        if (GetCapture() == client.window) ReleaseCapture();
+        OnCaptureChanged(client);
+        return;
+    }
+    SetTimer(client.window, BarTimer, BarRepeat, nullptr);
+    if ((client.view.flags & ViewBusy) == 0) RepeatBoxBar(client.view, client.barPress);
+}
+
+void OnCaptureChanged(ClientWindow& client)
+{
+    const TraceScope trace("client_mouse.cpp", "OnCaptureChanged");
+    if (client.barPress.node == nullptr) return;
+    KillTimer(client.window, BarTimer);
+    client.barPress = BarPress{};
+    client.view.effects.invalidate(client.view);
 }
 
 bool OnSetCursor(ClientWindow& client, HWND target, UINT hitTest)

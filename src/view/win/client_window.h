@@ -7,7 +7,7 @@
 #include <windows.h>
 
 #include "tools/win/fonts.h"
-#include "view/view.h"
+#include "view/box_bars.h"
 
 namespace vantrel {
 
@@ -21,6 +21,8 @@ struct ClientWindow {
     HPEN redPen = nullptr;
     HFONT font = nullptr; // a copy that CopyFontToWindow owns, or the giver's
     FontMeasurer measurer;
+    const Scdr* hotButton = nullptr; // the closed box whose button looks hot; only compared
+    BarPress barPress;               // a small scroll bar that the mouse holds
     std::int32_t handlersRunning = 0;
     bool destroyed = false;
 };
@@ -55,8 +57,12 @@ void SetScdrFocus(View& view);
 // client_create.cpp
 LRESULT OnCreate(HWND window, const CREATESTRUCTW& create);
 void OnDestroy(ClientWindow& client);
-// Asks the system anew for what it may have changed: the work area and the thickness of bars and edges.
-void MeasurePlatform(ClientWindow& client);
+// Asks the system for what it may have changed: the work area and the sizes of scroll bars.
+void ReadPlatform(View& view);
+// The system's settings are others: takes them over and lays out again what they change.
+void OnSettingChange(ClientWindow& client);
+// The system's colours or theme are others.
+void OnLookChange(ClientWindow& client, UINT message, WPARAM wParam, LPARAM lParam);
 void OnSetFont(ClientWindow& client, HFONT font);
 
 // client_options.cpp
@@ -105,6 +111,8 @@ inline constexpr UINT_PTR FocusSubclassId = 30000;
 
 // client_mouse.cpp
 void OnMouse(ClientWindow& client, UINT message, POINT point);
+void OnBarTimer(ClientWindow& client, UINT_PTR id);
+void OnCaptureChanged(ClientWindow& client);
 bool OnSetCursor(ClientWindow& client, HWND target, UINT hitTest);
 
 // painting.cpp

@@ -4,6 +4,7 @@
 
 #include "entry/trace.h"
 #include "tools/win/window.h"
+#include "view/box_bars.h"
 #include "view/hit_test.h"
 #include "view/layout.h"
 #include "view/selection.h"
@@ -53,11 +54,6 @@ bool IsLaidOut(const Scdr& top) noexcept
 bool IsAbandoned(const View& view) noexcept
 {
     return (view.context->langEnv->Capabilities & CapabilityInterruptOrClose) != 0;
-}
-
-bool IsUnderEditor(const View& view, const Scdr& node) noexcept
-{
-    return &node == Selected(view) && view.editorActive && IsShownInEditor(node);
 }
 
 void PaintSimple(PaintTarget& target, Scdr& node, const Rect64& content)
@@ -237,6 +233,7 @@ void OnPaint(ClientWindow& client)
     PaintBuffer buffer(paint.Dc(), static_cast<std::int32_t>(view.metrics.client.width),
                        static_cast<std::int32_t>(view.metrics.client.height));
     PaintScdr(view, buffer.Dc());
+    client.hotButton = nullptr; // all buttons were drawn normal
     if (IsLaidOut(*view.top)) {
         MarkMaximized(client, buffer.Dc());
         MarkSelection(client, buffer.Dc());

@@ -44,8 +44,6 @@ Rect64 DrawBorder(PaintTarget& target, const Scdr& node, const Rect64& box);
 
 // painting_simple.cpp
 void DrawScdrSimple(PaintTarget& target, Scdr& node, const Rect64& content);
-// Where the box's text stands: the editor's place when it was there, else the box's own.
-[[nodiscard]] const ScrollRecord* ScrollOf(const Scdr& node) noexcept;
 
 // box_scroll_bars.cpp. Paints the bars at the right and bottom of the content rectangle; the answer is the rest.
 Rect64 DrawScrollbars(PaintTarget& target, const Scdr& node, const Rect64& content);

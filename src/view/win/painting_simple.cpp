@@ -1,9 +1,9 @@
 #include <algorithm>
 
 #include "entry/trace.h"
-#include "model/edit_state.h"
 #include "tools/win/visual_cues.h"
 #include "tools/win/wide.h"
+#include "view/box_bars.h"
 #include "view/layout.h"
 #include "view/win/painting.h"
 
@@ -129,13 +129,6 @@ ArrayColors ColorsOf(const View& view, const Scdr& node) noexcept
     if (IsGreyed(view, node)) return {COLOR_3DFACE, GetSysColor(COLOR_GRAYTEXT)};
     const COLORREF text = GetSysColor(COLOR_WINDOWTEXT);
     return {COLOR_WINDOW, node.Type == TypeCharacter ? text : Tinted(text)};
-}
-
-const ScrollRecord* ScrollOf(const Scdr& node) noexcept
-{
-    // An editor's record without a window is one that was forgotten.
-    if (node.editState != nullptr && node.editState->scroll.window != nullptr) return &node.editState->scroll;
-    return node.extra != nullptr ? node.extra->boxScroll : nullptr;
 }
 
 void DrawScdrSimple(PaintTarget& target, Scdr& node, const Rect64& content)

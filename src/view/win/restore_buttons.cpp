@@ -30,6 +30,7 @@ int ThemeState(ButtonLook look) noexcept
 // What one mouse message does to the buttons.
 struct ButtonEvent {
     PaintTarget& target;
+    ClientWindow& client;
     UINT message;
     POINT point;
     Scdr* released = nullptr; // the box whose button was pressed and let go
@@ -54,10 +55,14 @@ void OnMessageInside(ButtonEvent& event, Scdr& node, const Rect64& box)
     switch (event.message) {
     case WM_MOUSEMOVE:
         // The classic look has no hot state.
-        if (event.target.windowTheme != nullptr) DrawRestoreButton(event.target, box, ButtonLook::Hot);
+        if (event.target.windowTheme != nullptr && event.client.hotButton != &node) {
+            DrawRestoreButton(event.target, box, ButtonLook::Hot);
+            event.client.hotButton = &node;
+        }
         break;
     case WM_LBUTTONDOWN:
         DrawRestoreButton(event.target, box, ButtonLook::Pressed);
+        event.client.hotButton = &node;
         SetPressed(node, true);
         break;
     case WM_LBUTTONUP:
@@ -72,10 +77,13 @@ bool UpdateButton(ButtonEvent& event, Scdr& node, const Rect64& box)
     if ((node.Flags & FlagMinimized) == 0) return true;
     if (IsPointInside(event.target.view, box, event.point)) {
         OnMessageInside(event, node, box);
-    } else {
-        DrawRestoreButton(event.target, box, ButtonLook::Normal);
-        SetPressed(node, false);
+        return false;
     }
+    // One that looks normal already is left alone: drawing it at every movement would make it flicker.
+    if (event.client.hotButton == &node || (node.Flags & FlagRestorePressed) != 0)
+        DrawRestoreButton(event.target, box, ButtonLook::Normal);
+    if (event.client.hotButton == &node) event.client.hotButton = nullptr;
+    SetPressed(node, false);
     return false;
 }
 
@@ -92,7 +100,7 @@ Scdr* UpdateButtons(ClientWindow& client, UINT message, POINT point)
     const WindowDc dc(client.window);
     PaintTarget target{view, dc, QmGetClientRectangle(client.window)};
     HdcSetup(target);
-    ButtonEvent event{target, message, point};
+    ButtonEvent event{target, client, message, point};
     ForEachVisibleNode(
         view, target.client,
         [](void* state, Scdr& node, const Rect64& box) {
@@ -110,6 +118,8 @@ void DrawRestoreButton(PaintTarget& target, const Rect64& box, ButtonLook look)
 {
     RECT button = DrawableRect(ButtonRect(target.view, box));
     if (target.windowTheme != nullptr) {
+        // Themes draw buttons that one can see through: what was there would show.
+        FillRect(target.dc, &button, GetSysColorBrush(COLOR_3DFACE));
         DrawThemeBackground(target.windowTheme, target.dc, WP_RESTOREBUTTON, ThemeState(look), &button,
                             nullptr);
         return;

@@ -3,9 +3,11 @@
 
 #include "editor/edit_messages.h"
 #include "entry/trace.h"
+#include "model/edit_state.h"
 #include "tools/win/scroll_bars.h"
 #include "tools/win/window.h"
 #include "view/hit_test.h"
+#include "view/layout.h"
 #include "view/messages.h"
 #include "view/win/client_window.h"
 
@@ -85,6 +87,30 @@ void GiveEditorItsSize(const ClientWindow& client, HWND edit)
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOREDRAW | SWP_NOCOPYBITS);
 }
 
+// The editor opens an array for the first time where its small bars had scrolled it.
+Point64 PlaceToOpenAt(const Scdr& node) noexcept
+{
+    const bool wasOpen = node.editState != nullptr && node.editState->inUse;
+    if (wasOpen || node.extra == nullptr || node.extra->boxScroll == nullptr) return {};
+    return {node.extra->boxScroll->horizontal.position, node.extra->boxScroll->vertical.position};
+}
+
+// The caret goes to the first character that is whole in sight, for the editor scrolls to where its caret is.
+void OpenAt(View& view, Scdr& node, const Point64& place)
+{
+    EditState* const state = node.editState;
+    const std::int64_t lineHeight = view.edit.lineHeight;
+    if (state == nullptr || lineHeight <= 0) return;
+    const std::int64_t line = (place.y + lineHeight - 1) / lineHeight;
+    if (line >= ShownRows(node)) return;
+    const RecordText row = GetRecord(node.records, FirstShownRow(node) + line);
+    const std::int64_t cut = view.edit.widths.ColumnAt(row.text, row.length, place.x);
+    const bool whole = view.edit.widths.TextWidth(row.text, cut) >= place.x;
+    state->caretLine = state->anchorLine = state->endLine = line;
+    state->caretColumn = state->anchorColumn = state->endColumn = whole ? cut : std::min(cut + 1, row.length);
+    ChangeScrollPositions(state->scroll, place.x, place.y);
+}
+
 void BeginEditor(View& view, bool scalar, bool readOnly)
 {
     const TraceScope trace("view_effects.cpp", "BeginEditor");
@@ -94,7 +120,9 @@ void BeginEditor(View& view, bool scalar, bool readOnly)
     if (previous != nullptr && GetCapture() == previous) ReleaseCapture();
     GiveEditorItsSize(client, edit);
     SendMessageW(edit, EM_SETREADONLY, readOnly, 0);
+    const Point64 place = PlaceToOpenAt(*Selected(view));
     SendMessageW(edit, EditMessageUseScdr, 0, 0);
+    if (place.x != 0 || place.y != 0) OpenAt(view, *Selected(view), place);
     client.activeEdit = edit;
     if (previous == nullptr || previous == edit) return;
     const bool hadFocus = GetFocus() == previous;
@@ -173,6 +201,7 @@ ViewEffects WindowViewEffects() noexcept
     effects.notifyFrame = &NotifyFrame;
     effects.isInterruptOrClosePending = &IsInterruptOrClosePending;
     effects.showWindowScrollBars = &ShowWindowScrollBars;
+    effects.readPlatform = &ReadPlatform;
     effects.sendSize = &SendSize;
     effects.beginEditor = &BeginEditor;
     effects.placeEditor = &PlaceEditor;

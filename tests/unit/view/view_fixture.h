@@ -41,6 +41,7 @@ struct EffectLog {
     bool interrupt = false; // the answer to the next polls
     int polls = 0;
     std::function<void(const StatusText&)> onStatus;
+    std::function<void()> onReadPlatform;
     std::function<bool(const Scdr&, std::int32_t*)> onAxes; // answers for the user
 
     [[nodiscard]] int Count(const std::string& call) const
@@ -97,6 +98,9 @@ inline ViewEffects RecordingEffects()
     };
     effects.showWindowScrollBars = [](View& view, bool show) {
         LogOf(view).calls.push_back(show ? "bars 1" : "bars 0");
+    };
+    effects.readPlatform = [](View& view) {
+        if (LogOf(view).onReadPlatform) LogOf(view).onReadPlatform();
     };
     effects.sendSize = [](View& view) { LogOf(view).calls.push_back("size"); };
     effects.beginEditor = [](View& view, bool scalar, bool readOnly) {
@@ -155,6 +159,9 @@ protected:
         view.metrics.margin = 5;
         view.metrics.verticalBarWidth = 17;
         view.metrics.horizontalBarHeight = 17;
+        view.metrics.verticalArrow = 17;
+        view.metrics.horizontalArrow = 17;
+        view.metrics.shortestThumb = {8, 8};
         view.metrics.workArea = {1024, 768};
         view.edit.lineHeight = 16;
         view.edit.averageCharWidth = 8;

@@ -1,0 +1,249 @@
+#include "view/box_bars.h"
+
+#include "view_fixture.h"
+
+namespace vantrel {
+namespace {
+
+// A tall matrix whose box stands at (7, 7) and is cut to a third of the screen: 243 of its 1600 pixels are in sight.
+constexpr std::int64_t TallPage = 243;
+constexpr std::int64_t TallLast = 1600 - TallPage;
+constexpr Point64 UpArrow{60, 20};
+constexpr Point64 DownArrow{60, 260};
+constexpr Point64 BelowThumb{60, 131};
+constexpr Point64 OnThumb{60, 36};
+constexpr std::int64_t ThumbWay = 185; // from the top of the track to its bottom
+
+class BoxBarsTest : public ViewTest {
+protected:
+    BoxBarsTest() { ResizeClient(1000, 700); }
+
+    ScdrPtr Tall() { return Characters({100, 3}, std::u16string(300, u'x')); }
+    Scdr& ShowTall() { return Item(Show(Vec(Tall(), Word(u"abc"))), 0); }
+    bool Press(Scdr& node, const Point64& point) { return PressBoxBar(view, node, point, press); }
+    static std::int64_t Position(const Scdr& node) { return ScrollOf(node)->vertical.position; }
+
+    BarPress press;
+};
+
+TEST_F(BoxBarsTest, StandAtTheRightAndAtTheBottom)
+{
+    const Scdr& node = ShowTall();
+    const Rect64 content = ContentOfBox(view, node);
+    EXPECT_EQ(content.left, 14);
+    EXPECT_EQ(content.top, 14);
+    EXPECT_EQ(content.right, 70);
+    EXPECT_EQ(content.bottom, 282);
+    const BoxBars bars = PlaceBoxBars(view, node, content);
+    EXPECT_EQ(bars.vertical.rect.left, 53);
+    EXPECT_EQ(bars.vertical.length, 251);
+    EXPECT_EQ(bars.vertical.arrow, 17);
+    EXPECT_EQ(bars.vertical.thumb.start, 0);
+    EXPECT_EQ(bars.vertical.thumb.length, 32);
+    EXPECT_EQ(bars.horizontal.rect.top, 265);
+    EXPECT_EQ(bars.horizontal.thumb.length, 0); // three letters fit
+    EXPECT_EQ(bars.corner.left, 53);
+    EXPECT_EQ(bars.corner.top, 265);
+}
+
+TEST_F(BoxBarsTest, MoreAxesTakeRoomAtTheLeft)
+{
+    const Scdr& node = Item(Show(Vec(Characters({1, 1, 2, 2}, u"abcd"), Word(u"x"))), 0);
+    EXPECT_EQ(ContentOfBox(view, node).left, 7 + 5 + 2 + 2 * 2 * 2);
+}
+
+TEST_F(BoxBarsTest, HaveFiveParts)
+{
+    const Scdr& node = ShowTall();
+    const BoxBar bar = PlaceBoxBars(view, node, ContentOfBox(view, node)).vertical;
+    EXPECT_EQ(PartOfBar(bar, {60, 14}), BarPart::BackArrow);
+    EXPECT_EQ(PartOfBar(bar, {60, 30}), BarPart::BackArrow);
+    EXPECT_EQ(PartOfBar(bar, {60, 31}), BarPart::Thumb);
+    EXPECT_EQ(PartOfBar(bar, {60, 62}), BarPart::Thumb);
+    EXPECT_EQ(PartOfBar(bar, {60, 63}), BarPart::ForwardPage);
+    EXPECT_EQ(PartOfBar(bar, {60, 247}), BarPart::ForwardPage);
+    EXPECT_EQ(PartOfBar(bar, {60, 248}), BarPart::ForwardArrow);
+    EXPECT_EQ(PartOfBar(bar, {60, 265}), BarPart::None);
+    EXPECT_EQ(PartOfBar(bar, {52, 131}), BarPart::None);
+}
+
+TEST_F(BoxBarsTest, ArrowsScrollByOnePixel)
+{
+    Scdr& node = ShowTall();
+    ASSERT_TRUE(Press(node, DownArrow));
+    EXPECT_EQ(Position(node), 1);
+    EXPECT_EQ(log.Count("invalidate"), 1);
+    ASSERT_TRUE(Press(node, UpArrow));
+    EXPECT_EQ(Position(node), 0);
+    ASSERT_TRUE(Press(node, UpArrow)); // a bar at its end still takes the press
+    EXPECT_EQ(log.Count("invalidate"), 2);
+}
+
+TEST_F(BoxBarsTest, PageAreasScrollByAPage)
+{
+    Scdr& node = ShowTall();
+    ASSERT_TRUE(Press(node, BelowThumb));
+    EXPECT_EQ(press.part, BarPart::ForwardPage);
+    EXPECT_EQ(Position(node), TallPage);
+    ASSERT_TRUE(Press(node, {60, 32})); // now above the thumb
+    EXPECT_EQ(press.part, BarPart::BackPage);
+    EXPECT_EQ(Position(node), 0);
+}
+
+TEST_F(BoxBarsTest, AHeldPageAreaScrollsUntilTheThumbIsUnderThePointer)
+{
+    Scdr& node = ShowTall();
+    ASSERT_TRUE(Press(node, BelowThumb));
+    for (int i = 0; i < 20; ++i)
+        RepeatBoxBar(view, press);
+    EXPECT_EQ(Position(node), 3 * TallPage);
+    DragBoxBar(view, press, {200, 131}); // beside the bar nothing goes on
+    RepeatBoxBar(view, press);
+    EXPECT_EQ(Position(node), 3 * TallPage);
+}
+
+TEST_F(BoxBarsTest, AHeldArrowGoesOnAndStopsAtTheEnd)
+{
+    Scdr& node = ShowTall();
+    ASSERT_TRUE(Press(node, DownArrow));
+    for (int i = 0; i < 9; ++i)
+        RepeatBoxBar(view, press);
+    EXPECT_EQ(Position(node), 10);
+    for (int i = 0; i < 3000; ++i)
+        RepeatBoxBar(view, press);
+    EXPECT_EQ(Position(node), TallLast);
+}
+
+TEST_F(BoxBarsTest, ADraggedThumbReachesBothEnds)
+{
+    Scdr& node = ShowTall();
+    ASSERT_TRUE(Press(node, OnThumb));
+    EXPECT_EQ(press.part, BarPart::Thumb);
+    EXPECT_EQ(Position(node), 0); // a press alone moves nothing
+    DragBoxBar(view, press, {300, OnThumb.y + ThumbWay});
+    EXPECT_EQ(Position(node), TallLast);
+    DragBoxBar(view, press, {60, OnThumb.y + ThumbWay / 2});
+    EXPECT_NEAR(static_cast<double>(Position(node)), static_cast<double>(TallLast) / 2, 8);
+    RepeatBoxBar(view, press); // time does nothing to a thumb
+    DragBoxBar(view, press, {60, -500});
+    EXPECT_EQ(Position(node), 0);
+}
+
+TEST_F(BoxBarsTest, ScrollSidewaysToo)
+{
+    Scdr& node = Item(Show(Vec(Characters({2, 500}, std::u16string(1000, u'x')), Word(u"x"))), 0);
+    const BoxBar bar = PlaceBoxBars(view, node, ContentOfBox(view, node)).horizontal;
+    ASSERT_TRUE(Press(node, {bar.rect.right - 2, bar.rect.top + 2}));
+    EXPECT_EQ(press.axis, ScrollAxis::Horizontal);
+    EXPECT_EQ(ScrollOf(node)->horizontal.position, 1);
+    EXPECT_EQ(ScrollOf(node)->vertical.position, 0);
+}
+
+TEST_F(BoxBarsTest, BarsWithNothingToScrollTakeNoPress)
+{
+    Scdr& node = ShowTall();
+    EXPECT_FALSE(Press(node, {20, 270})); // the horizontal one
+    EXPECT_FALSE(Press(node, {30, 100})); // the text
+    EXPECT_FALSE(Press(node, {60, 270})); // the corner
+    EXPECT_EQ(press.node, nullptr);
+    Scdr& word = Item(*view.root, 1);
+    EXPECT_FALSE(Press(word, {word.originX + 8, word.originY + 8})); // vectors have none
+}
+
+TEST_F(BoxBarsTest, TheSelectedArrayScrollsByItsEditor)
+{
+    Scdr& node = ShowTall();
+    EXPECT_TRUE(IsOnBoxBars(view, node, DownArrow));
+    ASSERT_EQ(SelectScdr(view, node, true), 0);
+    EXPECT_FALSE(Press(node, DownArrow));
+    EXPECT_FALSE(IsOnBoxBars(view, node, DownArrow));
+}
+
+TEST_F(BoxBarsTest, AClosedBoxHasNone)
+{
+    Scdr& node = ShowTall();
+    ASSERT_EQ(SelectScdr(view, node, true), 0);
+    ASSERT_EQ(MinimizeScdr(view), 0);
+    EXPECT_FALSE(Press(node, {node.originX + 10, node.originY + 10}));
+}
+
+TEST_F(BoxBarsTest, APrototypeScrollsThoughItIsSelected)
+{
+    Scdr& root = Show(Nested({0}, [&] {
+        std::vector<ScdrPtr> items;
+        items.push_back(Tall());
+        return items;
+    }()));
+    Scdr& node = Item(root, 0);
+    ASSERT_EQ(SelectScdr(view, node, true), 0);
+    ASSERT_TRUE(Press(node, DownArrow));
+    EXPECT_EQ(Position(node), 1);
+}
+
+TEST_F(BoxBarsTest, ABoxThatWasEditedScrollsOnFromWhereTheEditorLeftIt)
+{
+    Scdr& node = ShowTall();
+    static int updates;
+    updates = 0;
+    static constexpr ScrollEffects Counting{[](ScrollRecord&, ScrollAxis) { ++updates; },
+                                            [](ScrollRecord&) { ++updates; }};
+    ScrollRecord& scroll = EditStateOf(node).scroll;
+    scroll = *node.extra->boxScroll;
+    scroll.effects = &Counting;
+    scroll.window = reinterpret_cast<WindowHandle>(&updates);
+    scroll.verticalShown = true;
+    scroll.vertical.position = 100;
+    ASSERT_TRUE(Press(node, DownArrow));
+    EXPECT_EQ(Position(node), 101);
+    EXPECT_EQ(scroll.vertical.position, 101);
+    EXPECT_EQ(updates, 0); // the editor's bars show another array now
+}
+
+TEST_F(BoxBarsTest, AnArrayThatWentAwayIsNotScrolled)
+{
+    ASSERT_TRUE(Press(ShowTall(), OnThumb));
+    Show(Vec(Word(u"another"), Word(u"tree")));
+    DragBoxBar(view, press, {60, 200});
+    RepeatBoxBar(view, press);
+    EXPECT_EQ(log.Count("invalidate"), 0);
+    ASSERT_EQ(ShowTree(view, nullptr), 0);
+    log.Clear();
+    DragBoxBar(view, press, {60, 210});
+    EXPECT_EQ(log.Count("invalidate"), 0);
+}
+
+TEST_F(BoxBarsTest, AHeldBarThatTheEditorCoversStandsStill)
+{
+    Scdr& node = ShowTall();
+    ASSERT_TRUE(Press(node, DownArrow));
+    ASSERT_EQ(SelectScdr(view, node, true), 0);
+    RepeatBoxBar(view, press);
+    EXPECT_EQ(Position(node), 1);
+}
+
+TEST(ThumbPosition, TheEndsAreExact)
+{
+    constexpr std::int64_t Data = std::int64_t{1} << 62;
+    EXPECT_EQ(PositionOfThumb(100, 20, 80, Data, 100), Data - 100);
+    EXPECT_EQ(PositionOfThumb(100, 20, 500, Data, 100), Data - 100);
+    EXPECT_EQ(PositionOfThumb(100, 20, 0, Data, 100), 0);
+    EXPECT_EQ(PositionOfThumb(100, 20, -5, Data, 100), 0);
+    EXPECT_EQ(PositionOfThumb(100, 20, 40, 1000, 200), 400);
+    EXPECT_EQ(PositionOfThumb(100, 20, 40, 100, 200), 0);
+}
+
+TEST_F(BoxBarsTest, EveryLayoutAsksForTheScreenAnew)
+{
+    Scdr& node = ShowTall();
+    EXPECT_EQ(node.height, 282);
+    log.onReadPlatform = [&] {
+        view.metrics.workArea = {2000, 1000};
+        view.metrics.verticalBarWidth = 30;
+    };
+    ASSERT_EQ(LayOutAgain(view, false), 0);
+    EXPECT_EQ(node.height, 350 + 2 * 2 + 2 * 5);
+    EXPECT_EQ(node.width, 60 + 30 + 1 + 4 + 4 + 10);
+}
+
+} // namespace
+} // namespace vantrel
