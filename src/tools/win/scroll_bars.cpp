@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "entry/trace.h"
+#include "tools/win/fonts.h"
 
 namespace vantrel {
 
@@ -102,8 +103,11 @@ bool OnMouseWheel(ScrollRecord& record, std::uint32_t keys, std::int32_t delta, 
                   std::int64_t lineHeight) noexcept
 {
     const TraceScope trace("scroll_bars.cpp", "OnMouseWheel");
-    if ((keys & (MK_LBUTTON | MK_RBUTTON | MK_MBUTTON | MK_CONTROL)) != 0 || GetKeyState(VK_MENU) < 0)
+    if ((keys & (MK_LBUTTON | MK_RBUTTON | MK_MBUTTON)) != 0 || GetKeyState(VK_MENU) < 0) return false;
+    if ((keys & MK_CONTROL) != 0) {
+        if ((keys & MK_SHIFT) == 0) ChangeFontSize(record.window, delta);
         return false;
+    }
     const WheelScroll distance =
         WheelDistance(record, delta, (keys & MK_SHIFT) != 0, GetNumScrollLines(), characterWidth, lineHeight);
     if (distance.dx == 0 && distance.dy == 0) return false;

@@ -20,7 +20,7 @@ void InitializeWindowsScrollbars(ScrollRecord& record, HWND window) noexcept;
 // WM_HSCROLL / WM_VSCROLL. `code` is SB_...
 void OnHscroll(ScrollRecord& record, std::int32_t code) noexcept;
 void OnVscroll(ScrollRecord& record, std::int32_t code) noexcept;
-// WM_MOUSEWHEEL without Ctrl: scrolls and answers true when it did.
+// WM_MOUSEWHEEL: scrolls and answers true when it did. With Ctrl alone the window gets a font of another size instead.
 bool OnMouseWheel(ScrollRecord& record, std::uint32_t keys, std::int32_t delta, std::int64_t characterWidth,
                   std::int64_t lineHeight) noexcept;
 // -1 = a page.

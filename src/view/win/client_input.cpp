@@ -129,6 +129,10 @@ bool OnKeyDown(ClientWindow& client, WPARAM key)
     const TraceScope trace("client_input.cpp", "OnKeyDown");
     const std::int32_t modifiers = Modifiers();
     const bool ctrl = (modifiers & CtrlModifier) != 0;
+    if (key == VK_F10 && modifiers == ShiftModifier) {
+        OnContextMenu(client, {-1, -1});
+        return true;
+    }
     if (!ctrl || client.view.root == nullptr || IsDown(VK_MENU)) return false;
     if (key != VK_TAB && (key != VK_UP || modifiers != CtrlModifier)) return false;
     MoveSelection(client.view, modifiers, static_cast<std::int32_t>(key));
@@ -222,8 +226,9 @@ void OnMouseWheel(ClientWindow& client, WPARAM wParam)
     const std::int32_t delta = GET_WHEEL_DELTA_WPARAM(wParam);
     if (keys == MK_CONTROL && !IsDown(VK_MENU)) return ChangeFontSize(client.window, delta);
     OnMouseWheelScrollPlane(client, keys, delta);
-    if (!IsDown(VK_MENU) &&
-        OnMouseWheel(view.scroll, keys, delta, view.edit.averageCharWidth, view.edit.lineHeight)) {
+    // A busy view takes no new font.
+    if ((keys & MK_CONTROL) != 0 && (view.flags & ViewBusy) != 0) return;
+    if (OnMouseWheel(view.scroll, keys, delta, view.edit.averageCharWidth, view.edit.lineHeight)) {
         EditResize(view);
     }
 }
