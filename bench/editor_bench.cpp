@@ -43,12 +43,12 @@ void UseProportionalFont(Editor& editor)
 }
 
 struct BigMatrix {
-    BigMatrix()
-        : text(static_cast<std::size_t>(MatrixRows * MatrixColumns), u'x'), editor(TypeCharacter, {1, 1}, u"")
+    explicit BigMatrix(std::int64_t rows = MatrixRows, std::int64_t columns = MatrixColumns)
+        : text(static_cast<std::size_t>(rows * columns), u'x'), editor(TypeCharacter, {1, 1}, u"")
     {
         UseProportionalFont(editor);
         FreeRecords(editor.node->records);
-        SetBulkRecords(editor.node->records, text.data(), MatrixRows, MatrixColumns);
+        SetBulkRecords(editor.node->records, text.data(), rows, columns);
         OnUseScdr(editor.window, true);
     }
     std::u16string text;
@@ -144,6 +144,48 @@ void BM_EditorPaint(benchmark::State& state)
     }
 }
 BENCHMARK(BM_EditorPaint)->Name("editor/matrix_1M_rows/paint");
+
+// One step of scrolling and the frame that follows it.
+void ScrollAndPaint(Editor& editor, std::int64_t dy)
+{
+    ChangeScrollPositions(StateOf(editor.window).scroll, 0, dy);
+    std::int64_t units = 0;
+    ForEachVisiblePiece(
+        editor.window, true,
+        [](void* sum, const TextPiece& piece) { *static_cast<std::int64_t*>(sum) += piece.length; }, &units);
+    benchmark::DoNotOptimize(units);
+}
+
+// From the start, from the middle, where a thumb goes at once, and at the end: pages and steps of the wheel.
+double ScrollSeconds(Editor& editor)
+{
+    const std::int64_t middle = StateOf(editor.window).scroll.vertical.dataSize / 2;
+    return SecondsOf([&] {
+        for (const std::int64_t place : {ScrollToStart, middle, ScrollToEnd}) {
+            ScrollAndPaint(editor, place);
+            for (int step = 0; step < 20; ++step) {
+                ScrollAndPaint(editor, ScrollPageUp);
+                ScrollAndPaint(editor, ScrollPageDown);
+                ScrollAndPaint(editor, 3 * editor.view.lineHeight);
+            }
+        }
+        ScrollAndPaint(editor, ScrollToStart);
+    });
+}
+
+void BM_ScrollMatrix(benchmark::State& state)
+{
+    constexpr std::int64_t Columns = 4;
+    BigMatrix large(10000000, Columns);
+    BigMatrix small(10000, Columns);
+    CompareWithFloor(
+        state, 2, [&] { return ScrollSeconds(large.editor); }, [&] { return ScrollSeconds(small.editor); });
+}
+BENCHMARK(BM_ScrollMatrix)
+    ->Name("editor/scroll/10M_rows_vs_10K")
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(20);
 
 // --- a million lines ---
 

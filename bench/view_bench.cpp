@@ -1,20 +1,25 @@
-// The array view over a nested vector of a million short character vectors: each figure beside its floor.
+// The array view over a million short character vectors, in a vector and in a matrix: each figure beside its floor.
 #include <algorithm>
 #include <limits>
+#include <string>
 #include <vector>
 
 #include "figures.h"
 #include "model/node_pool.h"
 #include "model/scdr.h"
+#include "tools/scroll.h"
 #include "view/commit.h"
 #include "view/hit_test.h"
 #include "view/layout.h"
+#include "view/selection.h"
 
 namespace vantrel {
 namespace {
 
 constexpr std::int64_t LeafCount = 1000000;
 constexpr std::int64_t LeafLength = 8;
+constexpr std::int64_t WindowWidth = 1000;
+constexpr std::int64_t WindowHeight = 700;
 
 ViewEffects NoEffects()
 {
@@ -24,6 +29,7 @@ ViewEffects NoEffects()
     effects.notifyFrame = [](View&, std::int32_t) {};
     effects.isInterruptOrClosePending = [](View&) { return false; };
     effects.showWindowScrollBars = [](View&, bool) {};
+    effects.readPlatform = [](View&) {};
     effects.sendSize = [](View&) {};
     effects.beginEditor = [](View&, bool, bool) {};
     effects.placeEditor = [](View&, const Rect64*) {};
@@ -35,14 +41,16 @@ ViewEffects NoEffects()
     return effects;
 }
 
-// A view of the million leaves; formatted and laid out where `laidOut`.
+using Shape = std::vector<std::int64_t>;
+
+// A view of the leaves, a million where nothing else is said; formatted and laid out where `laidOut`.
 struct Leaves {
     LangEnv environment{};
     EditContext context;
     View view;
     ScdrPtr root;
 
-    explicit Leaves(bool laidOut)
+    explicit Leaves(bool laidOut, const Shape& shape = {LeafCount})
     {
         context.langEnv = &environment;
         view.context = &context;
@@ -53,8 +61,11 @@ struct Leaves {
         view.edit.widths.Reset([](void*, char16_t first, char16_t last,
                                   std::int32_t* widths) { std::fill_n(widths, last - first + 1, 8); },
                                nullptr, 0);
-        root = AllocateScdr(&context, nullptr, TypeNested, 1, &LeafCount, false);
-        for (std::int64_t i = 0; i < LeafCount; ++i) {
+        view.metrics.client = {WindowWidth, WindowHeight};
+        SetScrollBarsWindowSize(view.scroll, WindowWidth, WindowHeight);
+        root = AllocateScdr(&context, nullptr, TypeNested, static_cast<std::int32_t>(shape.size()),
+                            shape.data(), false);
+        for (std::int64_t i = 0; i < root->ElementCount; ++i) {
             SetChild(*root, i, AllocateScdr(&context, root.get(), TypeCharacter, 1, &LeafLength, true));
         }
         view.root = view.top = root.get();
@@ -207,6 +218,110 @@ void SearchAMillionNumbers(benchmark::State& state)
     }
 }
 BENCHMARK(SearchAMillionNumbers)->Name("view/search_floor/1M_numbers")->Arg(0)->Arg(50)->Arg(100);
+
+// --- what a user does at any place costs the same everywhere, and in a large array no more than in a small one ---
+
+// The window's rectangle at a place, in percent of the way from the start to the end.
+Rect64 WindowAt(const Leaves& leaves, std::int64_t percent)
+{
+    const std::int64_t x = std::max<std::int64_t>(leaves.root->width - WindowWidth, 0) * percent / 100;
+    const std::int64_t y = std::max<std::int64_t>(leaves.root->height - WindowHeight, 0) * percent / 100;
+    return {x, y, x + WindowWidth, y + WindowHeight};
+}
+
+// What painting asks the layout for one frame: the boxes in sight, and where each of them stands.
+void FrameAt(Leaves& leaves, std::int64_t percent)
+{
+    const Rect64 window = WindowAt(leaves, percent);
+    const VisibleItems items = FindVisibleItems(leaves.view, *leaves.root, window);
+    std::int64_t sum = 0;
+    for (std::int64_t row = items.firstRow; row < items.endRow; ++row) {
+        for (std::int64_t column = items.firstColumn; column < items.endColumn; ++column) {
+            const Scdr& item = *Children(*leaves.root)[items.planeStart + row * items.columns + column];
+            sum += NodeRect(item).left + GetRecord(item.records, FirstShownRow(item)).length;
+        }
+    }
+    benchmark::DoNotOptimize(sum);
+}
+
+void HitAt(Leaves& leaves, std::int64_t percent)
+{
+    const Rect64 window = WindowAt(leaves, percent);
+    const Point64 middle{window.left + WindowWidth / 2,
+                         std::min(window.top + WindowHeight / 2, leaves.root->height / 2)};
+    benchmark::DoNotOptimize(HitTestScdr(leaves.view, *leaves.root, middle, 0, 0));
+}
+
+// Tab and Shift+Tab: there and back.
+void TabAt(Leaves& leaves, std::int64_t percent)
+{
+    constexpr std::int32_t TabKey = 9;
+    constexpr std::int32_t Shift = 1;
+    leaves.view.edit.node = Children(*leaves.root)[(leaves.root->ElementCount - 1) * percent / 100];
+    benchmark::DoNotOptimize(MoveSelectionByKey(leaves.view, 0, TabKey));
+    benchmark::DoNotOptimize(MoveSelectionByKey(leaves.view, Shift, TabKey));
+    leaves.view.edit.node = nullptr;
+}
+
+using UserAction = void (*)(Leaves& leaves, std::int64_t percent);
+
+constexpr int ActionsTimed = 200;
+
+double SecondsAt(Leaves& leaves, UserAction action, std::int64_t percent)
+{
+    return SecondsOf([&] {
+        for (int i = 0; i < ActionsTimed; ++i)
+            action(leaves, percent);
+    });
+}
+
+// Counter "ratio": the dearest of start, middle and end of the large array against the middle of the small one.
+void CompareSizes(benchmark::State& state, const Shape& large, const Shape& small, UserAction action)
+{
+    Leaves many(true, large);
+    Leaves few(true, small);
+    double best[] = {1e9, 1e9, 1e9, 1e9};
+    for (auto _ : state) {
+        const std::int64_t places[] = {0, 50, 100};
+        for (std::size_t i = 0; i < 3; ++i)
+            best[i] = std::min(best[i], SecondsAt(many, action, places[i]));
+        best[3] = std::min(best[3], SecondsAt(few, action, 50));
+        state.SetIterationTime(best[1] / ActionsTimed);
+    }
+    constexpr double ToNanoseconds = 1e9 / ActionsTimed;
+    state.counters["start_ns"] = best[0] * ToNanoseconds;
+    state.counters["middle_ns"] = best[1] * ToNanoseconds;
+    state.counters["end_ns"] = best[2] * ToNanoseconds;
+    state.counters["small_ns"] = best[3] * ToNanoseconds;
+    state.counters["ratio"] = std::max({best[0], best[1], best[2]}) / best[3];
+    SetTarget(state, "ratio", 2);
+}
+
+int RegisterComparisons()
+{
+    struct Action {
+        const char* name;
+        UserAction run;
+    };
+    struct Sizes {
+        const char* name;
+        Shape large;
+        Shape small;
+    };
+    for (const Action& action : {Action{"frame", &FrameAt}, Action{"hit", &HitAt}, Action{"tab", &TabAt}}) {
+        for (const Sizes& sizes : {Sizes{"vector_1M_vs_10K", {LeafCount}, {10000}},
+                                   Sizes{"matrix_2000x500_vs_100x100", {2000, 500}, {100, 100}}}) {
+            benchmark::RegisterBenchmark((std::string("view/") + action.name + "/" + sizes.name).c_str(),
+                                         [action, sizes](benchmark::State& state) {
+                                             CompareSizes(state, sizes.large, sizes.small, action.run);
+                                         })
+                ->UseManualTime()
+                ->Iterations(20);
+        }
+    }
+    return 0;
+}
+[[maybe_unused]] const int g_comparisons = RegisterComparisons();
 
 } // namespace
 } // namespace vantrel
