@@ -21,7 +21,7 @@ struct ClientWindow {
     HPEN redPen = nullptr;
     HFONT font = nullptr; // a copy that CopyFontToWindow owns, or the giver's
     FontMeasurer measurer;
-    const Scdr* hotButton = nullptr; // the closed box whose button looks hot; only compared
+    const Scdr* hotButton = nullptr; // the closed box whose button the pointer is on; only compared
     BarPress barPress;               // a small scroll bar that the mouse holds
     std::int32_t handlersRunning = 0;
     bool destroyed = false;

@@ -68,7 +68,7 @@ bool PaintBox(PaintTarget& target, Scdr& node, const Rect64& box)
     const View& view = target.view;
     const Rect64 visible = Shrunk(box, view.metrics.margin, view.metrics.margin);
     if ((node.Flags & FlagMinimized) != 0) {
-        DrawRestoreButton(target, box, ButtonLook::Normal);
+        DrawRestoreButton(target, box, LookOfButton(ClientOf(view), node));
         return false;
     }
     if (IsUnderEditor(view, node)) return false;
@@ -233,7 +233,6 @@ void OnPaint(ClientWindow& client)
     PaintBuffer buffer(paint.Dc(), static_cast<std::int32_t>(view.metrics.client.width),
                        static_cast<std::int32_t>(view.metrics.client.height));
     PaintScdr(view, buffer.Dc());
-    client.hotButton = nullptr; // all buttons were drawn normal
     if (IsLaidOut(*view.top)) {
         MarkMaximized(client, buffer.Dc());
         MarkSelection(client, buffer.Dc());

@@ -50,6 +50,7 @@ Rect64 DrawScrollbars(PaintTarget& target, const Scdr& node, const Rect64& conte
 
 // restore_buttons.cpp
 enum class ButtonLook { Normal, Hot, Pressed };
+[[nodiscard]] ButtonLook LookOfButton(const ClientWindow& client, const Scdr& node) noexcept;
 void DrawRestoreButton(PaintTarget& target, const Rect64& box, ButtonLook look);
 // Lets the buttons of all minimised boxes in sight react to a mouse message.
 void DrawRestoreButtons(ClientWindow& client, UINT message, POINT point);

@@ -52,17 +52,14 @@ void SetPressed(Scdr& node, bool pressed) noexcept
 void OnMessageInside(ButtonEvent& event, Scdr& node, const Rect64& box)
 {
     event.hot = true;
+    const bool entered = event.client.hotButton != &node;
+    event.client.hotButton = &node;
     switch (event.message) {
     case WM_MOUSEMOVE:
-        // The classic look has no hot state.
-        if (event.target.windowTheme != nullptr && event.client.hotButton != &node) {
-            DrawRestoreButton(event.target, box, ButtonLook::Hot);
-            event.client.hotButton = &node;
-        }
+        if (entered) DrawRestoreButton(event.target, box, ButtonLook::Hot);
         break;
     case WM_LBUTTONDOWN:
         DrawRestoreButton(event.target, box, ButtonLook::Pressed);
-        event.client.hotButton = &node;
         SetPressed(node, true);
         break;
     case WM_LBUTTONUP:
@@ -114,9 +111,16 @@ Scdr* UpdateButtons(ClientWindow& client, UINT message, POINT point)
 
 } // namespace
 
+ButtonLook LookOfButton(const ClientWindow& client, const Scdr& node) noexcept
+{
+    if (client.hotButton != &node) return ButtonLook::Normal;
+    return (node.Flags & FlagRestorePressed) != 0 ? ButtonLook::Pressed : ButtonLook::Hot;
+}
+
 void DrawRestoreButton(PaintTarget& target, const Rect64& box, ButtonLook look)
 {
     RECT button = DrawableRect(ButtonRect(target.view, box));
+    // The classic look has no hot state.
     if (target.windowTheme != nullptr) {
         // Themes draw buttons that one can see through: what was there would show.
         FillRect(target.dc, &button, GetSysColorBrush(COLOR_3DFACE));
