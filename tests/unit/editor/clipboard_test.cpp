@@ -78,7 +78,7 @@ TEST(EditClipboard, CopyOutOfMemoryIsReportedAndTheClipboardClosed)
 
 TEST(EditClipboard, ASurrogateIsFoundWhereverItStands)
 {
-    for (const std::size_t place : {0, 1, 62, 63, 64, 65, 127, 128, 199}) {
+    for (const std::size_t place : {0u, 1u, 62u, 63u, 64u, 65u, 127u, 128u, 199u}) {
         for (const char16_t unit : {char16_t{0xD800}, char16_t{0xDFFF}}) {
             Editor editor(TypeCharacter, {1, 1}, u"ab");
             std::u16string text(200, u'\xE000');

@@ -44,7 +44,7 @@ TEST(Memory, EmptyBlocksAreRealBlocks)
 TEST(Memory, ZeroedBlocksAreZero)
 {
     const auto block = AllocateZeroedArray<std::uint8_t>(1000);
-    for (int i = 0; i < 1000; ++i)
+    for (std::size_t i = 0; i < 1000; ++i)
         ASSERT_EQ(block[i], 0);
 }
 

@@ -75,7 +75,7 @@ TEST_F(AplxRead, KeepsEveryBitOfANumber)
 
 TEST_F(AplxRead, TakesBitsFromTheTopOfEachWord)
 {
-    for (const std::size_t count : {1, 7, 8, 9, 63, 64, 65, 127, 128, 200}) {
+    for (const std::size_t count : {1u, 7u, 8u, 9u, 63u, 64u, 65u, 127u, 128u, 200u}) {
         std::vector<int> bits(count);
         for (std::size_t i = 0; i < count; ++i)
             bits[i] = i % 3 == 0 || i == count - 1;

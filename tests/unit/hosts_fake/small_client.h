@@ -76,8 +76,8 @@ public:
 
     static EntryPoints Entries()
     {
-        return {[](void* table) {
-                    Get().table = static_cast<std::uint64_t*>(table);
+        return {[](void* services) {
+                    Get().table = static_cast<std::uint64_t*>(services);
                     return std::int64_t{static_cast<std::int64_t>(Get().table[0]) < 48 ? 16 : 0};
                 },
                 [](void* argument, void* slot) { return Get().Enter(argument, slot, nullptr); },
