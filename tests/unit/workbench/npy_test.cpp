@@ -189,7 +189,7 @@ TEST(WorkbenchNpy, UneditedItemsKeepTheirBytes)
 
 TEST(WorkbenchNpy, FloatsOfEverySizeComeBack)
 {
-    for (const std::size_t size : {2, 4, 8}) {
+    for (const std::size_t size : {2u, 4u, 8u}) {
         for (const double value : {0.0, 1.0, -2.5, 65504.0, 0.000060975551605224609375,
                                    5.9604644775390625e-08, std::numeric_limits<double>::infinity()}) {
             const NpyType type{'f', size, size == 4};
