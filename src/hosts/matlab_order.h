@@ -73,9 +73,9 @@ void MoveTile(const ItemPlane& plane, std::int64_t firstRow, std::int64_t endRow
     }
 }
 
-template <typename Move>
+template <typename Move, typename Look>
 void MovePage(const ItemPlane& plane, std::int64_t firstRow, std::int64_t endRow, std::int64_t firstColumn,
-              std::int64_t endColumn, Move move)
+              std::int64_t endColumn, Move move, Look& look)
 {
     for (std::int64_t row = firstRow; row < endRow; row += TileSize) {
         const std::int64_t tileEnd = std::min(row + TileSize, endRow);
@@ -86,6 +86,8 @@ void MovePage(const ItemPlane& plane, std::int64_t firstRow, std::int64_t endRow
                 MoveTile(plane, row, row + TileSize, column, column + TileSize, move);
         }
         MoveTile(plane, row, tileEnd, column, endColumn, move);
+        for (std::int64_t k = row; k < tileEnd; ++k)
+            look(plane.rowMajor + k * plane.rowStride + firstColumn, endColumn - firstColumn);
     }
 }
 
@@ -94,10 +96,7 @@ template <typename Move, typename Look> void MovePlane(const ItemPlane& plane, M
     for (std::int64_t row = 0; row < plane.rows; row += PageTile) {
         const std::int64_t endRow = std::min(row + PageTile, plane.rows);
         for (std::int64_t column = 0; column < plane.columns; column += PageTile) {
-            const std::int64_t endColumn = std::min(column + PageTile, plane.columns);
-            MovePage(plane, row, endRow, column, endColumn, move);
-            for (std::int64_t k = row; k < endRow; ++k)
-                look(plane.rowMajor + k * plane.rowStride + column, endColumn - column);
+            MovePage(plane, row, endRow, column, std::min(column + PageTile, plane.columns), move, look);
         }
     }
 }
