@@ -146,8 +146,8 @@ void SetChild(Scdr& parent, std::int64_t index, ScdrPtr child) noexcept;
 // moved children by hand, one pass renumbers them all.
 [[nodiscard]] std::int64_t IndexInParent(const Scdr& node, std::int64_t hint = 0) noexcept;
 
-[[nodiscard]] std::int64_t Rows(const Scdr& node) noexcept;         // next-to-last axis, 1 below rank 2
-[[nodiscard]] std::int64_t Columns(const Scdr& node) noexcept;      // last axis, 1 for a scalar
+[[nodiscard]] std::int64_t Rows(const Scdr& node) noexcept;    // next-to-last axis, 1 below rank 2
+[[nodiscard]] std::int64_t Columns(const Scdr& node) noexcept; // last axis, 1 for a scalar
 // Product of all axes but the last, 1 below rank 2; -1 where it does not fit.
 [[nodiscard]] std::int64_t RowsOfAllPlanes(const Scdr& node) noexcept;
 [[nodiscard]] std::int64_t PlaneCount(const Scdr& node) noexcept;   // 1 below rank 3
