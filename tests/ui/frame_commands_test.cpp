@@ -315,6 +315,14 @@ TEST_F(FrameCommands, OpenRefusesAnInvalidName)
     });
 }
 
+TEST_F(FrameCommands, AWindowClosedByASentMessageEndsTheEditAtOnce)
+{
+    RunEdit(interpreter, Text(u"abc"), [](User& user) {
+        SendMessageW(user.Frame(), WM_CLOSE, 0, 0);
+        user.Expect(!user.IsOpen(), "the window has gone; the edit ends without a further message");
+    });
+}
+
 TEST_F(FrameCommands, TheMenusOpenByTheirLetters)
 {
     const Outcome outcome = RunEdit(interpreter, Text(u"abc"), [](User& user) {

@@ -44,6 +44,8 @@ void UncountFrame(FrameWindow& frame)
     --frame.context->openFrames;
     UncountOpenWindow(frame.window);
     if (frame.context->frame == frame.window) frame.context->frame = AnyFrameOf(frame.context);
+    // Who closed the window may have sent the message: then nothing is in the queue, and the loop would not look whether to go on.
+    PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);
 }
 
 bool IsAnyFrameClosing(const EditContext* context) noexcept

@@ -27,6 +27,7 @@ struct FrameWindow {
     std::uint32_t options = 0;      // FrameOption bits
     std::int32_t pickIndexPart = 0; // of the status bar
     bool nameBoxChanging = false;   // the program writes into the name box
+    bool nameBoxTyping = false;     // what is typed there is selecting an array
     bool saveSelected = false;      // Save As takes the selected array only
     bool counted = false;           // this frame is among the open frames and windows
     bool closing = false;           // a close waits until the view is no longer busy

@@ -114,10 +114,16 @@ void SetParts(const FrameWindow& frame, HFONT font, const StatusParts& parts)
     SendMessageW(frame.status, SB_SIMPLE, FALSE, 0);
 }
 
+// Somebody is typing; that what is typed selects takes the keyboard away only for a moment.
+bool IsTyping(const FrameWindow& frame) noexcept
+{
+    return frame.nameBoxTyping || GetFocus() == frame.nameBox;
+}
+
 // Text that somebody is typing is left alone.
 void UpdateNameBox(FrameWindow& frame, const char16_t* pickIndex)
 {
-    if (GetFocus() == frame.nameBox) return;
+    if (IsTyping(frame)) return;
     frame.nameBoxChanging = true;
     SetWindowTextW(frame.nameBox, AsWide(pickIndex));
     frame.nameBoxChanging = false;
@@ -181,21 +187,22 @@ RECT NameBoxPlace(const FrameWindow& frame) noexcept
     SendMessageW(frame.status, SB_GETRECT, static_cast<WPARAM>(frame.pickIndexPart),
                  reinterpret_cast<LPARAM>(&place));
     InflateRect(&place, -GetSystemMetrics(SM_CXBORDER), -GetSystemMetrics(SM_CYBORDER));
-    const int digits = GetFocus() == frame.nameBox ? TypingNameBoxDigits : LeastNameBoxDigits;
+    const int digits = IsTyping(frame) ? TypingNameBoxDigits : LeastNameBoxDigits;
     place.right = std::max<LONG>(place.right, place.left + DigitsWide(frame, digits));
     MapWindowPoints(frame.status, frame.window, reinterpret_cast<POINT*>(&place), 2);
     return place;
 }
 
-void SendNameBoxText(const FrameWindow& frame)
+void SendNameBoxText(FrameWindow& frame)
 {
     wchar_t text[NameBoxCharacters + 1] = {};
     GetWindowTextW(frame.nameBox, text, NameBoxCharacters + 1);
-    const bool typing = GetFocus() == frame.nameBox;
+    frame.nameBoxTyping = GetFocus() == frame.nameBox;
     SendMessageW(frame.client, ViewSetPickIndex, 0, reinterpret_cast<LPARAM>(text));
-    RethrowEscapedException();
     // A selection takes the keyboard with it; who is typing a longer index wants it back.
-    if (typing) SetFocus(frame.nameBox);
+    if (frame.nameBoxTyping) SetFocus(frame.nameBox);
+    frame.nameBoxTyping = false;
+    RethrowEscapedException();
 }
 
 void ShowSelectedPickIndex(FrameWindow& frame)
@@ -245,8 +252,7 @@ void OnPositionPickIndex(FrameWindow& frame, std::int32_t part)
 {
     TraceScope trace("status_bar.cpp", "OnPositionPickIndex");
     frame.pickIndexPart = part;
-    const bool idle = GetFocus() != frame.nameBox;
-    const bool covered = SendMessageW(frame.status, SB_ISSIMPLE, 0, 0) != 0 && idle;
+    const bool covered = SendMessageW(frame.status, SB_ISSIMPLE, 0, 0) != 0 && !IsTyping(frame);
     if (part == 0 || covered || (frame.options & FrameStatusBar) == 0) {
         ShowWindow(frame.nameBox, SW_HIDE);
         return;
