@@ -426,6 +426,32 @@ TEST_F(Look, TheWheelScrollsTheWindowAndWithShiftSideways)
     });
 }
 
+// The planes of an array that fills the window or stands in its box.
+void ExpectAltWheelPages(User& user)
+{
+    const auto ink = [&] { return user.Shot(user.Editor()).Count(GetSysColor(COLOR_WINDOWTEXT)); };
+    const int first = ink();
+    WheelWith(user, VK_MENU, -120);
+    user.Key(VK_ESCAPE); // Alt alone had gone to the menu
+    const int second = ink();
+    user.Expect(second < first / 2, "dots instead of letters");
+    WheelWith(user, VK_MENU, 120);
+    user.Key(VK_ESCAPE);
+    user.Expect(ink() > first * 3 / 4, "and letters again");
+}
+
+TEST_F(Look, AltAndTheWheelPageTheArrayThatIsEdited)
+{
+    const Array planes = TextOf({2, 2, 8}, u"WWWWWWWWMMMMMMMM................");
+    RunEdit(interpreter, planes, [](User& user) { ExpectAltWheelPages(user); });
+    RunEdit(interpreter, NestedArray({2}, {planes, Text(u"b")}), [](User& user) {
+        SelectIndex(user, u"1");
+        ExpectAltWheelPages(user);
+        user.Command(MaximizeCommand);
+        ExpectAltWheelPages(user);
+    });
+}
+
 TEST_F(Look, ArrowAndPagingKeysScrollTheWindow)
 {
     RunEdit(interpreter, Words({60, 40}), [](User& user) {
