@@ -181,7 +181,7 @@ void SplitAtBlanks(std::u16string_view text, Vector<FindPlace>& pieces)
 {
     pieces.clear();
     std::size_t at = 0;
-    while ((at = text.find_first_not_of(u' ', at)) != text.npos) {
+    while ((at = text.find_first_not_of(u' ', at)) != std::u16string_view::npos) {
         const std::size_t end = std::min(text.find(u' ', at), text.size());
         pieces.push_back({0, static_cast<std::int64_t>(at), static_cast<std::int64_t>(end - at)});
         at = end;
@@ -244,7 +244,7 @@ bool TextMatcher::First(const RecordText& text, std::int64_t from, FindPlace& pl
         row = lowered_;
     }
     const std::size_t at = row.find(wanted_, static_cast<std::size_t>(std::max<std::int64_t>(from, 0)));
-    if (at == row.npos) return false;
+    if (at == std::u16string_view::npos) return false;
     place = {0, static_cast<std::int64_t>(at), static_cast<std::int64_t>(wanted_.size())};
     return true;
 }
@@ -270,7 +270,7 @@ bool TextMatcher::Last(const RecordText& text, std::int64_t to, FindPlace& place
         row = lowered_;
     }
     const std::size_t at = row.rfind(wanted_, static_cast<std::size_t>(end - wantedLength));
-    if (at == row.npos) return false;
+    if (at == std::u16string_view::npos) return false;
     place = {0, static_cast<std::int64_t>(at), wantedLength};
     return true;
 }

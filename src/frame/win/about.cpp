@@ -19,18 +19,21 @@ std::wstring ProductLine()
     return AsWide(ProductName) + std::wstring(L" ") + std::wstring(version.begin(), version.end());
 }
 
-void FillAbout(HWND dialog)
+// FALSE: the keyboard is where it should be, at the button and not in the address that can be copied.
+INT_PTR OnAboutInit(HWND dialog)
 {
     SetDlgItemTextW(dialog, IDC_ABOUT_NAME, ProductLine().c_str());
     const std::wstring copyright = std::wstring(L"Copyright © 2026 ") + AsWide(VendorName);
     SetDlgItemTextW(dialog, IDC_ABOUT_COPYRIGHT, copyright.c_str());
     SetDlgItemTextW(dialog, IDC_ABOUT_SUPPORT, AsWide(SupportAddress));
+    SetFocus(GetDlgItem(dialog, IDOK));
+    return FALSE;
 }
 
 INT_PTR CALLBACK AboutProc(HWND dialog, UINT message, WPARAM wParam, LPARAM) noexcept
 {
     return Sealed<INT_PTR>(FALSE, [&]() -> INT_PTR {
-        if (message == WM_INITDIALOG) return FillAbout(dialog), TRUE;
+        if (message == WM_INITDIALOG) return OnAboutInit(dialog);
         if (message != WM_COMMAND) return FALSE;
         if (LOWORD(wParam) != IDOK && LOWORD(wParam) != IDCANCEL) return FALSE;
         return EndDialog(dialog, LOWORD(wParam)), TRUE;
