@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include <limits>
 
 #include "workbench/formats/json.h"
@@ -55,7 +57,7 @@ void Squeeze(Array& array)
     std::vector<double> values = RealsOf(array);
     bool whole = true;
     for (const double value : values)
-        whole = whole && value == static_cast<double>(static_cast<long long>(value));
+        whole = whole && std::abs(value) < 9.2e18 && value == std::trunc(value);
     if (!whole) return;
     for (double& value : values)
         value = value < -2147483648.0 || value > 2147483647.0 ? -2147483648.0 : value + 0.0;
