@@ -215,9 +215,10 @@ if [ -n "${built[native]:-}" ]; then
 fi
 if [ -n "${built[native-asan]:-}" ]; then
     gtest_native unit-asan build/native-asan/unit_tests
-    for program in "$root"/build/native-asan/fuzz_*; do
-        [ -x "$program" ] || continue
-        step "fuzz-${program##*/fuzz_}" fuzz "$program" || true
+    # One program for each source file; a missing one fails.
+    for source in tests/fuzz/*.cpp; do
+        name=$(basename "$source" .cpp)
+        step "fuzz-${name%_fuzz}" fuzz "$root/build/native-asan/fuzz_${name%_fuzz}" || true
     done
 fi
 
