@@ -289,10 +289,14 @@ TEST_F(CellEditor, HeldOutsideTheWindowTheMouseGoesOnScrolling)
         const POINT start{client.right / 2, client.bottom / 2};
         user.Mouse(editor, start, MOUSEEVENTF_LEFTDOWN);
         user.Mouse(editor, {client.right / 2, client.bottom + 8});
-        const int first = GetScrollPos(editor, SB_VERT);
-        for (int round = 0; round < 100 && GetScrollPos(editor, SB_VERT) <= first; ++round)
+        int top = 0;
+        int bottom = 0;
+        GetScrollRange(editor, SB_VERT, &top, &bottom);
+        // Much farther than the one move of the mouse can have scrolled; the end may be reached before anybody looks.
+        const int distant = top + (bottom - top) / 4;
+        for (int round = 0; round < 200 && GetScrollPos(editor, SB_VERT) < distant; ++round)
             Sleep(20); // the mouse rests
-        user.Expect(GetScrollPos(editor, SB_VERT) > first, "the text goes on moving");
+        user.Expect(GetScrollPos(editor, SB_VERT) >= distant, "the text goes on moving");
         user.Mouse(editor, {client.right / 2, client.bottom + 8}, MOUSEEVENTF_LEFTUP);
         user.Expect(GetCapture() == nullptr, "let go");
         const int last = GetScrollPos(editor, SB_VERT);
