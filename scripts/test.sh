@@ -141,10 +141,6 @@ bench_runs() {
     timeout -k 5 240 "$1" --benchmark_min_time=0.001
 }
 
-bench_runs_wine() {
-    wine_run 240 "$1" --benchmark_min_time=0.001
-}
-
 all_sources() {
     find src tests workbench bench -name '*.h' -o -name '*.cpp' 2>/dev/null | sort
 }
@@ -229,11 +225,6 @@ if step wine-prefix wine_template; then
         gtest_wine unit-win64 themed build/win64/unit_tests.exe
         gtest_wine ui-themed themed build/win64/ui_tests.exe
         gtest_wine ui-unthemed unthemed build/win64/ui_tests.exe
-        if [ -e build/win64/bench.exe ]; then
-            wine_open null
-            step bench-win64 bench_runs_wine build/win64/bench.exe || true
-            wine_close
-        fi
         if [ -e build/win64/vantrel-workbench.exe ]; then
             step demo-themed demo_shows_window themed || true
             step demo-unthemed demo_shows_window unthemed || true
