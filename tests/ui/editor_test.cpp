@@ -283,6 +283,8 @@ TEST_F(CellEditor, HeldOutsideTheWindowTheMouseGoesOnScrolling)
 {
     std::vector<std::u32string> rows(200, U"a row of text");
     RunEdit(interpreter, Matrix(rows), [](User& user) {
+        Sleep(GetDoubleClickTime() +
+              50); // a press soon after the last one, in whichever window, is a double click
         HWND const editor = user.Editor();
         RECT client{};
         GetClientRect(editor, &client);
