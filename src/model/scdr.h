@@ -20,6 +20,7 @@
 #include "entry/edit_context.h"
 #include "entry/memory.h"
 #include "model/records.h"
+#include "tools/geometry.h"
 #include "tools/scroll.h"
 
 namespace vantrel {
@@ -49,6 +50,15 @@ enum ScdrFlag : std::uint8_t {
     FlagKeptSize = 0x40,  // set by an adapter: a field name, whose size and text are fixed
 };
 
+// How far the items of a nested node stand from where they say: a change pushes the boxes behind it without visiting them (view/item_shift.h).
+struct ItemShift {
+    Point64 all;             // pixels, for every item
+    std::int64_t column = 0; // this column and those behind it stand `wider` further right
+    std::int64_t wider = 0;
+    std::int64_t row = 0; // this row and those below it stand `taller` lower
+    std::int64_t taller = 0;
+};
+
 // What only some nodes need; made when first needed. Every block that hangs here comes from AllocateBytes and is freed with the node.
 struct ScdrExtra {
     char16_t** AxisNames = nullptr;     // rank >= 3: Rank owned terminated strings
@@ -57,6 +67,7 @@ struct ScdrExtra {
     std::int64_t PlaneCount = 1;          // product of max(length, 1) over all axes but the last two
     std::int64_t* columnWidths = nullptr; // nested, rank >= 2: one entry per column, at least one
     std::int64_t* rowHeights = nullptr;
+    ItemShift itemShift;         // nested
     std::int64_t savedWidth = 0; // size before minimising
     std::int64_t savedHeight = 0;
     struct Scdr* savedTop = nullptr; // set while maximised
@@ -74,7 +85,7 @@ struct Scdr {
     ScdrExtra* extra;     // never null for rank >= 3; below that made when first needed
     EditState* editState; // what the cell editor remembers; null until it takes the node
     std::int64_t ElementCount;
-    std::int64_t originX; // pixels, in the space of the displayed top node
+    std::int64_t originX; // pixels, in the space of the displayed top node, less what its ancestors shift it
     std::int64_t originY;
     std::int64_t width; // pixels, margins and edges included
     std::int64_t height;

@@ -1,6 +1,7 @@
 #include "view/hit_test.h"
 
 #include "entry/trace.h"
+#include "view/item_shift.h"
 #include "view/layout.h"
 
 namespace vantrel {
@@ -33,7 +34,8 @@ Scdr* HitItem(const View& view, const Scdr& node, const Point64& point) noexcept
 Rect64 TextRectangle(std::int64_t margin, const Scdr& node, std::int64_t width, std::int64_t height) noexcept
 {
     const std::int64_t shrink = node.Rank == 0 ? margin + 1 : margin;
-    return Shrink({node.originX, node.originY, node.originX + width, node.originY + height}, shrink);
+    const Point64 origin = OriginOf(node);
+    return Shrink({origin.x, origin.y, origin.x + width, origin.y + height}, shrink);
 }
 
 } // namespace

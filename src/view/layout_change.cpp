@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "entry/trace.h"
-#include "model/tree_walk.h"
+#include "view/item_shift.h"
 
 namespace vantrel {
 namespace {
@@ -28,25 +28,25 @@ bool AreAncestorsValid(const Scdr& node) noexcept
     return true;
 }
 
-void Shift(Scdr& node, std::int64_t dx, std::int64_t dy) noexcept
-{
-    if (IsSimple(node)) {
-        node.originX += dx;
-        node.originY += dy;
-        return;
-    }
-    ForEachNode(node, [&](Scdr& moved) {
-        moved.originX += dx;
-        moved.originY += dy;
-    });
-}
+// The greatest length of items that are known to be at most so long: the first of that length ends the search.
+class Longest {
+public:
+    explicit Longest(std::int64_t atMost) noexcept : atMost_(atMost) {}
+    void Add(std::int64_t length) noexcept { found_ = std::max(found_, length); }
+    [[nodiscard]] bool IsFound() const noexcept { return found_ >= atMost_; }
+    [[nodiscard]] std::int64_t Length() const noexcept { return found_; }
 
-std::int64_t Tallest(const Scdr& row) noexcept
+private:
+    std::int64_t atMost_;
+    std::int64_t found_ = 0;
+};
+
+std::int64_t Tallest(const Scdr& row, std::int64_t atMost) noexcept
 {
-    std::int64_t height = 0;
-    for (std::int64_t i = 0; i < ChildCount(row); ++i)
-        height = std::max(height, Children(row)[i]->height);
-    return height;
+    Longest height(atMost);
+    for (std::int64_t i = 0; i < ChildCount(row) && !height.IsFound(); ++i)
+        height.Add(Children(row)[i]->height);
+    return height.Length();
 }
 
 // What is around the items of a row: edges and margins, above and below.
@@ -58,17 +58,13 @@ std::int64_t HeightAround(const View& view) noexcept
 void FitRow(const View& view, Scdr& row, const Scdr& item, const Size64& before) noexcept
 {
     const std::int64_t wider = item.width - before.width;
-    if (wider != 0) {
-        const std::int64_t count = ChildCount(row);
-        for (std::int64_t i = IndexInParent(item) + 1; i < count; ++i)
-            Shift(*Children(row)[i], wider, 0);
-    }
+    PushColumns(row, IndexInParent(item) + 1, wider);
     row.width += wider;
     const std::int64_t room = row.height - HeightAround(view);
     if (item.height >= room) {
         row.height = item.height + HeightAround(view);
     } else if (before.height == room) {
-        row.height = Tallest(row) + HeightAround(view); // the tallest of all has shrunk
+        row.height = Tallest(row, room) + HeightAround(view); // the tallest of all has shrunk
     }
 }
 
@@ -87,40 +83,23 @@ GridPlace PlaceInGrid(const Scdr& grid, const Scdr& item) noexcept
     return {rows, columns, index / columns, index % columns};
 }
 
-std::int64_t WidestInColumn(const Scdr& grid, const GridPlace& place) noexcept
+std::int64_t WidestInColumn(const Scdr& grid, const GridPlace& place, std::int64_t atMost) noexcept
 {
-    std::int64_t width = 0;
-    for (std::int64_t i = place.column; i < grid.ElementCount; i += place.columns)
-        width = std::max(width, Children(grid)[i]->width);
-    return width;
+    Longest width(atMost);
+    for (std::int64_t i = place.column; i < grid.ElementCount && !width.IsFound(); i += place.columns)
+        width.Add(Children(grid)[i]->width);
+    return width.Length();
 }
 
-std::int64_t TallestInRow(const Scdr& grid, const GridPlace& place) noexcept
+std::int64_t TallestInRow(const Scdr& grid, const GridPlace& place, std::int64_t atMost) noexcept
 {
-    std::int64_t height = 0;
+    Longest height(atMost);
     for (std::int64_t first = place.row * place.columns; first < grid.ElementCount;
          first += place.rows * place.columns) {
-        for (std::int64_t column = 0; column < place.columns; ++column)
-            height = std::max(height, Children(grid)[first + column]->height);
+        for (std::int64_t column = 0; column < place.columns && !height.IsFound(); ++column)
+            height.Add(Children(grid)[first + column]->height);
     }
-    return height;
-}
-
-void ShiftColumnsBehind(Scdr& grid, const GridPlace& place, std::int64_t dx) noexcept
-{
-    for (std::int64_t first = 0; first < grid.ElementCount; first += place.columns) {
-        for (std::int64_t column = place.column + 1; column < place.columns; ++column)
-            Shift(*Children(grid)[first + column], dx, 0);
-    }
-}
-
-void ShiftRowsBelow(Scdr& grid, const GridPlace& place, std::int64_t dy) noexcept
-{
-    const std::int64_t planeSize = place.rows * place.columns;
-    for (std::int64_t plane = 0; plane < grid.ElementCount; plane += planeSize) {
-        for (std::int64_t i = (place.row + 1) * place.columns; i < planeSize; ++i)
-            Shift(*Children(grid)[plane + i], 0, dy);
-    }
+    return height.Length();
 }
 
 void FitGrid(Scdr& grid, const Scdr& item, const Size64& before) noexcept
@@ -132,15 +111,15 @@ void FitGrid(Scdr& grid, const Scdr& item, const Size64& before) noexcept
     if (item.width >= width) {
         width = item.width;
     } else if (before.width == width) {
-        width = WidestInColumn(grid, place);
+        width = WidestInColumn(grid, place, old.width);
     }
     if (item.height >= height) {
         height = item.height;
     } else if (before.height == height) {
-        height = TallestInRow(grid, place);
+        height = TallestInRow(grid, place, old.height);
     }
-    if (width != old.width) ShiftColumnsBehind(grid, place, width - old.width);
-    if (height != old.height) ShiftRowsBelow(grid, place, height - old.height);
+    PushColumns(grid, place.column + 1, width - old.width);
+    PushRows(grid, place.row + 1, height - old.height);
     grid.width += width - old.width;
     grid.height += height - old.height;
 }

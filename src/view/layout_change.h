@@ -5,7 +5,7 @@
 
 namespace vantrel {
 
-// Where a box stood and how large it was.
+// Where a box stood, as the node itself says, and how large it was.
 struct BoxGeometry {
     Point64 origin;
     Size64 size;

@@ -12,6 +12,7 @@
 
 #include "entry/trace.h"
 #include "view/box_text.h"
+#include "view/item_shift.h"
 #include "view/layout_change.h"
 #include "view/progress.h"
 #include "view/report.h"
@@ -224,6 +225,7 @@ bool LayOutGrid(Sizing& sizing, Scdr& node, const Point64& origin, bool place, b
 bool LayOutItems(Sizing& sizing, Scdr& node, const Point64& origin, bool place)
 {
     const bool sized = (node.Flags & FlagSizeValid) != 0;
+    SettleItems(node); // what they say of their places is compared from here on
     node.Flags = static_cast<std::uint8_t>(node.Flags & ~(FlagSizeValid | FlagOriginValid));
     Size64 content;
     const bool stopped = node.Rank < 2 || node.ElementCount == 0

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "entry/trace.h"
+#include "view/item_shift.h"
 #include "view/layout.h"
 
 namespace vantrel {
@@ -31,11 +32,11 @@ Span FindSpan(std::int64_t count, std::int64_t low, std::int64_t high, Start sta
 
 VisibleItems FindInRow(const Scdr& node, const Rect64& range) noexcept
 {
-    Scdr* const* items = Children(node);
+    const ItemPlaces places = PlacesOfItems(node);
     const std::int64_t count = ChildCount(node);
-    const Span columns = FindSpan(
-        count, range.left, range.right, [&](std::int64_t i) { return items[i]->originX; },
-        [&](std::int64_t i) { return items[i]->originX + items[i]->width; });
+    const auto left = [&](std::int64_t i) { return ItemLeft(places, i, i); };
+    const Span columns = FindSpan(count, range.left, range.right, left,
+                                  [&](std::int64_t i) { return left(i) + places.items[i]->width; });
     return {0, count, 0, 1, columns.first, columns.end};
 }
 
@@ -48,15 +49,15 @@ VisibleItems FindInGrid(const Scdr& node, const Rect64& range) noexcept
     if (node.extra == nullptr || node.extra->rowHeights == nullptr || node.extra->columnWidths == nullptr) {
         return {planeStart, columns, 0, rows, 0, columns}; // not laid out yet: anything may be visible
     }
-    Scdr* const* plane = Children(node) + planeStart;
+    const ItemPlaces places = PlacesOfItems(node);
     const std::int64_t* heights = node.extra->rowHeights;
     const std::int64_t* widths = node.extra->columnWidths;
-    const Span shownRows = FindSpan(
-        rows, range.top, range.bottom, [&](std::int64_t row) { return plane[row * columns]->originY; },
-        [&](std::int64_t row) { return plane[row * columns]->originY + heights[row]; });
-    const Span shownColumns = FindSpan(
-        columns, range.left, range.right, [&](std::int64_t column) { return plane[column]->originX; },
-        [&](std::int64_t column) { return plane[column]->originX + widths[column]; });
+    const auto top = [&](std::int64_t row) { return ItemTop(places, planeStart + row * columns, row); };
+    const auto left = [&](std::int64_t column) { return ItemLeft(places, planeStart + column, column); };
+    const Span shownRows = FindSpan(rows, range.top, range.bottom, top,
+                                    [&](std::int64_t row) { return top(row) + heights[row]; });
+    const Span shownColumns = FindSpan(columns, range.left, range.right, left,
+                                       [&](std::int64_t column) { return left(column) + widths[column]; });
     return {planeStart, columns, shownRows.first, shownRows.end, shownColumns.first, shownColumns.end};
 }
 
@@ -64,7 +65,8 @@ VisibleItems FindInGrid(const Scdr& node, const Rect64& range) noexcept
 
 Rect64 NodeRect(const Scdr& node) noexcept
 {
-    return {node.originX, node.originY, node.originX + node.width, node.originY + node.height};
+    const Point64 origin = OriginOf(node);
+    return {origin.x, origin.y, origin.x + node.width, origin.y + node.height};
 }
 
 VisibleItems FindVisibleItems(const View&, const Scdr& node, const Rect64& range) noexcept

@@ -147,7 +147,7 @@ TEST_F(BoxBarsTest, BarsWithNothingToScrollTakeNoPress)
     EXPECT_FALSE(Press(node, {60, 270})); // the corner
     EXPECT_EQ(press.node, nullptr);
     Scdr& word = Item(*view.root, 1);
-    EXPECT_FALSE(Press(word, {word.originX + 8, word.originY + 8})); // vectors have none
+    EXPECT_FALSE(Press(word, {OriginOf(word).x + 8, OriginOf(word).y + 8})); // vectors have none
 }
 
 TEST_F(BoxBarsTest, TheSelectedArrayScrollsByItsEditor)
@@ -164,7 +164,7 @@ TEST_F(BoxBarsTest, AClosedBoxHasNone)
     Scdr& node = ShowTall();
     ASSERT_EQ(SelectScdr(view, node, true), 0);
     ASSERT_EQ(MinimizeScdr(view), 0);
-    EXPECT_FALSE(Press(node, {node.originX + 10, node.originY + 10}));
+    EXPECT_FALSE(Press(node, {OriginOf(node).x + 10, OriginOf(node).y + 10}));
 }
 
 TEST_F(BoxBarsTest, APrototypeScrollsThoughItIsSelected)

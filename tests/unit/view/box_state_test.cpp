@@ -24,7 +24,7 @@ TEST_F(BoxState, AMinimisedBoxIsASquareOfOneLine)
         EXPECT_EQ(Item(root, i).height, 16 + 4 + 10);
     }
     EXPECT_EQ(root.width, 3 * 25 + 5 + 14);
-    EXPECT_EQ(Item(root, 2).originX, 7 + 2 * 25);
+    EXPECT_EQ(OriginOf(Item(root, 2)).x, 7 + 2 * 25);
 }
 
 TEST_F(BoxState, MinimisingHidesTheEditorAndTellsTheFrame)
@@ -68,7 +68,7 @@ TEST_F(BoxState, RestoringGivesASimpleBoxItsFormerSizeWithoutMeasuring)
     EXPECT_EQ(RestoreScdr(view), 0);
     EXPECT_EQ(item.width, 77);
     EXPECT_EQ(item.height, 55);
-    EXPECT_EQ(Item(root, 1).originX, 7 + 77 - 5);
+    EXPECT_EQ(OriginOf(Item(root, 1)).x, 7 + 77 - 5);
     EXPECT_EQ(item.Flags & FlagMinimized, 0);
     EXPECT_EQ(item.records.formattedWidth, 46); // for "Reset size"
 }
@@ -97,8 +97,8 @@ TEST_F(BoxState, RestoringANestedBoxLaysItsItemsOutAgain)
     Select(item);
     EXPECT_EQ(RestoreScdr(view), 0);
     EXPECT_EQ(item.width, width);
-    EXPECT_EQ(item.originX, 7 + 25);
-    EXPECT_EQ(Item(item, 0).originX, item.originX + 7);
+    EXPECT_EQ(OriginOf(item).x, 7 + 25);
+    EXPECT_EQ(OriginOf(Item(item, 0)).x, OriginOf(item).x + 7);
 }
 
 TEST_F(BoxState, ASizeKeptWithAnotherFontIsMeasuredAnew)
@@ -147,8 +147,8 @@ TEST_F(BoxState, AMaximisedNestedBoxBecomesTheTop)
     EXPECT_EQ(view.top, &item);
     EXPECT_EQ(item.parent, nullptr);
     EXPECT_EQ(item.extra->savedParent, &root);
-    EXPECT_EQ(item.originX, 0);
-    EXPECT_EQ(Item(item, 1).originX, 7 + 25);
+    EXPECT_EQ(OriginOf(item).x, 0);
+    EXPECT_EQ(OriginOf(Item(item, 1)).x, 7 + 25);
     EXPECT_EQ(view.scroll.horizontal.position, 0);
     EXPECT_EQ(view.scroll.horizontal.dataSize, item.width);
     EXPECT_EQ(log.Count("size"), 1);
@@ -157,7 +157,7 @@ TEST_F(BoxState, AMaximisedNestedBoxBecomesTheTop)
     EXPECT_EQ(view.top, &root);
     EXPECT_EQ(item.parent, &root);
     EXPECT_EQ(item.extra->savedParent, nullptr);
-    EXPECT_EQ(item.originX, 7 + 41);
+    EXPECT_EQ(OriginOf(item).x, 7 + 41);
     EXPECT_EQ(view.scroll.horizontal.dataSize, root.width);
 }
 
@@ -175,7 +175,7 @@ TEST_F(BoxState, AMaximisedSimpleBoxFillsTheWindow)
     EXPECT_EQ(RestoreScdr(view), 0);
     EXPECT_EQ(log.Count("bars 1"), 1);
     EXPECT_EQ(item.width, width);
-    EXPECT_EQ(item.originX, 7 + 41);
+    EXPECT_EQ(OriginOf(item).x, 7 + 41);
     EXPECT_EQ(log.Count("place 53 12 20 28"), 1);
 }
 
@@ -217,7 +217,7 @@ TEST_F(BoxState, SelectingInsideClosedBoxesOpensAllOfThem)
     Scdr& outer = Item(root, 0);
     Scdr& inner = Item(outer, 0);
     Scdr& leaf = Item(inner, 1);
-    const std::int64_t x = leaf.originX;
+    const std::int64_t x = OriginOf(leaf).x;
     for (Scdr* box : {&inner, &outer}) {
         Select(*box);
         EXPECT_EQ(MinimizeScdr(view), 0);
@@ -225,7 +225,7 @@ TEST_F(BoxState, SelectingInsideClosedBoxesOpensAllOfThem)
     Select(leaf);
     EXPECT_EQ((outer.Flags | inner.Flags) & FlagMinimized, 0);
     EXPECT_EQ(Selected(view), &leaf);
-    EXPECT_EQ(leaf.originX, x);
+    EXPECT_EQ(OriginOf(leaf).x, x);
 }
 
 TEST_F(BoxState, ResetSizeGivesResizedBoxesTheirFormattedSizeBack)

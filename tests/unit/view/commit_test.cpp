@@ -53,7 +53,7 @@ TEST_F(Commit, TypedTextBecomesTheArray)
     EXPECT_EQ(RowText(item, 0), u"longer");
     EXPECT_EQ(item.records.flags & RecordsEdited, 0);
     EXPECT_EQ(item.width, 48 + 22);
-    EXPECT_EQ(Item(root, 1).originX, 7 + 65);
+    EXPECT_EQ(OriginOf(Item(root, 1)).x, 7 + 65);
     EXPECT_EQ(root.width, 65 + 25 + 5 + 14);
     EXPECT_EQ(view.scroll.horizontal.dataSize, root.width);
     EXPECT_EQ(log.Count("notify 6"), 1);
@@ -141,7 +141,7 @@ TEST_F(Commit, StopsAtTheFirstFailureAndKeepsWhatPassed)
     EXPECT_EQ(DataText(Item(root, 2)), u"b");
     EXPECT_EQ(RowText(Item(root, 2), 0), u"waiting");
     EXPECT_TRUE((Item(root, 2).records.flags & RecordsEdited) != 0);
-    EXPECT_EQ(Item(root, 1).originX, 7 + 48 + 22 - 5); // what passed is laid out
+    EXPECT_EQ(OriginOf(Item(root, 1)).x, 7 + 48 + 22 - 5); // what passed is laid out
 }
 
 TEST_F(Commit, ManyChangesTakeOneLayout)
@@ -227,7 +227,7 @@ TEST_F(Commit, AMaximisedItemStaysMaximised)
     EXPECT_EQ(RestoreScdr(view), 0);
     EXPECT_EQ(item.parent, &root);
     EXPECT_EQ(item.width, 70);
-    EXPECT_EQ(Item(root, 2).originX, 7 + 41 + 65);
+    EXPECT_EQ(OriginOf(Item(root, 2)).x, 7 + 41 + 65);
 }
 
 TEST_F(Commit, InsideAMaximisedBox)

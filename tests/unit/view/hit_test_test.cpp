@@ -15,8 +15,8 @@ protected:
     bool IsInBox(const Scdr& node, std::int64_t x, std::int64_t y) const
     {
         const std::int64_t margin = view.metrics.margin;
-        return x >= node.originX + margin && x < node.originX + node.width - margin &&
-               y >= node.originY + margin && y < node.originY + node.height - margin;
+        return x >= OriginOf(node).x + margin && x < OriginOf(node).x + node.width - margin &&
+               y >= OriginOf(node).y + margin && y < OriginOf(node).y + node.height - margin;
     }
 
     // Every item, in order: the first that is hit wins.
@@ -58,7 +58,7 @@ TEST_F(HitTest, FindsTheInnermostBox)
     Scdr& root = LayOut(Vec(Word(u"abc"), Vec(Word(u"d"), Word(u"ef"))));
     EXPECT_EQ(Hit(20, 20), &Item(root, 0));
     Scdr& inner = Item(Item(root, 1), 1);
-    EXPECT_EQ(Hit(inner.originX + 10, inner.originY + 10), &inner);
+    EXPECT_EQ(Hit(OriginOf(inner).x + 10, OriginOf(inner).y + 10), &inner);
 }
 
 TEST_F(HitTest, AMarginBelongsToTheEnclosingBox)
@@ -191,9 +191,9 @@ TEST_F(HitTest, FindsItemsAnywhereInALargeVector)
     Scdr& root = LayOut(Filled({100000}));
     for (const std::int64_t i : {0, 1, 50000, 99998, 99999}) {
         const Scdr& item = Item(root, i);
-        EXPECT_EQ(Hit(item.originX + 10, item.originY + 10), &item);
+        EXPECT_EQ(Hit(OriginOf(item).x + 10, OriginOf(item).y + 10), &item);
         const VisibleItems visible =
-            FindVisibleItems(view, root, {item.originX + 10, 0, item.originX + 11, 10});
+            FindVisibleItems(view, root, {OriginOf(item).x + 10, 0, OriginOf(item).x + 11, 10});
         EXPECT_EQ(visible.firstColumn, i);
         EXPECT_EQ(visible.endColumn, i + 1);
     }

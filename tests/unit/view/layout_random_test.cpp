@@ -125,8 +125,8 @@ protected:
         EXPECT_EQ(node.height, box.height);
         EXPECT_TRUE((node.Flags & FlagSizeValid) != 0);
         if (place) {
-            EXPECT_EQ(node.originX, x);
-            EXPECT_EQ(node.originY, y);
+            EXPECT_EQ(OriginOf(node).x, x);
+            EXPECT_EQ(OriginOf(node).y, y);
             EXPECT_TRUE((node.Flags & FlagOriginValid) != 0);
         }
         return box;

@@ -18,8 +18,8 @@ protected:
     }
     static void ExpectOrigin(const Scdr& node, std::int64_t x, std::int64_t y)
     {
-        EXPECT_EQ(node.originX, x);
-        EXPECT_EQ(node.originY, y);
+        EXPECT_EQ(OriginOf(node).x, x);
+        EXPECT_EQ(OriginOf(node).y, y);
         EXPECT_TRUE((node.Flags & FlagOriginValid) != 0);
     }
 };
@@ -195,8 +195,8 @@ TEST_F(Layout, AllPlanesShareOneGrid)
     EXPECT_EQ(node.extra->columnWidths[1], 46);
     EXPECT_EQ(node.extra->rowHeights[0], 54);
     for (std::int64_t i = 0; i < 12; ++i) {
-        EXPECT_EQ(Item(node, i).originX, Item(node, i + 12).originX);
-        EXPECT_EQ(Item(node, i).originY, Item(node, i + 12).originY);
+        EXPECT_EQ(OriginOf(Item(node, i)).x, OriginOf(Item(node, i + 12)).x);
+        EXPECT_EQ(OriginOf(Item(node, i)).y, OriginOf(Item(node, i + 12)).y);
     }
     ExpectOrigin(Item(node, 0), 7 + 4, 7);
     // Columns 25 + 41 + 25 + 25, rows 49 + 33 + 33; the third axis adds two edges to the width only.

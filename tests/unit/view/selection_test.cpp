@@ -364,7 +364,7 @@ TEST_F(Selection, ASimpleRootFillsTheWindow)
     EXPECT_EQ(RestoreScdr(view), 0);
     EXPECT_EQ(view.top, &root);
     EXPECT_EQ(root.width, 46);
-    EXPECT_EQ(root.originX, 0);
+    EXPECT_EQ(OriginOf(root).x, 0);
 }
 
 TEST_F(Selection, ShowingAnotherTreeFreesTheOldOne)

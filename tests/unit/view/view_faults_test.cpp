@@ -17,7 +17,7 @@ protected:
 
     std::vector<std::int64_t> Geometry(const Scdr& node) const
     {
-        std::vector<std::int64_t> all{node.originX, node.originY, node.width, node.height};
+        std::vector<std::int64_t> all{OriginOf(node).x, OriginOf(node).y, node.width, node.height};
         for (std::int64_t i = 0; i < ChildCount(node); ++i) {
             const std::vector<std::int64_t> below = Geometry(Item(node, i));
             all.insert(all.end(), below.begin(), below.end());

@@ -19,6 +19,7 @@
 #include "model/primitives.h"
 #include "model/rebuild.h"
 #include "view/edited.h"
+#include "view/item_shift.h"
 #include "view/layout.h"
 #include "view/messages.h"
 #include "view/selection.h"
