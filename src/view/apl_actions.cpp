@@ -26,11 +26,13 @@ private:
     View& view_;
 };
 
-// The conversion answers with the text itself where it is no number; that is then no result.
-ScdrPtr ReadNumbers(View& view, const Scdr& text)
+// The conversion answers with the text itself where it is no number; that is then no result. Numbers are numbers already: read from what is
+// shown they would lose the digits that are not.
+ScdrPtr ReadNumbers(View& view, const Scdr& node)
 {
+    if (node.Type != TypeCharacter) return CopyScdr(view.context, node);
     const DisabledFrame disabled(view);
-    ScdrPtr numbers = BuildScdrFromRecords(view.context, text, true);
+    ScdrPtr numbers = BuildScdrFromRecords(view.context, node, true);
     return HasError(view.context) ? nullptr : std::move(numbers);
 }
 
@@ -43,8 +45,6 @@ std::int32_t ConvertToNumeric(View& view)
 {
     const Scdr& node = *Selected(view);
     if (!IsSimple(node)) return Refuse(view, MessageStringIsNested);
-    // Numbers are numbers already; read from what is shown they would lose the digits that are not.
-    if (node.Type != TypeCharacter) return 0;
     return ReplaceBy(view, ReadNumbers(view, node));
 }
 

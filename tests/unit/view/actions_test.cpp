@@ -1,5 +1,6 @@
 // Actions that put another array in the selected one's place.
 #include "action_fixture.h"
+#include "view/progress.h"
 
 namespace vantrel {
 namespace {
