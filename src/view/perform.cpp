@@ -133,9 +133,16 @@ std::int32_t EmptyUndoBuffer(View& view)
     return 0;
 }
 
+std::int32_t RefuseChange(View& view, std::int32_t command)
+{
+    const Scdr* const holder = PlaceOfSelected(view).holder;
+    const bool cutsPrototype = command == CommandCutArray && holder != nullptr && holder->ElementCount == 0;
+    return Refuse(view, cutsPrototype ? MessageParentIsEmpty : MessageNotSupported);
+}
+
 std::int32_t Perform(View& view, std::int32_t command)
 {
-    if (!IsChangeAllowed(view, command)) return Refuse(view, MessageNotSupported);
+    if (!IsChangeAllowed(view, command)) return RefuseChange(view, command);
     if (IsSystemCommand(command)) return PerformSystemAction(view, command);
     if (IsStructuralCommand(command)) return PerformAction(view, command);
     if (IsGraphicsCommand(command)) return PerformGraphics(view, command);

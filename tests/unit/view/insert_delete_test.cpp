@@ -247,11 +247,16 @@ TEST_F(InsertDelete, WhatCannotGoStays)
     Select(*view.root);
     Run(CommandCutArray);
     EXPECT_EQ(LastStatus(), MessageCannotDeleteTopLevel);
+    clipboard = nullptr;
     EXPECT_EQ(Tree(), "General[2 2](Character[1]'a' Character[1]'b' Character[1]'c' Character[1]'d')");
-    Show(Empty({0}, Word(u"x")));
+    Show(Empty({0}, Vec(Word(u"x"))));
     SelectAt({0});
     Run(CommandCutArray);
+    EXPECT_EQ(LastStatus(), MessageParentIsEmpty);
+    SelectAt({0, 0});
+    Run(CommandCutArray);
     EXPECT_EQ(LastStatus(), MessageNotSupported);
+    EXPECT_EQ(clipboard, nullptr);
     EXPECT_EQ(view.undo, nullptr);
 }
 
