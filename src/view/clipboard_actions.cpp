@@ -13,8 +13,16 @@ std::int32_t ReportCopyFailure(View& view)
 {
     LangEnv& environment = *view.context->langEnv;
     const bool notSupported = environment.ErrorCode == VTERROR_CODE::NonceError;
-    if (notSupported) environment.ErrorCode = VTERROR_CODE::NoError;
+    environment.ErrorCode = VTERROR_CODE::NoError; // nothing more is to be said of it
     ShowError(view, notSupported ? MessageNotSupported : MessageSystemError);
+    return 1;
+}
+
+// Data that is good but too much for the memory is nothing to be mended by copying it again.
+std::int32_t ReportPasteFailure(View& view)
+{
+    const bool outOfMemory = view.context->langEnv->ErrorCode == VTERROR_CODE::OutOfMemory;
+    ShowError(view, outOfMemory ? MessageErrorAllocating : MessageCannotConvertClipboard);
     return 1;
 }
 
@@ -41,10 +49,7 @@ std::int32_t ClipboardPaste(View& view)
 {
     TraceScope trace("clipboard_actions.cpp", "ClipboardPaste");
     ScdrPtr pasted(view.context->langEnv->Operations.ClipboardToScdr(view.context, view.frame));
-    if (pasted == nullptr) {
-        ShowError(view, MessageCannotConvertClipboard);
-        return 1;
-    }
+    if (pasted == nullptr) return ReportPasteFailure(view);
     return FormatAndReplace(view, std::move(pasted));
 }
 

@@ -45,7 +45,7 @@ std::int32_t DeleteArray(View& view)
     if (!CanLoseItem(*place.holder)) return Refuse(view, MessageNotSupported);
     ScdrPtr fresh = BuildSafely(view, [&] { return BuildWithout(view, *place.holder, place.index); });
     if (fresh == nullptr || ReplaceHolder(view, *place.holder, std::move(fresh)) != 0)
-        return ReportAllocationFailure(view);
+        return ReportFailedAction(view);
     return 0;
 }
 

@@ -80,7 +80,7 @@ void SelectItemAgain(View& view, std::int64_t index)
 std::int32_t ReplaceGrown(View& view, const ItemPlace& place, ScdrPtr fresh, std::int64_t selectAfter)
 {
     if (fresh == nullptr || ReplaceHolder(view, *place.holder, std::move(fresh)) != 0)
-        return ReportAllocationFailure(view);
+        return ReportFailedAction(view);
     SelectItemAgain(view, selectAfter);
     return 0;
 }

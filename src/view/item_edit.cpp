@@ -46,9 +46,14 @@ std::int32_t ReplaceHolder(View& view, Scdr& holder, ScdrPtr fresh)
     return 1;
 }
 
-std::int32_t ReportAllocationFailure(View& view)
+std::int32_t ReportFailedAction(View& view)
 {
-    ShowError(view, MessageErrorAllocating);
+    const bool toldAlready = view.errorShown && !HasError(view.context);
+    if (view.context->langEnv->ErrorCode == VTERROR_CODE::SystemLimit) {
+        ReportHostError(view);
+    } else if (!toldAlready) {
+        ShowError(view, MessageErrorAllocating);
+    }
     return 1;
 }
 

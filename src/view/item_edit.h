@@ -33,8 +33,9 @@ template <typename Build> ScdrPtr BuildSafely(const View& view, Build build)
     }
 }
 
-// Says message 108 after a failure; the result is 1, that of every failed action.
-std::int32_t ReportAllocationFailure(View& view);
+// Says message 108 after a failure, unless the array is nested too deep or the work was broken off, which is told as what it is; the result
+// is 1, that of every failed action.
+std::int32_t ReportFailedAction(View& view);
 // Says why the selected array does not take the command; the result is 1.
 std::int32_t Refuse(View& view, std::int32_t stringId);
 

@@ -163,8 +163,13 @@ void ForgetError(View& view) noexcept
 // interpreter's any more.
 void FinishCommand(View& view)
 {
-    const bool pending = HasError(view.context) || view.context->langEnv->ErrorDetail != nullptr;
-    if (pending && !view.errorShown) ReportHostError(view);
+    const LangEnv& environment = *view.context->langEnv;
+    const bool pending = HasError(view.context) || environment.ErrorDetail != nullptr;
+    if (pending && !view.errorShown) {
+        ReportHostError(view);
+    } else if (environment.ErrorCode == VTERROR_CODE::OutOfMemory) {
+        ShowError(view, MessageErrorAllocating); // the cause of what was shown
+    }
     ForgetError(view);
     if (!view.errorShown) view.effects.notifyFrame(view, ViewNotifyState);
 }

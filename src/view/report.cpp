@@ -12,8 +12,12 @@ void ShowError(View& view, std::int32_t stringId)
 
 void ReportHostError(View& view)
 {
+    const LangEnv& environment = *view.context->langEnv;
+    const bool outOfMemory =
+        environment.ErrorCode == VTERROR_CODE::OutOfMemory && environment.ErrorDetail == nullptr;
     view.errorShown = true;
     view.effects.notifyFrame(view, ViewNotifyError);
+    if (outOfMemory) ShowError(view, MessageErrorAllocating);
 }
 
 } // namespace vantrel

@@ -24,7 +24,8 @@ inline constexpr std::int32_t MessageInterpreterIsBusy = 136;
 
 // Shows a message with a beep.
 void ShowError(View& view, std::int32_t stringId);
-// Has the frame show the language environment's error (notification 5).
+// Has the frame show the language environment's error (notification 5), which may clear it. Where memory is lacking and nobody has said
+// anything nearer, what to do about it follows: message 108.
 void ReportHostError(View& view);
 
 } // namespace vantrel

@@ -53,8 +53,7 @@ ScdrPtr BuildRows(const View& view, const Scdr& array)
 
 std::int32_t ReplaceBuilt(View& view, ScdrPtr fresh)
 {
-    if (fresh == nullptr || FormatAndReplace(view, std::move(fresh)) != 0)
-        return ReportAllocationFailure(view);
+    if (fresh == nullptr || FormatAndReplace(view, std::move(fresh)) != 0) return ReportFailedAction(view);
     return 0;
 }
 

@@ -77,6 +77,10 @@ protected:
     {
         if (!fired || Tree() != before) return;
         EXPECT_TRUE(view.errorShown);
+        // A clipboard that does not take the array has a message of its own.
+        const bool notCopied = log.Count("status 109") > 0;
+        const std::int32_t message = notCopied ? MessageSystemError : MessageErrorAllocating;
+        EXPECT_EQ(log.statuses.back(), (StatusText{message, -1, true}));
         EXPECT_EQ(view.undo, nullptr);
     }
 };

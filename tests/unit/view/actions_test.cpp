@@ -120,15 +120,22 @@ TEST_F(Actions, TextThatIsNoNumberStaysText)
     EXPECT_EQ(log.calls.back(), "notify 5");
 }
 
-TEST_F(Actions, NestedArraysHaveNoTextToConvertAndNumbersKeepTheirDigits)
+TEST_F(Actions, NestedArraysHaveNoTextToConvert)
 {
     ShowItem(Vec(Word(u"1")));
     Run(CommandConvertToNumeric);
     EXPECT_EQ(LastStatus(), MessageStringIsNested);
-    ShowItem(Integers({1}, {9007199254740993}));
-    Run(CommandConvertToNumeric);
-    EXPECT_EQ(Tree(), "General[2](Integer[1]9007199254740993 Character[2]'zz')");
     EXPECT_EQ(view.undo, nullptr);
+}
+
+TEST_F(Actions, NumbersThatAreConvertedToNumbersKeepTheirDigits)
+{
+    ShowItem(Integers({1}, {9007199254740993}));
+    ExpectItem(CommandConvertToNumeric, "Integer[1]9007199254740993");
+    ShowItem(test::Reals(&context, {2}, {0.1 + 0.2, 1e300}));
+    Run(CommandConvertToNumeric);
+    EXPECT_EQ(static_cast<const double*>(At({0}).data)[0], 0.1 + 0.2);
+    EXPECT_NE(view.undo, nullptr);
 }
 
 TEST_F(Actions, AVectorBecomesAMatrixOfOneColumn)
@@ -427,6 +434,72 @@ TEST_F(Actions, EnclosingStopsAtTheDeepestNesting)
     EXPECT_EQ(ScdrDepth(*view.root), DeepestNesting);
     EXPECT_EQ(log.calls.back(), "notify 5");
     EXPECT_EQ(environment.ErrorCode, VTERROR_CODE::NoError);
+}
+
+TEST_F(Actions, RowsStopAtTheDeepestNestingAndSayWhy)
+{
+    static VTERROR_CODE told = VTERROR_CODE::NoError;
+    view.effects.notifyFrame = [](View& changed, std::int32_t code) {
+        if (code == ViewNotifyError) told = changed.context->langEnv->ErrorCode;
+    };
+    ScdrPtr nested = Characters({1, 2}, u"ab");
+    for (int depth = 1; depth < DeepestNesting; ++depth)
+        nested = Vec(std::move(nested));
+    Show(std::move(nested));
+    Scdr* deepest = view.root;
+    while (!IsSimple(*deepest))
+        deepest = Children(*deepest)[0];
+    Select(*deepest);
+    Run(CommandMakeArrayOfRows);
+    EXPECT_EQ(told, VTERROR_CODE::SystemLimit);
+    EXPECT_EQ(log.Count("status 108"), 0);
+    EXPECT_EQ(view.undo, nullptr);
+    EXPECT_EQ(ScdrDepth(*view.root), DeepestNesting);
+    Run(CommandMakeMatrix); // refused for its rank
+    EXPECT_EQ(LastStatus(), MessageNotAVector);
+}
+
+TEST_F(Actions, ALackOfMemoryIsCalledSoWhereverItComesFrom)
+{
+    ShowItem(Word(u"abc"));
+    const auto expectTold = [&] {
+        EXPECT_EQ(log.statuses.back(), (StatusText{MessageErrorAllocating, -1, true}));
+        EXPECT_EQ(Tree(), "General[2](Character[3]'abc' Character[2]'zz')");
+        EXPECT_EQ(view.undo, nullptr);
+        EXPECT_EQ(environment.ErrorCode, VTERROR_CODE::NoError);
+        log.Clear();
+    };
+    primitiveError = VTERROR_CODE::OutOfMemory; // of the editor's own
+    Run(CommandReverse);
+    EXPECT_EQ(log.Count("notify 5"), 1);
+    expectTold();
+    environment.Operations.ClipboardToScdr = [](EditContext* editContext, WindowHandle) -> Scdr* {
+        SetErrorCode(editContext, VTERROR_CODE::OutOfMemory);
+        return nullptr;
+    };
+    Run(CommandPasteArray);
+    EXPECT_EQ(log.Count("status 104"), 0);
+    expectTold();
+    primitiveError = VTERROR_CODE::WsFull; // the interpreter's, which has words of its own
+    Run(CommandReverse);
+    EXPECT_EQ(log.Count("notify 5"), 1);
+    EXPECT_EQ(log.Count("status 108"), 0);
+}
+
+TEST_F(Actions, ABrokenOffActionIsNotCalledALackOfMemory)
+{
+    Show(Filled({1000}));
+    SelectAt({0});
+    log.interrupt = true;
+    log.onStatus = [](const StatusText& status) {
+        if (status.id == StatusFormattingPercent && status.percent == 5)
+            std::this_thread::sleep_for(std::chrono::milliseconds(130)); // long enough to be asked
+    };
+    Run(CommandInsertItemLeft);
+    EXPECT_EQ(LastStatus(), StatusUnableToFormat);
+    EXPECT_EQ(log.Count("status 108"), 0);
+    EXPECT_EQ(ChildCount(*view.root), 1000);
+    EXPECT_EQ(view.undo, nullptr);
 }
 
 TEST_F(Actions, WhatAnAdapterMarksIsRefused)
