@@ -7,14 +7,15 @@ namespace vantrel {
 
 namespace {
 
-// A delta from anywhere in 0 .. last, without overflow for any delta.
+// To within 0 .. last from a place at or behind 0, without overflow for any delta. The place may lie behind `last`: a column counts from where
+// the caret stood in the longer line that it leaves.
 std::int64_t Moved(std::int64_t from, std::int64_t delta, std::int64_t last) noexcept
 {
     if (delta == CaretHome) return 0;
     if (delta == CaretEnd) return last;
-    const std::int64_t start = std::clamp<std::int64_t>(from, 0, last);
-    if (delta >= 0) return delta > last - start ? last : start + delta;
-    return delta < -start ? 0 : start + delta;
+    const std::int64_t start = std::max<std::int64_t>(from, 0);
+    if (delta < 0) return delta < -start ? 0 : std::min(start + delta, last);
+    return start >= last || delta > last - start ? last : start + delta;
 }
 
 struct CaretDelta {

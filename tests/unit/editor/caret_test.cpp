@@ -64,6 +64,24 @@ TEST(EditCaretMove, UpAndDownClampTheColumnToTheNewLine)
     EXPECT_EQ(editor.Caret(), (EditCaret{2, 0}));
 }
 
+TEST(EditCaretMove, AMoveAlongBothAxesCountsItsColumnsFromTheOldLine)
+{
+    Editor editor(TypeCharacter, {1, 1}, u"abcdefghij\nabcde\nabcdefghij");
+    const auto moved = [&](EditCaret from, std::int64_t columns, std::int64_t lines) {
+        editor.Put(from.column, from.line);
+        MoveCaret(editor.window, columns, lines);
+        return editor.Caret();
+    };
+    EXPECT_EQ(moved({10, 0}, -3, 1), (EditCaret{5, 1}));
+    EXPECT_EQ(moved({10, 0}, -7, 1), (EditCaret{3, 1}));
+    EXPECT_EQ(moved({10, 0}, -99, 1), (EditCaret{0, 1}));
+    EXPECT_EQ(moved({8, 2}, 1, -1), (EditCaret{5, 1}));
+    EXPECT_EQ(moved({2, 2}, 2, -1), (EditCaret{4, 1}));
+    EXPECT_EQ(moved({10, 0}, -1, 2), (EditCaret{9, 2}));
+    EXPECT_EQ(moved({10, 0}, 1, 1), (EditCaret{5, 1})) << "not the start of the line after";
+    EXPECT_EQ(moved({0, 1}, -1, 1), (EditCaret{0, 2}));
+}
+
 TEST(EditCaretMove, HomeAndEndReachBothAxes)
 {
     Editor editor(TypeCharacter, {1, 1}, u"abcdef\nab\nabcd");
