@@ -85,8 +85,15 @@ TEST(EditDelete, BackspaceOverALineEndOfAPlaneIsRefused)
     editor.Put(0, 1);
     editor.Press(KeyBackspace);
     EXPECT_EQ(editor.notifications, (std::vector<std::int32_t>{EditNotifyPlaneLines}));
+    EXPECT_TRUE(editor.beeps.empty()) << "the view says why";
     EXPECT_EQ(editor.Lines(), (TextLines{u"ab", u"cd", u"ef", u"gh"}));
     EXPECT_EQ(editor.UndoSteps(), 0);
+    editor.Select({1, 0}, {1, 1});
+    EXPECT_EQ(DeleteMarked(editor.window, true), 1);
+    EXPECT_EQ(editor.notifications.size(), 2u);
+    editor.Select({0, 0}, {1, 0});
+    EXPECT_EQ(DeleteMarked(editor.window, true), 0);
+    EXPECT_EQ(editor.Lines()[0], u"b");
 }
 
 TEST(EditDelete, DeleteRemovesTheNextCharacterOrTheLineBreak)
