@@ -84,6 +84,7 @@ std::int32_t DeleteMarked(EditWindow& window, bool firstOfGroup, EditUndoRecord*
 void NotifyOutOfMemory(EditWindow& window)
 {
     const TraceScope trace("delete.cpp", "NotifyOutOfMemory");
+    window.outOfMemory = true;
     window.effects->notify(window, EditNotifyOutOfMemory);
 }
 

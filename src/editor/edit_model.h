@@ -109,6 +109,7 @@ struct EditWindow {
     std::int64_t linesPerPage = 0;
     std::int32_t frameWidth = 0; // SM_CXFRAME, the gap beside the line numbers
     bool inUndo = false;         // an undo record is being applied
+    bool outOfMemory = false;    // an allocation has failed since somebody last cleared this
     bool readOnly = false;
     // What the mouse has begun, at most one, and over which node: the view may go on to another before the button is let go.
     const Scdr* pressed = nullptr;
@@ -195,7 +196,8 @@ void MoveCaretIntoWindow(EditWindow& window);
 // --- changes (typing.cpp, paste.cpp, delete.cpp) ---
 
 void TypeChar(EditWindow& window, char16_t character);
-// Replaces the selection. Either all of it happens, or its deletion alone (with an undo step of its own), or nothing.
+// Replaces the selection. Either all of it happens, or its deletion alone (with an undo step of its own), or nothing. A text that cannot be split
+// into lines leaves its error in ErrorCode as well.
 std::int32_t PasteString(EditWindow& window, const char16_t* text, std::int64_t length, bool firstOfGroup);
 // Deletes the selection. `pushed` receives the undo record, still owned by the undo stack.
 std::int32_t DeleteMarked(EditWindow& window, bool firstOfGroup, EditUndoRecord** pushed = nullptr);
@@ -218,9 +220,10 @@ void NotifyOutOfMemory(EditWindow& window);
 // Pushes a reserved record; the caret is its end.
 void UndoAdd(EditWindow& window, EditUndoPtr record, Text&& removed, EditCaret start,
              bool firstOfGroup) noexcept;
-// 1 when something was undone; 0 when the text may not be changed now. With nothing to undo: 1 for rank 0 or 1, else 0, as edit controls of one line and of many answer.
+// 1 when something was undone; 0 when the text may not be changed now or memory ran out, and the step waits for another try. With nothing to undo:
+// 1 for rank 0 or 1, else 0, as edit controls of one line and of many answer.
 std::int32_t Undo(EditWindow& window);
-// 1 when something was redone.
+// 1 when something was redone; 0 as above.
 std::int32_t Redo(EditWindow& window);
 [[nodiscard]] bool CanUndo(const EditWindow& window) noexcept;
 [[nodiscard]] bool CanRedo(const EditWindow& window) noexcept;

@@ -53,8 +53,11 @@ bool SplitText(EditWindow& window, std::u16string_view text, RecordList& lines)
     if (text.find(u'\n') == std::u16string_view::npos) return true;
     // A line break at the very beginning would keep its carriage return, which only a text of its own may.
     if (text.size() >= 2 && text[0] == u'\r' && text[1] == u'\n') text.remove_prefix(1);
-    return StringToRecords(window.view->context, text.data(), static_cast<std::int64_t>(text.size()), lines,
-                           false);
+    if (StringToRecords(window.view->context, text.data(), static_cast<std::int64_t>(text.size()), lines,
+                        false))
+        return true;
+    NotifyOutOfMemory(window);
+    return false;
 }
 
 // Puts the records `lines` (at least two, left empty) between the two halves of a row. Either all of it happens or nothing.

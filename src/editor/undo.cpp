@@ -48,6 +48,12 @@ void MoveInverseToRedo(EditState& state) noexcept
     }
 }
 
+// A step whose undoing ran out of memory waits for another try, below the record of what it has changed already.
+void KeepForAnotherTry(EditState& state, const EditUndoRecord* older, EditUndoPtr step) noexcept
+{
+    Push(state.undo == older ? state.undo : state.undo->next, step.release());
+}
+
 } // namespace
 
 EditUndoPtr ReserveUndo(EditWindow& window)
@@ -85,9 +91,16 @@ std::int32_t Undo(EditWindow& window)
     bool firstApplied = true;
     bool groupDone = false;
     while (!groupDone && state.undo != nullptr) {
-        const EditUndoPtr record(Pop(state.undo));
+        EditUndoPtr record(Pop(state.undo));
+        const EditUndoRecord* const older = state.undo;
         groupDone = record->firstOfGroup;
-        if (ApplyEditUndo(window, *record, firstApplied) == 0) MoveInverseToRedo(state);
+        window.outOfMemory = false;
+        if (ApplyEditUndo(window, *record, firstApplied) == 0) {
+            MoveInverseToRedo(state);
+        } else if (window.outOfMemory) {
+            KeepForAnotherTry(state, older, std::move(record));
+            return 0;
+        }
         firstApplied = false;
     }
     if (state.undo == nullptr) state.modified = false;
@@ -102,9 +115,16 @@ std::int32_t Redo(EditWindow& window)
     bool firstApplied = true;
     bool groupDone = false;
     while (!groupDone && state.redo != nullptr) {
-        const EditUndoPtr record(Pop(state.redo));
+        EditUndoPtr record(Pop(state.redo));
+        const EditUndoRecord* const newest = state.undo;
         groupDone = record->firstOfGroup;
-        ApplyEditUndo(window, *record, firstApplied);
+        window.outOfMemory = false;
+        const std::int32_t refused = ApplyEditUndo(window, *record, firstApplied);
+        // Half done it cannot be tried again, for its range has gone; the half can be undone.
+        if (refused != 0 && window.outOfMemory) {
+            if (state.undo == newest) Push(state.redo, record.release());
+            return 0;
+        }
         firstApplied = false;
     }
     return 1;

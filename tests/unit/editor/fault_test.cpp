@@ -16,7 +16,16 @@ struct Operation {
     const char* name;
     void (*prepare)(Editor&);
     void (*run)(Editor&);
+    // Leaves of the operation its deletion alone; null: the deletion of what is selected.
+    void (*removeOnly)(Editor&) = nullptr;
 };
+
+void Overtype(Editor& editor)
+{
+    editor.view.overtype = true;
+    editor.Type(u"q");
+    editor.view.overtype = false;
+}
 
 const Operation g_operations[] = {
     {"type", [](Editor& e) { e.Put(3, 4); }, [](Editor& e) { e.Type(u"q"); }},
@@ -41,6 +50,27 @@ const Operation g_operations[] = {
          e.Select({3, 1}, {2, 4});
      },
      [](Editor& e) { CutSelection(e.window); }},
+    {"clear",
+     [](Editor& e) {
+         e.Select({3, 1}, {2, 4});
+     },
+     [](Editor& e) { ClearSelection(e.window); }},
+    {"delete", [](Editor& e) { e.Put(3, 4); }, [](Editor& e) { e.Press(KeyDelete); }},
+    {"delete a line's end", [](Editor& e) { e.Put(30, 5); }, [](Editor& e) { e.Press(KeyDelete); }},
+    {"delete to the line's end", [](Editor& e) { e.Put(3, 4); },
+     [](Editor& e) { e.Press(KeyDelete, false, true); }},
+    {"delete nothing", [](Editor& e) { MoveCaret(e.window, CaretEnd, CaretEnd); },
+     [](Editor& e) { e.Press(KeyDelete); }},
+    {"overtype", [](Editor& e) { e.Put(3, 4); }, Overtype, [](Editor& e) { e.Press(KeyDelete); }},
+    {"overtype a line's end", [](Editor& e) { e.Put(30, 5); }, Overtype,
+     [](Editor& e) { e.Press(KeyDelete); }},
+    {"enter over lines",
+     [](Editor& e) {
+         e.Select({3, 1}, {2, 4});
+     },
+     [](Editor& e) { e.Type(u"\r"); }},
+    {"paste everything anew", [](Editor& e) { SelectAll(e.window); },
+     [](Editor& e) { e.Paste(std::u16string(LongText) + u"\r\n" + LongText); }},
     {"clipboard paste", [](Editor& e) { e.clipboard.emplace(LongText); },
      [](Editor& e) { PasteClipboard(e.window); }},
 };
@@ -90,7 +120,11 @@ std::vector<TextLines> Outcomes(const Operation& operation)
 {
     std::unique_ptr<Editor> deleted = MakeEditor(operation);
     std::vector<TextLines> outcomes{deleted->Lines()};
-    DeleteMarked(deleted->window, true);
+    if (operation.removeOnly != nullptr) {
+        operation.removeOnly(*deleted);
+    } else {
+        DeleteMarked(deleted->window, true);
+    }
     outcomes.push_back(deleted->Lines());
     const std::unique_ptr<Editor> done = MakeEditor(operation);
     operation.run(*done);
@@ -101,8 +135,7 @@ std::vector<TextLines> Outcomes(const Operation& operation)
 void ExpectConsistent(Editor& editor, const std::vector<StepCopy>& before,
                       const std::vector<TextLines>& outcomes)
 {
-    EXPECT_TRUE(editor.Notified(EditNotifyOutOfMemory) ||
-                editor.langEnv.ErrorCode == VTERROR_CODE::OutOfMemory);
+    EXPECT_TRUE(editor.Notified(EditNotifyOutOfMemory));
     const TextLines lines = editor.Lines();
     EXPECT_NE(std::find(outcomes.begin(), outcomes.end(), lines), outcomes.end());
     std::vector<StepCopy> after = Steps(editor);
@@ -150,31 +183,77 @@ TEST(EditFaults, EveryAllocationOfEveryChangeMayFail)
     }
 }
 
-TEST(EditFaults, AnUndoThatFailsLosesNoOlderStep)
+// Undone or redone with its n-th allocation failing, for every n; `check` sees what is left when one did.
+void SweepFailures(const Operation& operation, void (*check)(Editor&, const TextLines& before))
 {
-    const Operation nothing{"undo", [](Editor&) {}, [](Editor& e) { Undo(e.window); }};
     std::int64_t failures = 1;
     for (std::int64_t nth = 1; failures > 0; ++nth) {
-        SCOPED_TRACE(nth);
-        const std::int64_t live = LiveAllocations();
-        {
-            const std::unique_ptr<Editor> editor = MakeEditor(nothing);
-            const std::vector<StepCopy> before = Steps(*editor);
-            ArmAllocationFault(nth, true);
-            Undo(editor->window);
-            failures = DisarmAllocationFault();
-            const std::vector<StepCopy> after = Steps(*editor);
-            ASSERT_FALSE(after.empty());
-            EXPECT_EQ(after[0], before[0]);
-            if (failures > 0) {
-                EXPECT_TRUE(editor->Notified(EditNotifyOutOfMemory) ||
-                            editor->langEnv.ErrorCode == VTERROR_CODE::OutOfMemory);
+        for (const bool sticky : {false, true}) {
+            SCOPED_TRACE(std::string(operation.name) + " " + std::to_string(nth) + (sticky ? " sticky" : ""));
+            const std::int64_t live = LiveAllocations();
+            {
+                const std::unique_ptr<Editor> editor = MakeEditor(operation);
+                const TextLines before = editor->Lines();
+                ArmAllocationFault(nth, sticky);
+                operation.run(*editor);
+                failures = DisarmAllocationFault();
+                EXPECT_EQ(failures > 0, editor->Notified(EditNotifyOutOfMemory));
                 EXPECT_FALSE(editor->window.inUndo);
+                if (failures > 0) check(*editor, before);
             }
+            EXPECT_EQ(LiveAllocations(), live);
         }
-        EXPECT_EQ(LiveAllocations(), live);
         ASSERT_LT(nth, 100);
     }
+}
+
+TEST(EditFaults, AnUndoThatFailsLosesNoStep)
+{
+    const auto pasteOver = [](Editor& e) {
+        e.Select({3, 1}, {2, 4});
+        e.Paste(std::u16string(LongText) + u"\r\n" + LongText + u"\nend");
+        e.notifications.clear();
+    };
+    const Operation undo{"undo", pasteOver, [](Editor& e) { EXPECT_LE(Undo(e.window), 1); }};
+    SweepFailures(undo, [](Editor& editor, const TextLines& before) {
+        if (editor.UndoSteps() > 3) { // what it had deleted can be brought back first
+            EXPECT_EQ(Undo(editor.window), 1);
+            EXPECT_EQ(editor.Lines(), before);
+        }
+        EXPECT_EQ(editor.UndoSteps(), 3);
+        while (CanUndo(editor.window))
+            Undo(editor.window);
+        EXPECT_EQ(editor.Lines(), [] {
+            TextLines lines;
+            for (int row = 0; row < 6; ++row)
+                lines.emplace_back(30, static_cast<char16_t>(u'a' + row));
+            return lines;
+        }());
+        EXPECT_FALSE(editor.State().modified);
+    });
+}
+
+TEST(EditFaults, ARedoThatFailsLosesNoOlderStep)
+{
+    const auto undoPaste = [](Editor& e) {
+        e.Select({3, 1}, {2, 4});
+        e.Paste(std::u16string(LongText) + u"\r\n" + LongText + u"\nend");
+        Undo(e.window);
+        e.notifications.clear();
+    };
+    const Operation redo{"redo", undoPaste, [](Editor& e) { Redo(e.window); }};
+    SweepFailures(redo, [](Editor& editor, const TextLines& before) {
+        if (editor.Lines() == before) {
+            EXPECT_EQ(editor.UndoSteps(), 2);
+            EXPECT_EQ(editor.RedoSteps(), 1);
+            EXPECT_EQ(Redo(editor.window), 1);
+            EXPECT_NE(editor.Lines(), before);
+        }
+        EXPECT_EQ(editor.UndoSteps(), 3);
+        EXPECT_EQ(Undo(editor.window), 1);
+        EXPECT_EQ(editor.Lines(), before);
+        EXPECT_EQ(editor.UndoSteps(), 2);
+    });
 }
 
 } // namespace

@@ -194,6 +194,7 @@ TEST(EditPaste, AFailedSplitLeavesItsErrorAndTheText)
     DisarmAllocationFault();
     EXPECT_EQ(result, 1);
     EXPECT_EQ(editor.langEnv.ErrorCode, VTERROR_CODE::OutOfMemory);
+    EXPECT_EQ(editor.notifications, (std::vector<std::int32_t>{EditNotifyOutOfMemory}));
     EXPECT_EQ(editor.Lines(), (TextLines{u"abc"}));
     EXPECT_FALSE(editor.State().modified);
 }
