@@ -187,6 +187,45 @@ BENCHMARK(BM_ScrollMatrix)
     ->Unit(benchmark::kMillisecond)
     ->Iterations(20);
 
+// --- one endless line ---
+
+struct EndlessLine {
+    static constexpr std::int64_t Columns = 4000000;
+    EndlessLine() : editor(TypeCharacter, {1}, std::u16string(Columns, u'x'))
+    {
+        UseProportionalFont(editor);
+        OnFontChanged(editor.window);
+    }
+    Editor editor;
+};
+
+// The slowest median of a key and of the frame after it, near the line's start, in its middle and at its end.
+void BM_EndlessLine(benchmark::State& state)
+{
+    EndlessLine line;
+    Editor& editor = line.editor;
+    double worst = 0;
+    for (auto _ : state) {
+        const double start = Seconds();
+        for (const std::int64_t column : {std::int64_t{0}, line.Columns / 2, line.Columns}) {
+            std::vector<double> times;
+            editor.Put(column, 0);
+            for (int press = 0; press < 101; ++press) {
+                times.push_back(SecondsOf([&] {
+                    PressKey(editor, press % 4 == 3 ? BackspaceKey : TypeKey);
+                    ScrollAndPaint(editor, 0);
+                }));
+            }
+            worst = std::max(worst, Median(times));
+        }
+        EmptyUndo(editor.window);
+        state.SetIterationTime(Seconds() - start);
+    }
+    state.counters["microseconds"] = worst * 1e6;
+    SetTarget(state, "microseconds", MostMicroseconds);
+}
+BENCHMARK(BM_EndlessLine)->Name("editor/line_of_4M/type_and_paint")->UseManualTime()->Iterations(3);
+
 // --- a million lines ---
 
 constexpr std::int64_t ManyLines = 1000000;

@@ -36,13 +36,14 @@ void JoinLines(RecordList& list, std::int64_t first, std::int64_t startColumn, s
 
 void RemoveText(EditWindow& window, const EditSelection& range)
 {
-    RecordList& list = window.view->node->records;
-    const std::int64_t first = FirstEditRow(window) + range.start.line;
     if (range.start.line == range.end.line) {
-        SpliceRecord(list, first, range.start.column, range.end.column - range.start.column, nullptr, 0);
-    } else {
-        JoinLines(list, first, range.start.column, FirstEditRow(window) + range.end.line, range.end.column);
+        SpliceLine(window, range.start, range.end.column - range.start.column, nullptr, 0);
+        return;
     }
+    const std::int64_t first = FirstEditRow(window);
+    window.lineWidths.Forget();
+    JoinLines(window.view->node->records, first + range.start.line, range.start.column,
+              first + range.end.line, range.end.column);
 }
 
 RecordRange RangeOf(const EditSelection& selection) noexcept

@@ -12,6 +12,7 @@
 
 #include "editor/edit_messages.h"
 #include "editor/edit_view.h"
+#include "editor/line_widths.h"
 #include "tools/geometry.h"
 
 namespace vantrel {
@@ -107,6 +108,7 @@ struct EditWindow {
     Rect64 text; // the client rectangle less a rim of 2 pixels
     std::int64_t columnsPerPage = 0;
     std::int64_t linesPerPage = 0;
+    LineWidths lineWidths;       // of the edited node's long lines
     std::int32_t frameWidth = 0; // SM_CXFRAME, the gap beside the line numbers
     bool inUndo = false;         // an undo record is being applied
     bool outOfMemory = false;    // an allocation has failed since somebody last cleared this
@@ -133,6 +135,8 @@ struct EditWindow {
 [[nodiscard]] std::int64_t FirstEditRow(const EditWindow& window) noexcept;
 // The text of a line of the shown plane; empty outside.
 [[nodiscard]] RecordText EditLine(const EditWindow& window, std::int64_t line) noexcept;
+// The same with its row in the node's list.
+[[nodiscard]] TextRow EditRow(const EditWindow& window, std::int64_t line) noexcept;
 [[nodiscard]] EditCaret ClampToText(const EditWindow& window, EditCaret caret) noexcept;
 // A character array cannot be changed while a numeric find is in force.
 [[nodiscard]] bool IsLocked(const EditWindow& window) noexcept;
@@ -206,6 +210,9 @@ void DeleteBack(EditWindow& window);
 void DeleteForward(EditWindow& window);
 void DeleteToLineEnd(EditWindow& window);
 void TypeLineBreak(EditWindow& window);
+// Replaces units within one line of the shown plane. Throws OutOfMemory; nothing has changed then.
+void SpliceLine(EditWindow& window, EditCaret at, std::int64_t removed, const char16_t* text,
+                std::int64_t length);
 // Brings width, margins and scroll range up to date with a changed text.
 void TextChanged(EditWindow& window);
 void SetMaxWidth(EditWindow& window);

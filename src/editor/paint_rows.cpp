@@ -20,13 +20,13 @@ struct VisibleLine {
     Point64 point;
 };
 
-VisibleLine FindVisibleColumns(EditWindow& window, const RecordText& record, const Rect64& area,
-                               std::int64_t y)
+VisibleLine FindVisibleColumns(EditWindow& window, const TextRow& row, const Rect64& area, std::int64_t y)
 {
     CharWidths& widths = window.view->widths;
+    const RecordText& record = row.text;
     const std::int64_t scrolled = StateOf(window).scroll.horizontal.position;
-    const std::int64_t first = widths.ColumnAt(record.text, record.length, scrolled);
-    const std::int64_t x = area.left + widths.TextWidth(record.text, first) - scrolled;
+    const std::int64_t first = window.lineWidths.ColumnAt(widths, row, scrolled);
+    const std::int64_t x = area.left + window.lineWidths.WidthUpTo(widths, row, first) - scrolled;
     const std::int64_t count =
         widths.ColumnAt(record.text + first, record.length - first, area.right - x) + 1;
     return {record, {first, std::min(first + count, record.length)}, {x, y}};
@@ -105,7 +105,7 @@ void ForEachVisiblePiece(EditWindow& window, bool focused, DrawPiece draw, void*
     PieceWriter writer(window.view->widths, draw, state);
     std::int64_t y = lines.top;
     for (std::int64_t line = lines.first; line < lines.end; ++line, y += window.view->lineHeight) {
-        VisibleLine visible = FindVisibleColumns(window, EditLine(window, line), area, y);
+        VisibleLine visible = FindVisibleColumns(window, EditRow(window, line), area, y);
         const ColumnSpan columns = MarkedColumns(marked.range, line, visible.record.length);
         writer.WriteUpTo(visible, columns.first, PieceKind::Plain);
         writer.WriteUpTo(visible, columns.end, marked.kind);

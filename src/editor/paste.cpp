@@ -88,9 +88,10 @@ EditCaret InsertText(EditWindow& window, EditCaret at, std::u16string_view text,
     const std::int64_t row = FirstEditRow(window) + at.line;
     const auto length = static_cast<std::int64_t>(text.size());
     if (lines.count == 0) {
-        if (length > 0) SpliceRecord(list, row, at.column, 0, text.data(), length);
+        if (length > 0) SpliceLine(window, at, 0, text.data(), length);
         return {at.column + length, at.line};
     }
+    window.lineWidths.Forget();
     const EditCaret end{GetRecord(lines, lines.count - 1).length, at.line + lines.count - 1};
     InsertLines(list, row, at.column, lines);
     return end;

@@ -51,13 +51,13 @@ CaretPlace CaretToPosition(EditWindow& window, EditCaret caret)
     CaretPlace place{{area.left, area.top}, window.view->averageCharWidth};
     if (rows <= 0) return place;
     const std::int64_t line = std::clamp<std::int64_t>(caret.line, 0, rows - 1);
-    const RecordText record = EditLine(window, line);
-    const std::int64_t column = std::clamp<std::int64_t>(caret.column, 0, record.length);
+    const TextRow row = EditRow(window, line);
+    const std::int64_t column = std::clamp<std::int64_t>(caret.column, 0, row.text.length);
     const EditState& state = StateOf(window);
     CharWidths& widths = window.view->widths;
-    place.point.x += widths.TextWidth(record.text, column) - state.scroll.horizontal.position;
+    place.point.x += window.lineWidths.WidthUpTo(widths, row, column) - state.scroll.horizontal.position;
     place.point.y += line * window.view->lineHeight - state.scroll.vertical.position;
-    if (column < record.length) place.charWidth = widths.CharWidth(record.text[column]);
+    if (column < row.text.length) place.charWidth = widths.CharWidth(row.text.text[column]);
     return place;
 }
 
@@ -72,8 +72,7 @@ EditCaret PositionToCaret(EditWindow& window, Point64 point)
     const std::int64_t y = point.y - area.top + state.scroll.vertical.position;
     const std::int64_t lineHeight = std::max(window.view->lineHeight, 1);
     const std::int64_t line = std::clamp<std::int64_t>(y / lineHeight, 0, rows - 1);
-    const RecordText record = EditLine(window, line);
-    return {window.view->widths.ColumnAt(record.text, record.length, x), line};
+    return {window.lineWidths.ColumnAt(window.view->widths, EditRow(window, line), x), line};
 }
 
 void ScrollCaretIntoWindow(EditWindow& window)

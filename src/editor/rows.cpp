@@ -30,6 +30,11 @@ RecordText EditLine(const EditWindow& window, std::int64_t line) noexcept
     return GetRecord(window.view->node->records, FirstEditRow(window) + line);
 }
 
+TextRow EditRow(const EditWindow& window, std::int64_t line) noexcept
+{
+    return {FirstEditRow(window) + line, EditLine(window, line)};
+}
+
 EditCaret ClampToText(const EditWindow& window, EditCaret caret) noexcept
 {
     const std::int64_t last = std::max<std::int64_t>(EditRows(window) - 1, 0);

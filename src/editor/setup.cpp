@@ -117,6 +117,7 @@ void OnUseScdr(EditWindow& window, bool force)
     const TraceScope trace("setup.cpp", "OnUseScdr");
     Scdr* node = window.view == nullptr ? nullptr : window.view->node;
     if (node == nullptr || !IsSimple(*node)) return;
+    window.lineWidths.Forget();
     try {
         EditState& state = EditStateOf(*node);
         if (!state.inUse || force) {
@@ -175,6 +176,7 @@ void OnFontChanged(EditWindow& window)
     const TraceScope trace("setup.cpp", "OnFontChanged");
     const EditCaret caret = CaretOf(window);
     MoveCaret(window, CaretHome, CaretHome);
+    window.lineWidths.Forget();
     ForgetRecordWidths(window.view->node->records);
     SetMaxWidth(window);
     MeasureLineNumbers(window);

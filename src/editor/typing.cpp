@@ -1,5 +1,6 @@
 #include "editor/edit_model.h"
 #include "entry/trace.h"
+#include "model/record_widths.h"
 
 namespace vantrel {
 
@@ -36,6 +37,18 @@ void DeleteSelectedOr(EditWindow& window, std::int64_t columns)
 }
 
 } // namespace
+
+void SpliceLine(EditWindow& window, EditCaret at, std::int64_t removed, const char16_t* text,
+                std::int64_t length)
+{
+    const TraceScope trace("typing.cpp", "SpliceLine");
+    RecordList& list = window.view->node->records;
+    const TextRow before = EditRow(window, at.line);
+    SpliceRecord(list, before.row, at.column, removed, text, length);
+    const std::int64_t width = window.lineWidths.Change(window.view->widths, before,
+                                                        GetRecord(list, before.row), at.column, removed);
+    if (width >= 0) SetRecordWidth(list, before.row, width);
+}
 
 void TypeChar(EditWindow& window, char16_t character)
 {

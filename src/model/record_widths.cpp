@@ -1,3 +1,5 @@
+#include "model/record_widths.h"
+
 #include <algorithm>
 
 #include "entry/trace.h"
@@ -62,6 +64,14 @@ std::int64_t CountUnmeasuredRecords(const RecordList& list) noexcept
     for (std::int32_t i = 0; i < list.chunkCount; ++i)
         count += CountUnmeasured(list.chunks[i]);
     return count;
+}
+
+void SetRecordWidth(RecordList& list, std::int64_t row, std::int64_t width) noexcept
+{
+    TraceScope trace("record_widths.cpp", "SetRecordWidth");
+    const std::int32_t index = FindChunk(list, row);
+    RecordChunk& chunk = list.chunks[index];
+    if (!IsBulk(chunk)) chunk.records[row - ChunkStart(list, index)].width = width;
 }
 
 void ForgetRecordWidths(RecordList& list) noexcept
