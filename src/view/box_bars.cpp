@@ -5,6 +5,7 @@
 
 #include "entry/trace.h"
 #include "model/edit_state.h"
+#include "view/box_text.h"
 #include "view/hit_test.h"
 #include "view/layout.h"
 #include "view/selection.h"
@@ -65,7 +66,14 @@ std::int32_t CodeOf(BarPart part) noexcept
     }
 }
 
-void ScrollBox(View& view, const Scdr& node, ScrollAxis axis, std::int32_t code, std::int64_t track)
+// Where the editor left the text; null when it never had it, or has forgotten.
+ScrollRecord* EditorScrollOf(const Scdr& node) noexcept
+{
+    if (node.editState == nullptr || node.editState->scroll.window == nullptr) return nullptr;
+    return &node.editState->scroll;
+}
+
+void ScrollBox(View& view, Scdr& node, ScrollAxis axis, std::int32_t code, std::int64_t track)
 {
     ScrollRecord& record = *ScrollOf(node);
     // The record may be the editor's, whose bars show another array now: only the positions are moved.
@@ -80,6 +88,7 @@ void ScrollBox(View& view, const Scdr& node, ScrollAxis axis, std::int32_t code,
         return;
     record.horizontal.position = moved.horizontal.position;
     record.vertical.position = moved.vertical.position;
+    if (&record == EditorScrollOf(node)) BringCaretIntoSight(view, node);
     view.effects.invalidate(view);
 }
 
@@ -129,8 +138,7 @@ BoxBars PlaceBoxBars(const View& view, const Scdr& node, const Rect64& content) 
 
 ScrollRecord* ScrollOf(const Scdr& node) noexcept
 {
-    // An editor's record without a window is one that was forgotten.
-    if (node.editState != nullptr && node.editState->scroll.window != nullptr) return &node.editState->scroll;
+    if (ScrollRecord* const scroll = EditorScrollOf(node)) return scroll;
     return node.extra != nullptr ? node.extra->boxScroll : nullptr;
 }
 

@@ -4,6 +4,7 @@
 #include <new>
 
 #include "entry/trace.h"
+#include "model/edit_state.h"
 #include "view/layout.h"
 
 namespace vantrel {
@@ -15,6 +16,36 @@ constexpr std::int64_t TallestText = std::int64_t{1} << 60;
 bool FillsWindow(const View& view, const Scdr& node) noexcept
 {
     return &node == Selected(view) && IsSimple(node) && (node.Flags & FlagMaximized) != 0;
+}
+
+// The line nearest to the present one of those that are whole in sight.
+std::int64_t LineInSight(const View& view, const Scdr& node, const EditState& state) noexcept
+{
+    const ScrollInformation& scroll = state.scroll.vertical;
+    const std::int64_t height = view.edit.lineHeight;
+    const std::int64_t first = (scroll.position + height - 1) / height;
+    const std::int64_t last = std::max(first, (scroll.position + scroll.pageSize) / height - 1);
+    const std::int64_t line = std::clamp(state.caretLine, first, last);
+    return std::clamp<std::int64_t>(line, 0, std::max<std::int64_t>(ShownRows(node) - 1, 0));
+}
+
+std::int64_t ColumnInSight(View& view, const RecordText& row, const EditState& state)
+{
+    const ScrollInformation& scroll = state.scroll.horizontal;
+    CharWidths& widths = view.edit.widths;
+    const std::int64_t left = scroll.position;
+    const std::int64_t right = scroll.position + scroll.pageSize;
+    const std::int64_t column = std::min(state.caretColumn, row.length);
+    const std::int64_t x = widths.TextWidth(row.text, column);
+    if (x < left) {
+        const std::int64_t cut = widths.ColumnAt(row.text, row.length, left);
+        return widths.TextWidth(row.text, cut) < left ? std::min(cut + 1, row.length) : cut;
+    }
+    const std::int64_t width =
+        column < row.length ? widths.CharWidth(row.text[column]) : view.edit.averageCharWidth;
+    if (x + width <= right) return column;
+    // The character that the right edge cuts is not whole, the one before it is.
+    return std::max<std::int64_t>(widths.ColumnAt(row.text, row.length, right) - 1, 0);
 }
 
 ScrollRecord& BoxScrollOf(View& view, Scdr& node)
@@ -56,6 +87,19 @@ std::int64_t ShownRows(const Scdr& node) noexcept
 {
     const std::int64_t rows = node.records.count - FirstShownRow(node);
     return node.Rank > 2 ? std::min(Rows(node), rows) : rows;
+}
+
+void BringCaretIntoSight(View& view, Scdr& node)
+{
+    TraceScope trace("box_text.cpp", "BringCaretIntoSight");
+    EditState* const state = node.editState;
+    if (state == nullptr || view.edit.lineHeight <= 0 || ShownRows(node) <= 0) return;
+    const std::int64_t line = LineInSight(view, node, *state);
+    const RecordText row = GetRecord(node.records, FirstShownRow(node) + line);
+    const std::int64_t column = ColumnInSight(view, row, *state);
+    if (line == state->caretLine && column == state->caretColumn) return;
+    state->caretLine = state->anchorLine = state->endLine = line;
+    state->caretColumn = state->anchorColumn = state->endColumn = column;
 }
 
 void StoreBoxScroll(View& view, Scdr& node, const Size64& page)

@@ -8,6 +8,10 @@ namespace vantrel {
 // Pixels of the text of one plane; bounded, so that sums with it cannot overflow.
 [[nodiscard]] std::int64_t TextHeight(const View& view, const Scdr& node) noexcept;
 
+// The editor scrolls to its caret when it opens. So the caret of an array that has been open follows a text that was scrolled, as it
+// follows the editor's own bars; a selection ends where it had to move.
+void BringCaretIntoSight(View& view, Scdr& node);
+
 // SetScrollBarsFromRecords for callers that handle a failed allocation themselves. Throws OutOfMemory.
 void StoreBoxScroll(View& view, Scdr& node, const Size64& page);
 

@@ -287,6 +287,23 @@ TEST_F(SmallBars, TheThumbReachesTheEnd)
     });
 }
 
+TEST_F(SmallBars, AnArrayThatWasOpenStaysWhereItsBarsScrolledIt)
+{
+    RunEdit(interpreter, TwoTall(), [](User& user) {
+        user.ExpectEqual(OpenedAt(user), 0, "the caret is in the first row");
+        const SmallBar bar = FindSmallBar(user);
+        user.Click(user.Client(), bar.x, bar.bottom - GetSystemMetrics(SM_CYVSCROLL) - 5);
+        user.Click(user.Client(), bar.x, bar.bottom - 5);
+        const int position = OpenedAt(user);
+        user.Expect(position > (bar.bottom - bar.top) / 2, "a page and a pixel further");
+        const User::CaretPlace caret = user.Caret();
+        user.Expect(caret.window == user.Editor() && caret.rect.top > 0 && caret.rect.top < 40,
+                    "the caret has come along, into the first whole row");
+        user.Type(u"!");
+        user.ExpectEqual(BarPosition(user.Editor(), SB_VERT), position, "where it is typed");
+    });
+}
+
 TEST_F(SmallBars, AHeldArrowScrollsOn)
 {
     RunEdit(interpreter, TwoTall(), [](User& user) {

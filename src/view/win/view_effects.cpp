@@ -6,6 +6,7 @@
 #include "model/edit_state.h"
 #include "tools/win/scroll_bars.h"
 #include "tools/win/window.h"
+#include "view/box_text.h"
 #include "view/hit_test.h"
 #include "view/layout.h"
 #include "view/messages.h"
@@ -95,20 +96,12 @@ Point64 PlaceToOpenAt(const Scdr& node) noexcept
     return {node.extra->boxScroll->horizontal.position, node.extra->boxScroll->vertical.position};
 }
 
-// The caret goes to the first character that is whole in sight, for the editor scrolls to where its caret is.
-void OpenAt(View& view, Scdr& node, const Point64& place)
+void OpenAt(View& view, Scdr& node, const Point64& place, HWND edit)
 {
-    EditState* const state = node.editState;
-    const std::int64_t lineHeight = view.edit.lineHeight;
-    if (state == nullptr || lineHeight <= 0) return;
-    const std::int64_t line = (place.y + lineHeight - 1) / lineHeight;
-    if (line >= ShownRows(node)) return;
-    const RecordText row = GetRecord(node.records, FirstShownRow(node) + line);
-    const std::int64_t cut = view.edit.widths.ColumnAt(row.text, row.length, place.x);
-    const bool whole = view.edit.widths.TextWidth(row.text, cut) >= place.x;
-    state->caretLine = state->anchorLine = state->endLine = line;
-    state->caretColumn = state->anchorColumn = state->endColumn = whole ? cut : std::min(cut + 1, row.length);
-    ChangeScrollPositions(state->scroll, place.x, place.y);
+    if (node.editState == nullptr) return;
+    ChangeScrollPositions(node.editState->scroll, place.x, place.y);
+    BringCaretIntoSight(view, node);
+    SendMessageW(edit, EditMessageDrawCaret, 0, 0); // the window may have had the keyboard for another array
 }
 
 void BeginEditor(View& view, bool scalar, bool readOnly)
@@ -122,7 +115,7 @@ void BeginEditor(View& view, bool scalar, bool readOnly)
     SendMessageW(edit, EM_SETREADONLY, readOnly, 0);
     const Point64 place = PlaceToOpenAt(*Selected(view));
     SendMessageW(edit, EditMessageUseScdr, 0, 0);
-    if (place.x != 0 || place.y != 0) OpenAt(view, *Selected(view), place);
+    if (place.x != 0 || place.y != 0) OpenAt(view, *Selected(view), place, edit);
     client.activeEdit = edit;
     if (previous == nullptr || previous == edit) return;
     const bool hadFocus = GetFocus() == previous;

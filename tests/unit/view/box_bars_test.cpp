@@ -199,6 +199,95 @@ TEST_F(BoxBarsTest, ABoxThatWasEditedScrollsOnFromWhereTheEditorLeftIt)
     EXPECT_EQ(updates, 0); // the editor's bars show another array now
 }
 
+// An array that the editor has left, with 160 x 48 pixels of room for its text: 20 columns, 3 lines.
+class LeftArray : public BoxBarsTest {
+protected:
+    Scdr& ShowLeft(std::int64_t column, std::int64_t line)
+    {
+        std::u16string text;
+        for (int row = 0; row < 100; ++row)
+            text += std::u16string(200, u'x');
+        Scdr& shown = Item(Show(Vec(Characters({100, 200}, text), Word(u"abc"))), 0);
+        node = &shown;
+        EditState& state = EditStateOf(shown);
+        state.inUse = true;
+        state.scroll.window = reinterpret_cast<WindowHandle>(&view);
+        state.scroll.horizontal.dataSize = 1600;
+        state.scroll.vertical.dataSize = 1600;
+        state.scroll.horizontal.pageSize = 160;
+        state.scroll.vertical.pageSize = 48;
+        state.caretColumn = state.endColumn = column;
+        state.caretLine = state.endLine = line;
+        return shown;
+    }
+    EditState& State() const { return *node->editState; }
+    void Scroll(ScrollAxis axis, std::int64_t to)
+    {
+        ScrollInformation& information =
+            axis == ScrollAxis::Vertical ? State().scroll.vertical : State().scroll.horizontal;
+        // One pixel less, and an arrow does the rest.
+        information.position = to - 1;
+        const BoxBars bars = PlaceBoxBars(view, *node, ContentOfBox(view, *node));
+        const Rect64 bar = (axis == ScrollAxis::Vertical ? bars.vertical : bars.horizontal).rect;
+        ASSERT_TRUE(Press(*node, {bar.right - 2, bar.bottom - 2}));
+        ASSERT_EQ(information.position, to);
+    }
+
+    Scdr* node = nullptr;
+};
+
+TEST_F(LeftArray, ItsCaretGoesWithTheLinesInSight)
+{
+    ShowLeft(5, 0);
+    Scroll(ScrollAxis::Vertical, 1);
+    EXPECT_EQ(State().caretLine, 1); // the first that is whole
+    EXPECT_EQ(State().caretColumn, 5);
+    Scroll(ScrollAxis::Vertical, 16);
+    EXPECT_EQ(State().caretLine, 1);
+    Scroll(ScrollAxis::Vertical, 800);
+    EXPECT_EQ(State().caretLine, 50);
+    Scroll(ScrollAxis::Vertical, 161);
+    EXPECT_EQ(State().caretLine, 12); // lines 11 and 12 are whole
+    Scroll(ScrollAxis::Vertical, 160);
+    EXPECT_EQ(State().caretLine, 12);
+    EXPECT_EQ(State().anchorLine, 12);
+    EXPECT_EQ(State().endColumn, 5);
+}
+
+TEST_F(LeftArray, ItsCaretGoesWithTheColumnsInSight)
+{
+    ShowLeft(0, 2);
+    Scroll(ScrollAxis::Horizontal, 8);
+    EXPECT_EQ(State().caretColumn, 1);
+    Scroll(ScrollAxis::Horizontal, 801);
+    EXPECT_EQ(State().caretColumn, 101);
+    Scroll(ScrollAxis::Horizontal, 799);
+    EXPECT_EQ(State().caretColumn, 101);
+    Scroll(ScrollAxis::Horizontal, 81); // 81 .. 241: column 29 ends at 240, column 30 is cut
+    EXPECT_EQ(State().caretColumn, 29);
+    EXPECT_EQ(State().caretLine, 2);
+}
+
+TEST_F(LeftArray, ASelectionStaysWhereItsCaretIsInSight)
+{
+    ShowLeft(5, 1);
+    State().anchorColumn = 2;
+    Scroll(ScrollAxis::Vertical, 3);
+    EXPECT_EQ(State().anchorColumn, 2);
+    EXPECT_EQ(State().endColumn, 5);
+    Scroll(ScrollAxis::Vertical, 17);
+    EXPECT_EQ(State().anchorColumn, 5);
+    EXPECT_EQ(State().anchorLine, 2);
+}
+
+TEST_F(LeftArray, ItsCaretStaysInTheText)
+{
+    ShowLeft(0, 0);
+    State().scroll.vertical.dataSize = 100000; // rows that are gone
+    Scroll(ScrollAxis::Vertical, 50000);
+    EXPECT_EQ(State().caretLine, 99);
+}
+
 TEST_F(BoxBarsTest, AnArrayThatWentAwayIsNotScrolled)
 {
     ASSERT_TRUE(Press(ShowTall(), OnThumb));
