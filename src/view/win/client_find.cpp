@@ -30,11 +30,31 @@ void FollowFindOptions(ClientWindow& client)
     if (client.activeEdit != nullptr) InvalidateRect(client.activeEdit, nullptr, FALSE);
 }
 
+// Opening closed boxes on the way to a match takes the keyboard. Who searched from elsewhere goes on there: the next Enter is meant for the
+// find bar, and would break a line of the array.
+class KeyboardElsewhere {
+public:
+    explicit KeyboardElsewhere(const ClientWindow& client) noexcept : focus_(GetFocus())
+    {
+        if (focus_ == client.window || IsChild(client.window, focus_)) focus_ = nullptr;
+    }
+    ~KeyboardElsewhere()
+    {
+        if (focus_ != nullptr && GetFocus() != focus_) SetFocus(focus_);
+    }
+    KeyboardElsewhere(const KeyboardElsewhere&) = delete;
+    KeyboardElsewhere& operator=(const KeyboardElsewhere&) = delete;
+
+private:
+    HWND focus_;
+};
+
 // The match is drawn only while the keyboard is elsewhere, so it has to be drawn again.
 void Search(ClientWindow& client, bool forward)
 {
     View& view = client.view;
     const BusyMark busy(view);
+    const KeyboardElsewhere keyboard(client);
     const FindResult result = FindNextMatch(view, forward);
     if (result == FindResult::NotFound) StatusMessage(client.window, IDS_NOT_FOUND, MB_ICONEXCLAMATION);
     if (client.activeEdit != nullptr) InvalidateRect(client.activeEdit, nullptr, FALSE);

@@ -224,10 +224,15 @@ void OnMouseWheel(ClientWindow& client, WPARAM wParam)
     View& view = client.view;
     const std::uint32_t keys = GET_KEYSTATE_WPARAM(wParam);
     const std::int32_t delta = GET_WHEEL_DELTA_WPARAM(wParam);
+    const bool control = (keys & MK_CONTROL) != 0;
+    if (control && (view.flags & ViewBusy) != 0) {
+        // A busy view takes no new font.
+        StatusMessage(client.window, IDS_EDITOR_IS_BUSY, 0);
+        return;
+    }
+    // Ctrl alone zooms; paging at the same time would take away what the user wants to see larger.
     if (keys == MK_CONTROL && !IsDown(VK_MENU)) return ChangeFontSize(client.window, delta);
     OnMouseWheelScrollPlane(client, keys, delta);
-    // A busy view takes no new font.
-    if ((keys & MK_CONTROL) != 0 && (view.flags & ViewBusy) != 0) return;
     if (OnMouseWheel(view.scroll, keys, delta, view.edit.averageCharWidth, view.edit.lineHeight)) {
         EditResize(view);
     }
