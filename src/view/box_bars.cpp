@@ -20,6 +20,8 @@ constexpr std::int32_t CodePageBack = 2;
 constexpr std::int32_t CodePageForward = 3;
 constexpr std::int32_t CodeThumbTrack = 5;
 
+constexpr std::int64_t TextRim = 4; // beside the text, both sides together
+
 std::int32_t Pixels(std::int64_t length) noexcept
 {
     return static_cast<std::int32_t>(
@@ -73,12 +75,34 @@ ScrollRecord* EditorScrollOf(const Scdr& node) noexcept
     return &node.editState->scroll;
 }
 
+std::int64_t RoomFor(std::int64_t low, std::int64_t high) noexcept
+{
+    return std::max<std::int64_t>(high - low - TextRim, 0);
+}
+
+// How the text of a box scrolls between its bars. The record may be the editor's: its bars show another array now, so nothing may reach
+// them, and its page may be that of a larger box.
+ScrollRecord BoxScrolling(const Scdr& node, const Rect64& text) noexcept
+{
+    const ScrollRecord* const record = ScrollOf(node);
+    if (record == nullptr) return {};
+    ScrollRecord scroll = *record;
+    scroll.effects = nullptr;
+    scroll.horizontal.pageSize = std::min(scroll.horizontal.pageSize, RoomFor(text.left, text.right));
+    scroll.vertical.pageSize = std::min(scroll.vertical.pageSize, RoomFor(text.top, text.bottom));
+    return scroll;
+}
+
+Rect64 TextOfBox(const View& view, const Rect64& content) noexcept
+{
+    return {content.left, content.top, content.right - view.metrics.verticalBarWidth,
+            content.bottom - view.metrics.horizontalBarHeight};
+}
+
 void ScrollBox(View& view, Scdr& node, ScrollAxis axis, std::int32_t code, std::int64_t track)
 {
     ScrollRecord& record = *ScrollOf(node);
-    // The record may be the editor's, whose bars show another array now: only the positions are moved.
-    ScrollRecord moved = record;
-    moved.effects = nullptr;
+    ScrollRecord moved = BoxScrolling(node, TextOfBox(view, ContentOfBox(view, node)));
     const bool horizontal = axis == ScrollAxis::Horizontal;
     const ScrollInformation& information = horizontal ? record.horizontal : record.vertical;
     const std::int64_t delta = ScrollCodeDelta(code, axis, information.position, track);
@@ -123,16 +147,14 @@ BoxBars PlaceBoxBars(const View& view, const Scdr& node, const Rect64& content) 
 {
     TraceScope trace("box_bars.cpp", "PlaceBoxBars");
     const ViewMetrics& metrics = view.metrics;
-    const ScrollRecord* const scroll = ScrollOf(node);
-    const ScrollInformation nothing;
     BoxBars bars;
-    bars.text = {content.left, content.top, content.right - metrics.verticalBarWidth,
-                 content.bottom - metrics.horizontalBarHeight};
+    bars.text = TextOfBox(view, content);
+    const ScrollRecord scroll = BoxScrolling(node, bars.text);
     bars.corner = {bars.text.right, bars.text.bottom, content.right, content.bottom};
     bars.vertical = MakeBar(metrics, {bars.text.right, content.top, content.right, bars.text.bottom},
-                            ScrollAxis::Vertical, scroll != nullptr ? scroll->vertical : nothing);
+                            ScrollAxis::Vertical, scroll.vertical);
     bars.horizontal = MakeBar(metrics, {content.left, bars.text.bottom, bars.text.right, content.bottom},
-                              ScrollAxis::Horizontal, scroll != nullptr ? scroll->horizontal : nothing);
+                              ScrollAxis::Horizontal, scroll.horizontal);
     return bars;
 }
 
@@ -188,7 +210,7 @@ void DragBoxBar(View& view, BarPress& press, const Point64& point)
     press.point = point;
     if (press.part != BarPart::Thumb || !IsStillThere(view, press)) return;
     const BoxBar bar = PressedBar(view, press);
-    const ScrollRecord& scroll = *ScrollOf(*press.node);
+    const ScrollRecord scroll = BoxScrolling(*press.node, TextOfBox(view, ContentOfBox(view, *press.node)));
     const ScrollInformation& information =
         press.axis == ScrollAxis::Horizontal ? scroll.horizontal : scroll.vertical;
     const std::int64_t start = Along(bar, point) - bar.arrow - press.grip;

@@ -280,6 +280,19 @@ TEST_F(LeftArray, ASelectionStaysWhereItsCaretIsInSight)
     EXPECT_EQ(State().anchorLine, 2);
 }
 
+TEST_F(LeftArray, ScrollsToTheEndThoughItsEditorWasLarger)
+{
+    Scdr& left = ShowLeft(0, 0);
+    State().scroll.vertical.pageSize = 900; // the box has been made smaller since
+    const Rect64 text = PlaceBoxBars(view, left, ContentOfBox(view, left)).text;
+    const std::int64_t last = 1600 - (text.bottom - text.top - 4);
+    Scroll(ScrollAxis::Vertical, last);
+    const BoxBar bar = PlaceBoxBars(view, left, ContentOfBox(view, left)).vertical;
+    EXPECT_EQ(bar.thumb.start + bar.thumb.length, bar.length - 2 * bar.arrow);
+    ASSERT_TRUE(Press(left, {bar.rect.right - 2, bar.rect.bottom - 2}));
+    EXPECT_EQ(State().scroll.vertical.position, last);
+}
+
 TEST_F(LeftArray, ItsCaretStaysInTheText)
 {
     ShowLeft(0, 0);
