@@ -5,6 +5,7 @@
 
 #include "entry/trace.h"
 #include "model/edit_state.h"
+#include "view/box_bars.h"
 #include "view/layout.h"
 
 namespace vantrel {
@@ -59,6 +60,25 @@ ScrollRecord& BoxScrollOf(View& view, Scdr& node)
     return *extra.boxScroll;
 }
 
+std::int64_t Scaled(std::int64_t position, std::int64_t from, std::int64_t to) noexcept
+{
+    return position / from * to + position % from * to / from;
+}
+
+// The record that the box keeps when its text had another line height; null when there is nothing to keep, or no memory for it.
+ScrollRecord* RecordToCarry(View& view, Scdr& node, const ScrollRecord& before) noexcept
+{
+    const bool scrolled = before.horizontal.position > 0 || before.vertical.position > 0;
+    const std::int64_t rows = ShownRows(node);
+    if (!scrolled || !HasBoxScrollBars(view, node) || rows <= 0 || before.vertical.dataSize < rows)
+        return nullptr;
+    try {
+        return &BoxScrollOf(view, node);
+    } catch (VTERROR_CODE) {
+        return nullptr;
+    }
+}
+
 } // namespace
 
 std::int64_t TextHeight(const View& view, const Scdr& node) noexcept
@@ -100,6 +120,19 @@ void BringCaretIntoSight(View& view, Scdr& node)
     if (line == state->caretLine && column == state->caretColumn) return;
     state->caretLine = state->anchorLine = state->endLine = line;
     state->caretColumn = state->anchorColumn = state->endColumn = column;
+}
+
+void CarryScrolling(View& view, Scdr& node) noexcept
+{
+    const ScrollRecord* const found = ScrollOf(node);
+    if (found == nullptr) return;
+    const ScrollRecord before = *found;
+    if (node.editState != nullptr) node.editState->scroll = ScrollRecord{};
+    ScrollRecord* const record = RecordToCarry(view, node, before);
+    if (record == nullptr) return;
+    const std::int64_t oldLine = before.vertical.dataSize / ShownRows(node);
+    record->vertical.position = Scaled(before.vertical.position, oldLine, view.edit.lineHeight);
+    record->horizontal.position = Scaled(before.horizontal.position, oldLine, view.edit.lineHeight);
 }
 
 void StoreBoxScroll(View& view, Scdr& node, const Size64& page)

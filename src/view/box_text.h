@@ -12,6 +12,10 @@ namespace vantrel {
 // follows the editor's own bars; a selection ends where it had to move.
 void BringCaretIntoSight(View& view, Scdr& node);
 
+// Keeps the lines of a scrolled box in sight when the font becomes another one: before its text is measured anew. What the editor had
+// scrolled, the box takes over; the editor begins there again. A box without bars goes back to its start.
+void CarryScrolling(View& view, Scdr& node) noexcept;
+
 // SetScrollBarsFromRecords for callers that handle a failed allocation themselves. Throws OutOfMemory.
 void StoreBoxScroll(View& view, Scdr& node, const Size64& page);
 

@@ -1,7 +1,7 @@
 // Taking a tree on show, and laying out again what is shown.
 #include "entry/trace.h"
-#include "model/edit_state.h"
 #include "model/tree_walk.h"
+#include "view/box_text.h"
 #include "view/busy.h"
 #include "view/edited.h"
 #include "view/layout.h"
@@ -54,11 +54,11 @@ void ForgetSavedSizes(Scdr& root) noexcept
     });
 }
 
-// Pixels of the old font say nothing in the new one. The selected array's editor takes care of its own.
-void ForgetScrolling(View& view) noexcept
+// The selected array's editor takes care of its own.
+void CarryAllScrolling(View& view) noexcept
 {
     ForEachNode(*view.root, [&](Scdr& node) {
-        if (node.editState != nullptr && &node != Selected(view)) node.editState->scroll = ScrollRecord{};
+        if (IsSimple(node) && &node != Selected(view)) CarryScrolling(view, node);
     });
 }
 
@@ -104,7 +104,7 @@ std::int32_t LayOutAgain(View& view, bool fontChanged)
         const BusyMark busy(view);
         if (fontChanged) {
             InvalidateRecordLengths(*view.root);
-            ForgetScrolling(view);
+            CarryAllScrolling(view);
         }
         InvalidateDescendentsOriginsAndSizes(*view.root);
         ForgetSavedSizes(*view.root);

@@ -65,6 +65,18 @@ int BarPosition(HWND window, int bar)
     return info.nPos;
 }
 
+LONG LineHeight(HWND window)
+{
+    HDC const dc = GetDC(window);
+    HGDIOBJ const previous =
+        SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0)));
+    TEXTMETRICW metrics{};
+    GetTextMetricsW(dc, &metrics);
+    SelectObject(dc, previous);
+    ReleaseDC(window, dc);
+    return metrics.tmHeight;
+}
+
 Array Words(Shape shape)
 {
     std::vector<Array> items;
@@ -304,6 +316,26 @@ TEST_F(SmallBars, AnArrayThatWasOpenStaysWhereItsBarsScrolledIt)
     });
 }
 
+TEST_F(SmallBars, ZoomingKeepsTheLinesInSight)
+{
+    RunEdit(interpreter, TwoTall(), [](User& user) {
+        SelectIndex(user, u"1");
+        for (int page = 0; page < 4; ++page)
+            SendMessageW(user.Editor(), WM_VSCROLL, SB_PAGEDOWN, 0);
+        const auto row = [&] {
+            return BarPosition(user.Editor(), SB_VERT) / static_cast<double>(LineHeight(user.Client()));
+        };
+        const double before = row();
+        user.Expect(before > 20, "far down");
+        SelectIndex(user, u"2");
+        const LONG line = LineHeight(user.Client());
+        SendMessageW(user.Client(), WM_MOUSEWHEEL, MAKEWPARAM(MK_CONTROL, 240), 0);
+        user.Expect(LineHeight(user.Client()) > line, "a larger font");
+        SelectIndex(user, u"1");
+        user.Expect(row() > before - 1.5 && row() < before + 1.5, "the same rows");
+    });
+}
+
 TEST_F(SmallBars, AHeldArrowScrollsOn)
 {
     RunEdit(interpreter, TwoTall(), [](User& user) {
@@ -373,18 +405,6 @@ TEST_F(Look, PlanesArePagedByTheWheel)
 }
 
 // --- wheel ---
-
-LONG LineHeight(HWND window)
-{
-    HDC const dc = GetDC(window);
-    HGDIOBJ const previous =
-        SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0)));
-    TEXTMETRICW metrics{};
-    GetTextMetricsW(dc, &metrics);
-    SelectObject(dc, previous);
-    ReleaseDC(window, dc);
-    return metrics.tmHeight;
-}
 
 void HoldKey(WORD key, bool down)
 {

@@ -11,6 +11,7 @@
 #include "view/layout.h"
 #include "view/messages.h"
 #include "view/win/client_window.h"
+#include "view/win/painting.h"
 
 namespace vantrel {
 
@@ -75,31 +76,40 @@ void HideEditWindow(ClientWindow& client, HWND edit)
     ShowWindow(edit, SW_HIDE);
 }
 
-// Before it takes a node, for the text is scrolled to the caret in the room that it finds. A maximised node's editor has its size from
-// the window.
-void GiveEditorItsSize(const ClientWindow& client, HWND edit)
+// Before it takes a node, for the text is scrolled to the caret in the room that it finds, and its bars are drawn where it stands. A
+// maximised node's editor has its size from the window.
+void GiveEditorItsPlace(const ClientWindow& client, HWND edit)
 {
     const View& view = client.view;
     const Scdr& node = *Selected(view);
     if ((node.Flags & FlagMaximized) != 0) return;
-    const Rect64 area = GetEditRectangle(view.metrics.margin, node);
-    SetWindowPos(edit, nullptr, 0, 0, WindowPixel(area.right - area.left),
-                 WindowPixel(area.bottom - area.top),
-                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOREDRAW | SWP_NOCOPYBITS);
+    const Rect64 area = InWindow(view, GetEditRectangle(view.metrics.margin, node));
+    SetWindowPos(edit, nullptr, WindowPixel(area.left), WindowPixel(area.top),
+                 WindowPixel(area.right - area.left), WindowPixel(area.bottom - area.top),
+                 SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOREDRAW | SWP_NOCOPYBITS);
 }
 
-// The editor opens an array for the first time where its small bars had scrolled it.
-Point64 PlaceToOpenAt(const Scdr& node) noexcept
+// Where an array that is opened was scrolled to without the editor.
+struct OpeningPlace {
+    Point64 position;
+    bool wasOpen = false; // and has a caret of its own
+};
+
+OpeningPlace PlaceToOpenAt(const Scdr& node) noexcept
 {
     const bool wasOpen = node.editState != nullptr && node.editState->inUse;
-    if (wasOpen || node.extra == nullptr || node.extra->boxScroll == nullptr) return {};
-    return {node.extra->boxScroll->horizontal.position, node.extra->boxScroll->vertical.position};
+    if (wasOpen && node.editState->scroll.window != nullptr) return {{}, true};
+    if (node.extra == nullptr || node.extra->boxScroll == nullptr) return {{}, wasOpen};
+    const ScrollRecord& scroll = *node.extra->boxScroll;
+    return {{scroll.horizontal.position, scroll.vertical.position}, wasOpen};
 }
 
-void OpenAt(View& view, Scdr& node, const Point64& place, HWND edit)
+// A caret that the user has put somewhere stays there; the first one goes to the text in sight.
+void OpenAt(View& view, Scdr& node, const OpeningPlace& place, HWND edit)
 {
-    if (node.editState == nullptr) return;
-    ChangeScrollPositions(node.editState->scroll, place.x, place.y);
+    if (node.editState == nullptr || (place.position.x == 0 && place.position.y == 0)) return;
+    ChangeScrollPositions(node.editState->scroll, place.position.x, place.position.y);
+    if (place.wasOpen) return SendWmSize(edit); // scrolls to the caret
     BringCaretIntoSight(view, node);
     SendMessageW(edit, EditMessageDrawCaret, 0, 0); // the window may have had the keyboard for another array
 }
@@ -111,11 +121,11 @@ void BeginEditor(View& view, bool scalar, bool readOnly)
     const HWND edit = scalar ? client.scalarEdit : client.arrayEdit;
     const HWND previous = client.activeEdit;
     if (previous != nullptr && GetCapture() == previous) ReleaseCapture();
-    GiveEditorItsSize(client, edit);
+    GiveEditorItsPlace(client, edit);
     SendMessageW(edit, EM_SETREADONLY, readOnly, 0);
-    const Point64 place = PlaceToOpenAt(*Selected(view));
+    const OpeningPlace place = PlaceToOpenAt(*Selected(view));
     SendMessageW(edit, EditMessageUseScdr, 0, 0);
-    if (place.x != 0 || place.y != 0) OpenAt(view, *Selected(view), place, edit);
+    OpenAt(view, *Selected(view), place, edit);
     client.activeEdit = edit;
     if (previous == nullptr || previous == edit) return;
     const bool hadFocus = GetFocus() == previous;

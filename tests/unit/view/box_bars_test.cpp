@@ -293,6 +293,46 @@ TEST_F(LeftArray, ScrollsToTheEndThoughItsEditorWasLarger)
     EXPECT_EQ(State().scroll.vertical.position, last);
 }
 
+TEST_F(LeftArray, KeepsItsLinesInSightWithAnotherFont)
+{
+    Scdr& left = ShowLeft(5, 40);
+    State().scroll.vertical.position = 600; // in the middle of line 37
+    State().scroll.horizontal.position = 80;
+    view.edit.lineHeight = 32;
+    ASSERT_EQ(LayOutAgain(view, true), 0);
+    EXPECT_EQ(ScrollOf(left), left.extra->boxScroll); // the editor's place was of the old font
+    EXPECT_EQ(ScrollOf(left)->vertical.position, 1200);
+    EXPECT_EQ(ScrollOf(left)->horizontal.position, 160);
+    EXPECT_EQ(ScrollOf(left)->vertical.dataSize, 3200);
+    EXPECT_EQ(State().caretLine, 40);
+    view.edit.lineHeight = 16;
+    ASSERT_EQ(LayOutAgain(view, true), 0);
+    EXPECT_EQ(ScrollOf(left)->vertical.position, 600);
+    EXPECT_EQ(ScrollOf(left)->horizontal.position, 80);
+}
+
+TEST_F(BoxBarsTest, ABoxThatWasNeverOpenKeepsItsLinesWithAnotherFont)
+{
+    Scdr& node = ShowTall();
+    node.extra->boxScroll->vertical.position = TallLast;
+    view.edit.lineHeight = 8;
+    ASSERT_EQ(LayOutAgain(view, true), 0);
+    EXPECT_EQ(Position(node), 800 - TallPage); // half as far, and not beyond the end
+}
+
+TEST_F(BoxBarsTest, AVectorStartsAtItsBeginningWithAnotherFont)
+{
+    Scdr& vector = Item(Show(Vec(Word(std::u16string(500, u'x')), Word(u"abc"))), 0);
+    EditState& state = EditStateOf(vector);
+    state.inUse = true;
+    state.scroll.window = reinterpret_cast<WindowHandle>(&view);
+    state.scroll.horizontal.position = 1000;
+    state.scroll.vertical.dataSize = 16;
+    view.edit.lineHeight = 32;
+    ASSERT_EQ(LayOutAgain(view, true), 0);
+    EXPECT_EQ(ScrollOf(vector), nullptr); // it has no bars that would show where it is
+}
+
 TEST_F(LeftArray, ItsCaretStaysInTheText)
 {
     ShowLeft(0, 0);
