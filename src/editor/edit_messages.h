@@ -22,6 +22,7 @@ inline constexpr std::uint32_t EditMessageScrollbars = 33077;
 // WM_NOTIFY codes to the array view.
 inline constexpr std::int32_t EditNotifyModified = 1;
 inline constexpr std::int32_t EditNotifyResized = 2;
+inline constexpr std::int32_t EditNotifyShowPlane = 3;  // an EditPlaneNotification: its plane is to be shown
 inline constexpr std::int32_t EditNotifyPlaneLines = 7; // the line count of one plane may not change
 inline constexpr std::int32_t EditNotifyOutOfMemory = -1;
 inline constexpr std::int32_t EditNotifySetFocus = -7;

@@ -89,6 +89,8 @@ struct EditEffects {
     Rect64 (*clientRectangle)(EditWindow& window);
     void (*showScrollBars)(EditWindow& window, bool horizontal, bool vertical);
     void (*showContextMenu)(EditWindow& window); // at the caret
+    // Has the view page to a plane; OnNewPlane has run when it returns.
+    void (*showPlane)(EditWindow& window, std::int64_t plane);
 };
 
 // A border on its way, from where it was grabbed.

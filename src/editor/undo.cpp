@@ -20,10 +20,17 @@ EditUndoRecord* Pop(EditUndoRecord*& stack) noexcept
     return record;
 }
 
+// A change is taken back where it was made, whatever plane has been paged to since.
+void ShowPlaneOf(EditWindow& window, const EditUndoRecord& record)
+{
+    if (CurrentPlane(*window.view->node) != record.plane) window.effects->showPlane(window, record.plane);
+}
+
 // Selects what the change made and puts back what it removed; the inverse goes on the undo stack.
 std::int32_t ApplyEditUndo(EditWindow& window, const EditUndoRecord& record, bool firstOfGroup)
 {
     const TraceScope trace("undo.cpp", "ApplyEditUndo");
+    ShowPlaneOf(window, record);
     MoveCaretTo(window, {record.startColumn, record.startLine});
     SelectionStart(window);
     MoveCaretTo(window, {record.endColumn, record.endLine});
@@ -77,6 +84,7 @@ void UndoAdd(EditWindow& window, EditUndoPtr record, Text&& removed, EditCaret s
     record->startLine = start.line;
     record->endColumn = state.caretColumn;
     record->endLine = state.caretLine;
+    record->plane = CurrentPlane(*window.view->node);
     record->text = std::move(removed);
     record->firstOfGroup = firstOfGroup;
     Push(state.undo, record.release());

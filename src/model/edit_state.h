@@ -15,7 +15,8 @@ struct EditUndoRecord {
     std::int64_t startLine = 0;
     std::int64_t endColumn = 0;
     std::int64_t endLine = 0;
-    Text text; // what the change removed, lines joined by CR LF
+    std::int64_t plane = 0; // the one that was shown
+    Text text;              // what the change removed, lines joined by CR LF
     bool firstOfGroup = true;
 };
 

@@ -206,7 +206,7 @@ std::int64_t PlaneOf(const Scdr& node, std::int64_t record) noexcept
     return node.Rank >= 3 ? record / std::max<std::int64_t>(Rows(node), 1) : 0;
 }
 
-bool ShowPlane(View& view, Scdr& node, std::int64_t plane)
+bool TurnToPlane(View& view, Scdr& node, std::int64_t plane)
 {
     if (node.Rank < 3 || plane == CurrentPlane(node)) return false;
     SetCurrentPlane(node, plane);
@@ -217,7 +217,7 @@ bool ShowPlane(View& view, Scdr& node, std::int64_t plane)
 // The array that holds the match is selected, open and shows the match's plane. 0 on success.
 std::int32_t ShowArray(View& view, Scdr& node, std::int64_t plane)
 {
-    const bool otherPlane = ShowPlane(view, node, plane);
+    const bool otherPlane = TurnToPlane(view, node, plane);
     if (&node == Selected(view)) {
         if (otherPlane && view.editorActive) view.effects.showEditorPlane(view);
     } else if (SelectScdr(view, node, false) != 0) {

@@ -64,12 +64,18 @@ void SelectPlane(View& view, Scdr& node)
 void ChangePlane(View& view, std::int32_t command)
 {
     TraceScope trace("planes.cpp", "ChangePlane");
+    const Scdr* node = Selected(view);
+    if (node != nullptr && node->Rank >= 3)
+        ShowPlane(view, TargetPlane(command, CurrentPlane(*node), PlaneCount(*node)));
+}
+
+void ShowPlane(View& view, std::int64_t plane)
+{
+    TraceScope trace("planes.cpp", "ShowPlane");
     Scdr* node = Selected(view);
-    if (node == nullptr || node->Rank < 3) return;
-    const std::int64_t plane = CurrentPlane(*node);
-    const std::int64_t target = TargetPlane(command, plane, PlaneCount(*node));
-    if (target == plane) return;
-    SetCurrentPlane(*node, target);
+    if (node == nullptr || node->Rank < 3 || plane == CurrentPlane(*node)) return;
+    if (plane < 0 || plane >= PlaneCount(*node)) return;
+    SetCurrentPlane(*node, plane);
     view.effects.invalidate(view);
     if (view.editorActive) view.effects.showEditorPlane(view);
     view.effects.notifyFrame(view, ViewNotifyState);

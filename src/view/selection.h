@@ -18,6 +18,8 @@ void EditResize(View& view);
 bool MoveSelectionByKey(View& view, std::int32_t modifiers, std::int32_t key);
 // Plane commands 4622 .. 4627 on the selected node.
 void ChangePlane(View& view, std::int32_t command);
+// A plane of the selected node; one that it does not have is not shown.
+void ShowPlane(View& view, std::int64_t plane);
 
 // Shows a new tree (owned from now on, may be null): frees the old one, formats, lays out, selects the root. 0 on success.
 std::int32_t ShowTree(View& view, ScdrPtr root);

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "editor/win/edit_instance.h"
+#include "editor/win/edit_window.h"
 #include "entry/trace.h"
 #include "tools/win/scroll_bars.h"
 #include "tools/win/window.h"
@@ -20,14 +21,27 @@ void Invalidate(EditWindow& window)
     InvalidateRect(window.window, nullptr, FALSE);
 }
 
-void Notify(EditWindow& window, std::int32_t code)
+// `header` is the first member of what the notification comes with.
+void SendNotification(const EditWindow& window, NMHDR& header, std::int32_t code)
 {
-    const TraceScope trace("edit_effects.cpp", "Notify");
-    NMHDR header{};
     header.hwndFrom = window.window;
     header.idFrom = static_cast<UINT_PTR>(GetDlgCtrlID(window.window));
     header.code = static_cast<UINT>(code);
     SendMessageW(GetParent(window.window), WM_NOTIFY, header.idFrom, reinterpret_cast<LPARAM>(&header));
+}
+
+void Notify(EditWindow& window, std::int32_t code)
+{
+    const TraceScope trace("edit_effects.cpp", "Notify");
+    NMHDR header{};
+    SendNotification(window, header, code);
+}
+
+void ShowPlane(EditWindow& window, std::int64_t plane)
+{
+    const TraceScope trace("edit_effects.cpp", "ShowPlane");
+    EditPlaneNotification notification{{}, plane};
+    SendNotification(window, notification.header, EditNotifyShowPlane);
 }
 
 void Beep(EditWindow&, EditBeep kind)
@@ -172,6 +186,7 @@ const EditEffects g_editEffects = {
     &ReadClientRectangle,
     &ShowBars,
     &ShowContextMenuAtCaret,
+    &ShowPlane,
 };
 
 } // namespace vantrel

@@ -3,7 +3,15 @@
 
 #include <windows.h>
 
+#include <cstdint>
+
 namespace vantrel {
+
+// What EditNotifyShowPlane comes with.
+struct EditPlaneNotification {
+    NMHDR header;
+    std::int64_t plane;
+};
 
 // Counted: the class goes with its last user. True on success.
 bool RegisterEditClass();

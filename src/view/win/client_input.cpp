@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "editor/edit_messages.h"
+#include "editor/win/edit_window.h"
 #include "entry/trace.h"
 #include "entry/win/debug_channel.h"
 #include "model/records.h"
@@ -198,6 +199,9 @@ void OnNotify(ClientWindow& client, const NMHDR& header)
     switch (static_cast<std::int32_t>(header.code)) {
     case EditNotifyModified: OnEditorModified(view); break;
     case EditNotifyResized: OnEditorResized(client); break;
+    case EditNotifyShowPlane:
+        ShowPlane(view, reinterpret_cast<const EditPlaneNotification&>(header).plane);
+        break;
     case ViewNotifyError: NotifyFrame(view, ViewNotifyError); break; // a save failed; the error says why
     case EditNotifyPlaneLines: StatusMessage(client.window, IDS_NOT_SUPPORTED, 0); break;
     case EditNotifyOutOfMemory: StatusMessage(client.window, IDS_ERROR_ALLOCATING, MB_ICONHAND); break;

@@ -65,6 +65,12 @@ public:
         MoveCaretTo(window, to);
         SelectionEnd(window);
     }
+    void ShowPlane(std::int64_t plane)
+    {
+        if (plane < 0 || plane >= PlaneCount(*node)) return;
+        ExtraOf(*node).CurrentPlane = plane;
+        OnNewPlane(window);
+    }
     std::int32_t Paste(const std::u16string& text, bool firstOfGroup = true)
     {
         return PasteString(window, text.c_str(), static_cast<std::int64_t>(text.size()), firstOfGroup);
@@ -151,6 +157,7 @@ private:
                 Of(w).verticalBar = vertical;
             },
             [](EditWindow& w) { ++Of(w).contextMenus; },
+            [](EditWindow& w, std::int64_t plane) { Of(w).ShowPlane(plane); },
         };
         return effects;
     }

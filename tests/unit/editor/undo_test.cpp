@@ -95,6 +95,31 @@ TEST(EditUndo, AfterAGroupTheNextOlderStepGoesToTheRedoStackUnapplied)
     EXPECT_FALSE(editor.State().modified);
 }
 
+TEST(EditUndo, TakesAChangeBackInThePlaneWhereItWasMade)
+{
+    const TextLines before{u"ab", u"cd", u"ef"};
+    Editor editor(TypeCharacter, {3, 1, 2}, u"ab\ncd\nef");
+    editor.Type(u"X");
+    editor.ShowPlane(2);
+    editor.Put(1, 0);
+    editor.Type(u"Y");
+    editor.ShowPlane(1);
+    const TextLines after{u"Xab", u"cd", u"eYf"};
+    EXPECT_EQ(editor.Lines(), after);
+    EXPECT_EQ(Undo(editor.window), 1);
+    EXPECT_EQ(editor.Lines(), (TextLines{u"Xab", u"cd", u"ef"}));
+    EXPECT_EQ(CurrentPlane(*editor.node), 2) << "the user sees it";
+    EXPECT_EQ(Undo(editor.window), 1);
+    EXPECT_EQ(editor.Lines(), before);
+    EXPECT_EQ(CurrentPlane(*editor.node), 0);
+    EXPECT_FALSE(editor.State().modified);
+    editor.ShowPlane(1);
+    while (CanRedo(editor.window))
+        EXPECT_EQ(Redo(editor.window), 1);
+    EXPECT_EQ(editor.Lines(), after);
+    EXPECT_EQ(CurrentPlane(*editor.node), 2);
+}
+
 TEST(EditUndo, EmptyingFreesBothStacks)
 {
     Editor editor(TypeCharacter, {2}, u"ab");

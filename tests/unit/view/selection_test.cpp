@@ -267,6 +267,19 @@ TEST_F(Selection, ANewPlaneIsShownInTheEditor)
     EXPECT_EQ(log.Count("plane"), 1); // no change, no work
 }
 
+TEST_F(Selection, APlaneIsShownOnceAndOnlyWhenThereIsOne)
+{
+    Scdr& root = Show(Characters({3, 1, 1}, u"abc"));
+    ShowPlane(view, 2);
+    EXPECT_EQ(CurrentPlane(root), 2);
+    EXPECT_EQ(log.calls, (std::vector<std::string>{"invalidate", "plane", "notify 1"}));
+    log.Clear();
+    for (const std::int64_t plane : {std::int64_t{2}, std::int64_t{3}, std::int64_t{-1}})
+        ShowPlane(view, plane);
+    EXPECT_EQ(CurrentPlane(root), 2);
+    EXPECT_TRUE(log.calls.empty());
+}
+
 TEST_F(Selection, PlanesOfLowRanksDoNotExist)
 {
     Show(Filled({3, 3}));
