@@ -27,6 +27,29 @@ public:
         return {std::clamp<std::int64_t>(caret.column, 0, Size(Line(line))), line};
     }
 
+    // Where a step takes the caret: by columns or by lines, or to the start or the end of the line or the text.
+    [[nodiscard]] EditCaret Right(EditCaret caret) const
+    {
+        const bool atEnd = caret.column == Size(Line(caret.line));
+        if (!atEnd) return {caret.column + 1, caret.line};
+        return caret.line + 1 < Size(lines_) ? EditCaret{0, caret.line + 1} : caret;
+    }
+    [[nodiscard]] EditCaret Left(EditCaret caret) const
+    {
+        if (caret.column > 0) return {caret.column - 1, caret.line};
+        return caret.line > 0 ? EditCaret{Size(Line(caret.line - 1)), caret.line - 1} : caret;
+    }
+    [[nodiscard]] EditCaret Down(EditCaret caret, std::int64_t lines) const
+    {
+        return Clamped({caret.column, caret.line + lines});
+    }
+    [[nodiscard]] EditCaret Across(EditCaret caret, std::int64_t columns) const
+    {
+        return Clamped({caret.column + columns, caret.line});
+    }
+    [[nodiscard]] EditCaret LineEnd(EditCaret caret) const { return {Size(Line(caret.line)), caret.line}; }
+    [[nodiscard]] EditCaret TextEnd() const { return {Size(lines_.back()), Size(lines_) - 1}; }
+
     // A change by the user.
     void Replace(EditCaret from, EditCaret to, const std::u16string& text, bool firstOfGroup = true)
     {

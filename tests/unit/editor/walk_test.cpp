@@ -18,11 +18,26 @@ std::u16string WithoutReturns(std::u16string text)
     return text;
 }
 
+constexpr char16_t PlanesText[] =
+    u"plane\none\nstays\n\nwhat\nis changed\n\nis plane two\nplane\nthree\nstays\ntoo";
+
 enum class Drags : std::uint8_t { No, Yes };
+enum class Shape : std::uint8_t {
+    Matrix,
+    Plane
+}; // of a plane every change to its number of lines is refused
 
 class Walk {
 public:
-    Walk(std::uint32_t seed, Drags drags) : random_(seed), drags_(drags), plain_(editor.Lines()) {}
+    Walk(std::uint32_t seed, Drags drags, Shape kind = Shape::Matrix)
+        : editor(TypeCharacter,
+                 kind == Shape::Plane ? std::vector<std::int64_t>{3, 4, 1} : std::vector<std::int64_t>{1, 1},
+                 kind == Shape::Plane ? PlanesText : StartText),
+          random_(seed), drags_(drags), kind_(kind), plain_({})
+    {
+        if (kind == Shape::Plane) editor.ShowPlane(1);
+        plain_ = PlainEditor(Shown());
+    }
 
     void Step()
     {
@@ -49,7 +64,7 @@ public:
     {
         while (CanUndo(editor.window)) {
             Undo();
-            ASSERT_EQ(editor.Lines(), plain_.Lines());
+            ASSERT_EQ(Shown(), plain_.Lines());
         }
         Compare();
     }
@@ -57,17 +72,31 @@ public:
     {
         while (CanRedo(editor.window)) {
             Redo();
-            ASSERT_EQ(editor.Lines(), plain_.Lines());
+            ASSERT_EQ(Shown(), plain_.Lines());
         }
         Compare();
     }
 
-    Editor editor{TypeCharacter, {1, 1}, StartText};
+    // Both have made the same steps.
+    void CompareStacks()
+    {
+        ASSERT_EQ(editor.UndoSteps(), static_cast<std::int64_t>(plain_.UndoSteps()));
+        ASSERT_EQ(editor.RedoSteps(), static_cast<std::int64_t>(plain_.RedoSteps()));
+    }
+
+    Editor editor;
 
 private:
+    [[nodiscard]] TextLines Shown() const
+    {
+        const TextLines all = editor.Lines();
+        const auto first = static_cast<std::ptrdiff_t>(FirstEditRow(editor.window));
+        const auto rows = static_cast<std::ptrdiff_t>(EditRows(editor.window));
+        return {all.begin() + first, all.begin() + first + rows};
+    }
     void Compare()
     {
-        ASSERT_EQ(editor.Lines(), plain_.Lines());
+        ASSERT_EQ(Shown(), plain_.Lines());
         const EditState& state = editor.State();
         ASSERT_EQ(state.modified, plain_.Modified());
         ASSERT_EQ(state.undo != nullptr, plain_.UndoSteps() > 0);
@@ -76,7 +105,8 @@ private:
         const EditCaret caret = editor.Caret();
         ASSERT_EQ(caret, plain_.Clamped(caret));
         ASSERT_TRUE(GetCaretPicture(editor.window).shown);
-        ASSERT_TRUE(editor.notifications.empty() || editor.notifications.back() == EditNotifyModified);
+        ASSERT_FALSE(editor.Notified(EditNotifyOutOfMemory));
+        ASSERT_EQ(editor.Notified(EditNotifyPlaneLines), refusals_ > 0);
     }
     std::int64_t Below(std::int64_t limit)
     {
@@ -93,42 +123,76 @@ private:
         editor.Put(caret.column, caret.line);
     }
     void Select() { editor.Select(RandomPlace(), RandomPlace()); }
+    EditCaret Moved(EditCaret from, std::uint32_t key, bool control)
+    {
+        const EditWindow& window = editor.window;
+        switch (key) {
+        case KeyLeft: return plain_.Left(from);
+        case KeyRight: return plain_.Right(from);
+        case KeyUp: return plain_.Down(from, -1);
+        case KeyDown: return plain_.Down(from, 1);
+        case KeyHome: return control ? EditCaret{0, 0} : EditCaret{0, from.line};
+        case KeyEnd: return control ? plain_.TextEnd() : plain_.LineEnd(from);
+        case KeyPageUp:
+            return control ? plain_.Across(from, -window.columnsPerPage)
+                           : plain_.Down(from, -window.linesPerPage);
+        default:
+            return control ? plain_.Across(from, window.columnsPerPage)
+                           : plain_.Down(from, window.linesPerPage);
+        }
+    }
     void Move()
     {
         static constexpr std::uint32_t keys[] = {KeyLeft, KeyRight, KeyUp,     KeyDown,
                                                  KeyHome, KeyEnd,   KeyPageUp, KeyPageDown};
-        editor.Press(keys[Below(8)], Below(3) == 0, Below(4) == 0);
+        const std::uint32_t key = keys[Below(8)];
+        const bool shift = Below(3) == 0;
+        const bool control = Below(4) == 0;
+        const EditPlace before = PlaceOf(editor.window);
+        const EditCaret expected = Moved(before.caret, key, control);
+        editor.Press(key, shift, control);
+        const EditPlace after = PlaceOf(editor.window);
+        ASSERT_EQ(after.caret, expected) << key << control;
+        ASSERT_EQ(after.end, expected);
+        ASSERT_EQ(after.anchor, shift ? before.anchor : expected);
     }
     EditSelection Selected() const
     {
         if (!IsSelectionEmpty(editor.window)) return NormalisedSelection(editor.window);
         return {editor.Caret(), editor.Caret()};
     }
+    // What both do; a refusal leaves everything as it is.
+    template <typename Action>
+    void Replace(EditCaret from, EditCaret to, const std::u16string& inserted, Action action)
+    {
+        const EditPlace before = PlaceOf(editor.window);
+        const bool otherLines =
+            from.line != to.line || inserted.find_first_of(u"\r\n") != std::u16string::npos;
+        action();
+        if (kind_ == Shape::Plane && otherLines) {
+            refusals_ += editor.Notified(EditNotifyPlaneLines) ? 1 : 0;
+            ASSERT_EQ(editor.Caret(), before.caret);
+            ASSERT_EQ(PlaceOf(editor.window).anchor, before.anchor);
+            ASSERT_EQ(PlaceOf(editor.window).end, before.end);
+            return;
+        }
+        plain_.Replace(from, to, WithoutReturns(inserted));
+        ASSERT_EQ(editor.Caret(), plain_.Caret());
+        ASSERT_TRUE(IsSelectionEmpty(editor.window));
+    }
     template <typename Action> void Change(const std::u16string& inserted, Action action)
     {
         const EditSelection range = Selected();
-        action();
-        plain_.Replace(range.start, range.end, WithoutReturns(inserted));
-        ASSERT_EQ(editor.Caret(), plain_.Caret());
+        Replace(range.start, range.end, inserted, action);
     }
     // From one end of the movement to the other, nothing being selected.
     void DeletePassed(std::uint32_t key, EditCaret to, bool control = false)
     {
-        const EditCaret from = editor.Caret();
-        editor.Press(key, false, control);
-        plain_.Replace(from, to, u"");
-        ASSERT_EQ(editor.Caret(), plain_.Caret());
+        Replace(editor.Caret(), to, u"", [&] { editor.Press(key, false, control); });
     }
-    EditCaret Neighbour(int direction)
+    EditCaret Neighbour(int direction) const
     {
-        const EditCaret at = editor.Caret();
-        const std::int64_t length = EditLine(editor.window, at.line).length;
-        if (direction > 0) {
-            if (at.column < length) return {at.column + 1, at.line};
-            return at.line + 1 < EditRows(editor.window) ? EditCaret{0, at.line + 1} : at;
-        }
-        if (at.column > 0) return {at.column - 1, at.line};
-        return at.line > 0 ? EditCaret{EditLine(editor.window, at.line - 1).length, at.line - 1} : at;
+        return direction > 0 ? plain_.Right(editor.Caret()) : plain_.Left(editor.Caret());
     }
     void DeleteOne(std::uint32_t key, int direction)
     {
@@ -156,12 +220,11 @@ private:
     void Overtype()
     {
         if (!IsSelectionEmpty(editor.window)) return;
-        const EditCaret from = editor.Caret();
-        const EditCaret to = Neighbour(1);
-        editor.view.overtype = true;
-        editor.Type(u"o");
-        editor.view.overtype = false;
-        plain_.Replace(from, to, u"o");
+        Replace(editor.Caret(), Neighbour(1), u"o", [&] {
+            editor.view.overtype = true;
+            editor.Type(u"o");
+            editor.view.overtype = false;
+        });
     }
     void PasteSome()
     {
@@ -180,7 +243,9 @@ private:
         const EditSelection range = Selected();
         const EditCaret target = RandomPlace();
         DropText(editor.window, target);
-        if (range.start != range.end) plain_.Drag(range.start, range.end, target);
+        const bool refused = kind_ == Shape::Plane && range.start.line != range.end.line;
+        if (refused) refusals_ += editor.Notified(EditNotifyPlaneLines) ? 1 : 0;
+        if (range.start != range.end && !refused) plain_.Drag(range.start, range.end, target);
     }
     void Undo()
     {
@@ -195,7 +260,9 @@ private:
 
     std::mt19937 random_;
     Drags drags_;
+    Shape kind_;
     PlainEditor plain_;
+    int refusals_ = 0; // of other numbers of lines
 };
 
 void TakeSteps(Walk& walk, int steps)
@@ -204,7 +271,9 @@ void TakeSteps(Walk& walk, int steps)
         walk.Step();
         ASSERT_FALSE(testing::Test::HasFatalFailure()) << "step " << step;
     }
+    walk.CompareStacks();
     walk.UndoAll();
+    walk.CompareStacks();
     ASSERT_FALSE(testing::Test::HasFatalFailure());
 }
 
@@ -215,6 +284,7 @@ TEST(EditWalk, AHundredThousandRandomStepsMatchAPlainEditor)
     EXPECT_EQ(walk.editor.Lines(), (TextLines{u"first line", u"second", u"", u"fourth line of the text"}));
     EXPECT_FALSE(walk.editor.State().modified);
     walk.RedoAll();
+    walk.CompareStacks();
     ASSERT_FALSE(testing::Test::HasFatalFailure());
     EXPECT_FALSE(CanRedo(walk.editor.window));
     walk.UndoAll();
@@ -228,6 +298,22 @@ TEST(EditWalk, DraggedTextMatchesAPlainEditor)
     TakeSteps(walk, 20000);
     walk.RedoAll();
     ASSERT_FALSE(testing::Test::HasFatalFailure());
+}
+
+TEST(EditWalk, APlaneMatchesAPlainEditorThatKeepsItsLines)
+{
+    for (const Drags drags : {Drags::No, Drags::Yes}) {
+        Walk walk(11, drags, Shape::Plane);
+        const TextLines before = walk.editor.Lines();
+        TakeSteps(walk, 10000);
+        walk.RedoAll();
+        ASSERT_FALSE(testing::Test::HasFatalFailure());
+        const TextLines after = walk.editor.Lines();
+        for (const std::size_t row : {0u, 1u, 2u, 3u, 8u, 9u, 10u, 11u})
+            EXPECT_EQ(after[row], before[row]);
+        walk.UndoAll();
+        EXPECT_TRUE(drags == Drags::Yes || walk.editor.Lines() == before);
+    }
 }
 
 TEST(EditWalk, OtherSeeds)
