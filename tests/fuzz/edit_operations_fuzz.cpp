@@ -1,8 +1,9 @@
-// Any sequence of keys, clipboard and mouse operations, with allocations failing now and then: caret, selection and number of lines stay what the
-// array allows, and undoing everything brings the text back.
+// Any sequence of keys, clipboard, mouse and window operations, with allocations failing now and then: caret, selection and number of lines stay
+// what the array allows, the caret stands where its line's measured width puts it, and undoing everything brings the text back.
 #include <cstdio>
 #include <cstdlib>
 #include <iterator>
+#include <limits>
 
 #include "editor/paint_rows.h"
 #include "unit/editor/editor_fixture.h"
@@ -31,12 +32,28 @@ private:
     const std::uint8_t* end_;
 };
 
-constexpr std::uint32_t Types[] = {TypeCharacter, TypeInteger, TypeReal};
+constexpr std::uint32_t Types[] = {TypeCharacter, TypeInteger, TypeReal,
+                                   TypeBoolean,   TypeComplex, TypeDecimal};
+constexpr std::int64_t LongText = 9000;
+constexpr std::int64_t MostUnits = 5 * LongText;
 
-// Undoing all brings the text back unless a step was lost to a failed allocation or taken along by an undone drag.
+// Undoing all brings the text back unless a step was taken along by an undone drag.
 struct Outlook {
     bool complete = true;
 };
+
+void UseFont(Editor& editor, bool proportional)
+{
+    const auto measure = [](void*, char16_t first, char16_t last, std::int32_t* widths) {
+        for (std::int32_t unit = first; unit <= last; ++unit)
+            *widths++ = unit % 10;
+    };
+    if (proportional) {
+        editor.view.widths.Reset(measure, nullptr, 0);
+    } else {
+        editor.view.widths.Reset(nullptr, nullptr, CharWidth);
+    }
+}
 
 void Press(Editor& editor, Bytes& bytes)
 {
@@ -66,8 +83,36 @@ void Paste(Editor& editor, Bytes& bytes)
 {
     static const std::u16string texts[] = {u"",     u"\r\n",       u"12", u"1 2",
                                            u"a\nb", u"x\r\n\r\ny", u"\r", u"-1e5"};
-    editor.clipboard = texts[bytes.Next() % std::size(texts)];
+    const std::size_t which = bytes.Next() % (std::size(texts) + 1);
+    const bool full = LongestRecord(editor.node->records) > MostUnits;
+    if (which < std::size(texts)) {
+        editor.clipboard = texts[which];
+    } else {
+        editor.clipboard = std::u16string(full ? 1 : LongText, u'7');
+    }
     PasteClipboard(editor.window);
+}
+
+// What the view does with its editor: pages planes, gives it the node anew, another font, the caret's new place.
+void Direct(Editor& editor, Bytes& bytes)
+{
+    static constexpr std::int64_t deltas[] = {
+        0, 1, -1, 3, -3, CaretHome, CaretEnd, std::numeric_limits<std::int64_t>::min()};
+    const std::uint8_t what = bytes.Next();
+    switch (what % 4) {
+    case 0:
+        if (editor.node->Rank >= 3) editor.ShowPlane(what / 4 % PlaneCount(*editor.node));
+        break;
+    case 1: OnUseScdr(editor.window, (what & 4) != 0); break;
+    case 2:
+        UseFont(editor, (what & 4) != 0);
+        OnFontChanged(editor.window);
+        break;
+    default:
+        MoveCaret(editor.window, deltas[bytes.Next() % 8], deltas[what / 4 % 8]);
+        SelectionReset(editor.window);
+        break;
+    }
 }
 
 void Switch(Editor& editor, Bytes& bytes)
@@ -90,7 +135,7 @@ void Scroll(Editor& editor, Bytes& bytes)
 
 void Operate(Editor& editor, Bytes& bytes, Outlook& outlook)
 {
-    switch (bytes.Next() % 10) {
+    switch (bytes.Next() % 11) {
     case 0:
     case 1: Press(editor, bytes); break;
     case 2: {
@@ -102,11 +147,13 @@ void Operate(Editor& editor, Bytes& bytes, Outlook& outlook)
     case 3: Paste(editor, bytes); break;
     case 4: Switch(editor, bytes); break;
     case 5: Scroll(editor, bytes); break;
-    case 6:
-        ArmAllocationFault(bytes.Next() % 8 + 1, false);
-        outlook.complete = false;
+    case 6: {
+        const std::uint8_t which = bytes.Next();
+        ArmAllocationFault(which % 8 + 1, which >= 0x80);
         break;
+    }
     case 7: OnChar(editor.window, u'\r', false); break;
+    case 8: Direct(editor, bytes); break;
     default: OnChar(editor.window, static_cast<char16_t>(u'0' + bytes.Next() % 64), false); break;
     }
 }
@@ -127,6 +174,11 @@ void CheckState(Editor& editor, std::int64_t rows)
     Require(!editor.window.inUndo && !editor.window.dragText && !editor.window.selecting,
             "a mode is left over");
     Require(!editor.clipboardOpen, "the clipboard is left open");
+    const RecordText line = EditLine(editor.window, caret.line);
+    const std::int64_t x = editor.view.widths.TextWidth(line.text, caret.column);
+    Require(CaretToPosition(editor.window, caret).point.x ==
+                TextArea(editor.window).left + x - editor.State().scroll.horizontal.position,
+            "the caret stands beside its character");
     std::int64_t units = 0;
     ForEachVisiblePiece(
         editor.window, false,
@@ -159,7 +211,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         }
         DisarmAllocationFault();
         editor.window.readOnly = editor.view.numericFind = false;
-        if (rank == 3) editor.node->extra->CurrentPlane = 0;
         while (CanUndo(editor.window))
             Undo(editor.window);
         Require(!editor.State().modified || editor.RedoSteps() == 0,
