@@ -3,109 +3,14 @@
 
 #include <algorithm>
 
-#include "ui/driver.h"
+#include "ui/editor_support.h"
 
 namespace vantrel::ui {
 namespace {
 
 using namespace fake;
 
-constexpr int SaveAndClose = 4104;
-constexpr int OvertypeOption = 4311;
-constexpr int RankOneBarsOption = 4315;
-constexpr UINT SetOption = 32980;
-constexpr UINT MoveCaretMessage = 33071;
-constexpr UINT SelectAllMessage = 33072;
-constexpr int Rim = 2; // between the client area's edge and the text
-
-class CellEditor : public testing::Test {
-protected:
-    void SetUp() override { ForgetOptions(); }
-
-    Interpreter interpreter;
-};
-
-struct FontSize {
-    int character;
-    int line;
-};
-
-FontSize FontOf(HWND window)
-{
-    HDC const dc = GetDC(window);
-    const auto font = reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0));
-    HGDIOBJ const previous = SelectObject(dc, font);
-    TEXTMETRICW metrics{};
-    GetTextMetricsW(dc, &metrics);
-    SelectObject(dc, previous);
-    ReleaseDC(window, dc);
-    return {metrics.tmAveCharWidth, metrics.tmHeight + metrics.tmExternalLeading};
-}
-
-// A little right of a character's left edge, in an editor that shows no margins.
-POINT At(HWND editor, int column, int line)
-{
-    const FontSize font = FontOf(editor);
-    return {Rim + column * font.character + 2, Rim + line * font.line + font.line / 2};
-}
-
-// A matrix of characters, one row a line.
-Array Matrix(const std::vector<std::u32string>& rows)
-{
-    std::u32string all;
-    for (const std::u32string& row : rows)
-        all += row;
-    return CharacterArray(ElementType::Char16,
-                          {static_cast<int>(rows.size()), static_cast<int>(rows[0].size())}, all);
-}
-
-Array MatrixItem(const std::vector<std::u32string>& rows)
-{
-    return NestedArray({2}, {Matrix(rows), Text(u"other")});
-}
-
-// The only item of the saved vector that these tests edit.
-Array First(const Outcome& outcome)
-{
-    return outcome.edit.hasResult && !outcome.edit.result.items.empty() ? outcome.edit.result.items[0]
-                                                                        : Array{};
-}
-
-void Expect(const Outcome& outcome, const Array& expected)
-{
-    ASSERT_TRUE(outcome.edit.hasResult);
-    EXPECT_TRUE(SameValues(First(outcome), expected)) << Dump(outcome.edit.result);
-}
-
-std::vector<std::u32string> Letters()
-{
-    return {U"abcdefghij", U"klmnopqrst", U"uvwxyzABCD", U"EFGHIJKLMN"};
-}
-
-RECT WindowRect(HWND window)
-{
-    RECT rect{};
-    GetWindowRect(window, &rect);
-    return rect;
-}
-
-int WidthOf(const RECT& rect)
-{
-    return rect.right - rect.left;
-}
-
-int HeightOf(const RECT& rect)
-{
-    return rect.bottom - rect.top;
-}
-
-void ClearClipboard()
-{
-    while (!OpenClipboard(nullptr))
-        Sleep(10);
-    EmptyClipboard();
-    CloseClipboard();
-}
+class CellEditor : public EditorTest {};
 
 // --- keys and clipboard ---
 
@@ -147,13 +52,7 @@ TEST_F(CellEditor, ASurrogateOnTheClipboardAndATypedOneAreRefused)
 {
     const Outcome outcome = RunEdit(interpreter, MatrixItem({U"abc", U"def"}), [](User& user) {
         user.Key(VK_TAB);
-        ClearClipboard();
-        OpenClipboard(nullptr);
-        HGLOBAL const block = GlobalAlloc(GMEM_MOVEABLE, 8);
-        std::copy_n(u"x\xD83D\xDE00", 4, static_cast<char16_t*>(GlobalLock(block)));
-        GlobalUnlock(block);
-        SetClipboardData(CF_UNICODETEXT, block);
-        CloseClipboard();
+        PutOnClipboard(u"x\xD83D\xDE00");
         user.Key('V', {VK_CONTROL});
         user.Type(u"\xD83D\xDE00!");
         user.Command(SaveAndClose);
@@ -376,31 +275,6 @@ TEST_F(CellEditor, TheBoxFollowsWhileTheBorderIsDragged)
 }
 
 // --- pop-up menu ---
-
-HMENU WaitForMenu()
-{
-    for (int round = 0; round < 200; ++round) {
-        HWND const window = FindWindowW(L"#32768", nullptr);
-        if (window != nullptr && IsWindowVisible(window)) {
-            constexpr UINT GetMenuHandle = 0x01E1; // MN_GETHMENU
-            return reinterpret_cast<HMENU>(SendMessageW(window, GetMenuHandle, 0, 0));
-        }
-        Sleep(10);
-    }
-    return nullptr;
-}
-
-bool IsGreyed(HMENU menu, UINT id)
-{
-    return (GetMenuState(menu, id, MF_BYCOMMAND) & (MF_GRAYED | MF_DISABLED)) != 0;
-}
-
-void CloseMenu(User& user)
-{
-    user.Key(VK_ESCAPE);
-    for (int round = 0; round < 100 && FindWindowW(L"#32768", nullptr) != nullptr; ++round)
-        Sleep(10);
-}
 
 TEST_F(CellEditor, ThePopUpMenuOffersWhatCanBeDone)
 {
