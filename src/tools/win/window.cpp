@@ -13,6 +13,7 @@ namespace {
 
 constexpr int StatusBarControl = 32788;
 constexpr int NameBoxControl = 32789;
+constexpr int LongestStatus = 256; // characters
 
 // A message takes the whole bar, so the box over one of its parts makes room, unless somebody is typing in it.
 void HideNameBox(HWND frame) noexcept
@@ -60,11 +61,10 @@ std::int32_t StatusMessage(HWND window, const wchar_t* text, UINT beep) noexcept
 
 std::int32_t StatusMessage(HWND window, UINT stringId, UINT beep) noexcept
 {
-    try {
-        return StatusMessage(window, LoadText(stringId).c_str(), beep);
-    } catch (const std::bad_alloc&) {
-        return StatusMessage(window, L"", beep);
-    }
+    // Needs no memory, for a lack of it may be what has to be said.
+    wchar_t text[LongestStatus] = L"";
+    LoadStringW(ModuleInstance(), stringId, text, LongestStatus);
+    return StatusMessage(window, text, beep);
 }
 
 void SendWmSize(HWND window) noexcept
