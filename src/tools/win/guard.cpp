@@ -3,7 +3,10 @@
 #include <csetjmp>
 #include <cstdlib>
 #include <exception>
+#include <new>
 #include <utility>
+
+#include "entry/error.h"
 
 #ifdef __GNUC__
 #include "tools/win/guard_gnu.h"
@@ -119,6 +122,19 @@ bool RunGuardedEdit(void (*body)(void*), void* argument, TraceContext& where) no
     std::set_terminate(outerTerminate);
     ForgetEscapedException();
     return failed;
+}
+
+bool IsOutOfMemoryInFlight() noexcept
+{
+    try {
+        throw;
+    } catch (VTERROR_CODE code) {
+        return code == VTERROR_CODE::OutOfMemory;
+    } catch (const std::bad_alloc&) {
+        return true;
+    } catch (...) {
+        return false;
+    }
 }
 
 void NoteEscapedException() noexcept

@@ -41,14 +41,18 @@ void NoteEscapedException() noexcept;
 void RethrowEscapedException();
 void ForgetEscapedException() noexcept;
 
-// The body of a window, dialog, timer or hook procedure: answers what `body` returns, or `fallback` after noting an exception.
+// Whether the exception in flight says that memory is lacking. Called from a catch clause.
+[[nodiscard]] bool IsOutOfMemoryInFlight() noexcept;
+
+// The body of a window, dialog, timer or hook procedure: answers what `body` returns, or `fallback` after noting an exception. A lack of memory
+// is not noted: it ends the message that it came to, and the edit, with all that the user has not saved, goes on.
 template <typename Result, typename Body> Result Sealed(Result fallback, Body&& body) noexcept
 {
     Result result = fallback;
     try {
         Guarded([&] { result = body(); });
     } catch (...) {
-        NoteEscapedException();
+        if (!IsOutOfMemoryInFlight()) NoteEscapedException();
         result = fallback;
     }
     return result;

@@ -1,0 +1,180 @@
+// The library is refused memory at every single request that a command makes, in its real window: the array is what it was or what it was to
+// become, the user is told, and the editor goes on working.
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "model/ccdr.h"
+#include "ui/driver.h"
+#include "ui/memory_faults.h"
+
+namespace vantrel::ui {
+namespace {
+
+using fake::Array;
+using fake::Interpreter;
+using fake::NestedArray;
+using fake::NumericArray;
+using fake::Text;
+using fake::TextOf;
+
+constexpr UINT GetModified = 32973;
+constexpr UINT GetSelected = 32978;
+constexpr UINT SetPickIndex = 32981;
+constexpr UINT GetBusy = 32986;
+constexpr int Revert = 4101;
+constexpr int Save = 4102;
+constexpr int CutArray = 4201;
+constexpr int CopyArray = 4202;
+constexpr int PasteArray = 4203;
+constexpr int UndoArray = 4204;
+constexpr int RedoArray = 4205;
+constexpr int CheckAndAlign = 4207;
+constexpr char16_t ErrorAllocating[] =
+    u"Error allocating storage.  Data may be corrupted.  Recommend closing window.";
+constexpr char16_t SystemError[] = u"System Error"; // what a clipboard says that takes no array
+constexpr std::int64_t RequestAndError = 2;         // what says that there is no memory needs some itself
+constexpr std::int64_t AllLater = std::numeric_limits<std::int64_t>::max();
+
+using Image = std::vector<std::uint8_t>;
+
+struct MemoryCase {
+    const char* name;
+    int command;
+    const char16_t* index;
+    Array argument;
+    Array expected;
+    const char16_t* typed = u""; // into the item before the command
+};
+
+void PrintTo(const MemoryCase& tested, std::ostream* out)
+{
+    *out << tested.name;
+}
+
+void Send(const User& user, int command)
+{
+    SendMessageW(user.Frame(), WM_COMMAND, static_cast<WPARAM>(command), 0);
+}
+
+LRESULT Ask(const User& user, UINT message)
+{
+    return SendMessageW(user.Client(), message, 0, 0);
+}
+
+// The whole tree; nothing where there is none.
+Image Tree(const User& user)
+{
+    const auto* node = reinterpret_cast<const Scdr*>(Ask(user, GetSelected));
+    if (node == nullptr) return {};
+    while (node->parent != nullptr)
+        node = node->parent;
+    Image image(static_cast<std::size_t>(CalcCcdrSize(*node)));
+    ScdrToCcdr(nullptr, *node, image.data());
+    return image;
+}
+
+// The array as it was handed over, with the item selected and what is typed there.
+void Prepare(const User& user, const MemoryCase& tested)
+{
+    Send(user, Revert);
+    SendMessageW(user.Client(), SetPickIndex, 0, reinterpret_cast<LPARAM>(tested.index));
+    for (const char16_t* unit = tested.typed; *unit != 0; ++unit)
+        SendMessageW(user.Editor(), WM_CHAR, *unit, 0);
+}
+
+void Work(const User& user, int command)
+{
+    Send(user, command);
+    // What is painted now is painted without memory, too.
+    RedrawWindow(user.Frame(), nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN | RDW_UPDATENOW);
+    Sleep(1); // an edit that ends does so when its thread next looks for messages
+    SendMessageW(user.Frame(), WM_NULL, 0, 0);
+}
+
+bool IsToldOf(const User& user)
+{
+    const std::u16string text = user.StatusText();
+    return text == ErrorAllocating || text == SystemError;
+}
+
+class OutOfMemoryIn : public testing::TestWithParam<MemoryCase> {
+protected:
+    void SetUp() override { ForgetOptions(); }
+
+    // One command whose nth request for memory is refused. False when it makes fewer.
+    static bool TryOnce(User& user, const MemoryCase& tested, const Image& before, const Image& done,
+                        std::int64_t nth, std::int64_t length)
+    {
+        if (Tree(user) != before) Prepare(user, tested);
+        const LRESULT modified = Ask(user, GetModified);
+        MemoryFaults faults;
+        faults.Arm(nth, length);
+        Work(user, tested.command);
+        const bool refused = faults.Disarm() > 0;
+        const Image after = Tree(user);
+        user.Expect(user.IsOpen() && !after.empty(), "the window and its array stay");
+        if (!user.IsOpen() || after.empty()) return false;
+        user.Expect(Ask(user, GetBusy) == 0, "the view is ready for the next command");
+        user.Expect(after == before || after == done, "the command is done or not");
+        if (after == before) {
+            user.Expect(IsToldOf(user), "the user is told");
+            user.Expect(Ask(user, GetModified) == modified, "nothing is modified");
+        }
+        return refused;
+    }
+
+    Interpreter interpreter;
+};
+
+TEST_P(OutOfMemoryIn, TheArrayStaysWholeAndTheEditorGoesOn)
+{
+    const MemoryCase& tested = GetParam();
+    const Outcome outcome = RunEdit(interpreter, tested.argument, [&](User& user) {
+        SendMessageW(user.Client(), SetPickIndex, 0, reinterpret_cast<LPARAM>(u"2"));
+        Send(user, CopyArray);
+        Prepare(user, tested);
+        const Image before = Tree(user);
+        Work(user, tested.command);
+        const Image done = Tree(user);
+        user.Expect(done != before, "the command changes the array");
+        for (const std::int64_t length : {RequestAndError, AllLater}) {
+            std::int64_t nth = 1;
+            while (TryOnce(user, tested, before, done, nth, length))
+                ++nth;
+            user.Expect(nth > 1, "the command asks for memory");
+            if (!user.IsOpen()) return;
+        }
+        user.Expect(Tree(user) == done, "with memory at hand it is done");
+        const bool isAction = tested.command != CheckAndAlign;
+        Send(user, UndoArray);
+        user.Expect(Tree(user) == (isAction ? before : done), "and undone");
+        Send(user, RedoArray);
+        Send(user, Save);
+    });
+    ASSERT_TRUE(outcome.edit.hasResult);
+    EXPECT_TRUE(SameValues(outcome.edit.result, tested.expected)) << Dump(outcome.edit.result);
+}
+
+Array Beside(const Array& item)
+{
+    return NestedArray({2}, {item, Text(u"zz")});
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Commands, OutOfMemoryIn,
+    testing::Values(
+        MemoryCase{"Commit", CheckAndAlign, u"1", Beside(NumericArray({2}, {1, 2})),
+                   Beside(NumericArray({3}, {45, 1, 2})), u"45 "},
+        MemoryCase{"Paste", PasteArray, u"1", Beside(Text(u"ab")), Beside(Text(u"zz"))},
+        MemoryCase{"InsertItem", 4701, u"1", Beside(Text(u"ab")),
+                   NestedArray({3}, {Text(u"  "), Text(u"ab"), Text(u"zz")})},
+        MemoryCase{"Cut", CutArray, u"1", Beside(Text(u"ab")), NestedArray({1}, {Text(u"zz")})},
+        MemoryCase{"Enclose", 4612, u"1", Beside(Text(u"ab")), Beside(NestedArray({}, {Text(u"ab")}))},
+        MemoryCase{"MakeMatrix", 4619, u"1", Beside(Text(u"abc")), Beside(TextOf({3, 1}, u"abc"))},
+        MemoryCase{"Transpose", 4616, u"1", Beside(NumericArray({2, 3}, {1, 2, 3, 4, 5, 6})),
+                   Beside(NumericArray({3, 2}, {1, 4, 2, 5, 3, 6}))}),
+    [](const testing::TestParamInfo<MemoryCase>& tested) { return std::string(tested.param.name); });
+
+} // namespace
+} // namespace vantrel::ui
