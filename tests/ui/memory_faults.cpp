@@ -97,10 +97,14 @@ void MemoryFaults::Arm(std::int64_t nth, std::int64_t length)
     g_remaining = nth;
 }
 
-std::int64_t MemoryFaults::Disarm()
+std::int64_t MemoryFaults::Refused() const
+{
+    return g_refused;
+}
+
+void MemoryFaults::Disarm()
 {
     g_remaining = 0;
-    return g_refused;
 }
 
 } // namespace vantrel::ui

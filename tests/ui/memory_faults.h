@@ -15,8 +15,9 @@ public:
 
     // From now on the nth request for memory (1: the next one) is refused, and so are those after it, `length` requests in all.
     void Arm(std::int64_t nth, std::int64_t length);
-    // Ends it. How many requests were refused.
-    std::int64_t Disarm();
+    // How many requests were refused since.
+    std::int64_t Refused() const;
+    void Disarm();
 };
 
 } // namespace vantrel::ui
