@@ -1,6 +1,7 @@
 // Printing through the printing system into a file.
 #include <gtest/gtest.h>
 
+#include <cwchar>
 #include <memory>
 
 #include "ui/driver.h"
@@ -82,6 +83,22 @@ TEST_F(Printing, CASmallArrayTakesOnePageAndACancelledDialogNone)
         output = printer.Output();
     });
     EXPECT_EQ(CountPages(output), 1);
+}
+
+// Wine answers no margins; Windows answers an inch, and so does the dialog then.
+TEST_F(Printing, CTheMarginsAreAnInchAtFirst)
+{
+    Printer();
+    RunEdit(interpreter, Text(u"abc"), [&](User& user) {
+        PostMessageW(user.Frame(), WM_COMMAND, PageSetup, 0);
+        HWND const dialog = user.WaitForBox(SetupTitle);
+        for (const int margin : {1155, 1156, 1157, 1158}) {
+            wchar_t text[64] = {};
+            GetDlgItemTextW(dialog, margin, text, 64);
+            user.Expect(std::wcstod(text, nullptr) >= 1, "an inch, or as many millimetres");
+        }
+        user.AnswerBox(SetupTitle, IDCANCEL);
+    });
 }
 
 // The margins, in the unit in which the dialog shows them.

@@ -48,6 +48,24 @@ void ShareDeviceHandles() noexcept
     g_printer.printDialog.hDevNames = g_printer.pageSetup.hDevNames;
 }
 
+// In the unit in which the dialog gives margins to this user.
+LONG OneInch() noexcept
+{
+    DWORD inches = 0;
+    GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_IMEASURE | LOCALE_RETURN_NUMBER,
+                   reinterpret_cast<wchar_t*>(&inches), sizeof inches / sizeof(wchar_t));
+    return inches != 0 ? 1000 : 2540;
+}
+
+// An inch on every side is what Windows answers at first; a system that answers none leaves it to the program.
+RECT DefaultMargins(const RECT& answered) noexcept
+{
+    if (answered.left != 0 || answered.top != 0 || answered.right != 0 || answered.bottom != 0)
+        return answered;
+    const LONG inch = OneInch();
+    return {inch, inch, inch, inch};
+}
+
 } // namespace
 
 std::int32_t PrinterInitializeInfo()
@@ -59,7 +77,7 @@ std::int32_t PrinterInitializeInfo()
     setup.lStructSize = sizeof setup;
     setup.Flags = PSD_RETURNDEFAULT;
     if (PageSetupDlgW(&setup)) {
-        g_printer.margins = setup.rtMargin;
+        g_printer.margins = DefaultMargins(setup.rtMargin);
         ShareDeviceHandles();
     }
     g_printer.initialized = true;
