@@ -12,6 +12,7 @@ inline constexpr char16_t FrameClassName[] = u"quillmoor vantrel frame class";
 // Children besides those that the view's header names.
 inline constexpr std::int32_t ToolBarId = 32787;
 inline constexpr std::int32_t FindBarId = 32786;
+inline constexpr std::int32_t InformationId = 32785;
 
 // Private messages of the frame.
 inline constexpr std::uint32_t FrameGetSizeOnOpen = 0x8065; // is "Size to definition on open" set

@@ -56,6 +56,28 @@ private:
     std::size_t next_ = 0;
 };
 
+// The bar's labels begin with a blank, which keeps them apart from the part before.
+std::u16string_view WithoutBlanks(std::u16string_view label) noexcept
+{
+    return label.substr(std::min(label.find_first_not_of(u' '), label.size()));
+}
+
+// Lines of a label and what it stands for.
+class LinesWriter {
+public:
+    void Add(std::u16string_view label, std::u16string_view value)
+    {
+        if (!text_.empty()) text_ += u"\r\n";
+        text_ += label;
+        if (!label.empty()) text_ += u' ';
+        text_ += value;
+    }
+    [[nodiscard]] Text Take() { return std::move(text_); }
+
+private:
+    Text text_;
+};
+
 // Without a shape one part more than there are texts: the bar's last part runs to its end, and a value must not.
 std::int32_t CountParts(const ScdrAttributes& attributes) noexcept
 {
@@ -116,6 +138,21 @@ StatusParts MakeStatusParts(Dialect dialect, const ScdrAttributes& attributes)
     }
     parts.count = CountParts(attributes);
     return parts;
+}
+
+Text InformationText(Dialect dialect, const ScdrAttributes& attributes, const Scdr& node)
+{
+    TraceScope trace("status.cpp", "InformationText");
+    const StatusParts parts = MakeStatusParts(dialect, attributes);
+    LinesWriter writer;
+    for (std::size_t part = 0; part < static_cast<std::size_t>(parts.pickIndexPart); part += 2) {
+        const std::u16string_view label = WithoutBlanks(parts.texts[part]);
+        if (!label.empty()) writer.Add(label, parts.texts[part + 1]);
+    }
+    if (attributes.plane != nullptr) writer.Add(u"", attributes.plane);
+    for (std::int32_t axis = 0; node.Rank >= 3 && axis < node.Rank; ++axis)
+        writer.Add(Text(node.extra->AxisNames[axis]) + u":", NumberText(node.Shape[axis]));
+    return writer.Take();
 }
 
 void StatusEdges(std::span<const std::int32_t> textWidths, const StatusBorders& borders,

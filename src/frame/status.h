@@ -37,6 +37,10 @@ struct StatusParts {
 // Throws OutOfMemory.
 [[nodiscard]] StatusParts MakeStatusParts(Dialect dialect, const ScdrAttributes& attributes);
 
+// The same in full, a line for each attribute and, from rank 3 on, for each axis with its name: the bar cuts what is long, and has no room for
+// names. Lines are joined by CR LF. Throws OutOfMemory.
+[[nodiscard]] Text InformationText(Dialect dialect, const ScdrAttributes& attributes, const Scdr& node);
+
 // The right edges of parts whose texts have the given widths. Pixels.
 struct StatusBorders {
     std::int32_t horizontal = 0; // of one side

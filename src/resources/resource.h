@@ -138,8 +138,11 @@
 #define ID_INSERT_ROW_ABOVE 4705
 #define ID_INSERT_ROW_BELOW 4706
 
-/* Commands: Escape in the frame */
+/* Commands: keys of the frame; the last three are in no table of the resources */
 #define ID_FRAME_ESCAPE 4801
+#define ID_FRAME_NEXT_PART 4802
+#define ID_FRAME_PREVIOUS_PART 4803
+#define ID_FRAME_INFORMATION 4804
 
 /* Commands: plots */
 #define ID_GRAPHICS_AREA 4901

@@ -281,5 +281,238 @@ TEST_F(FrameBars, TheFindBarStandsBetweenToolBarAndView)
     });
 }
 
+int TextWidth(HWND window, const std::u16string& text)
+{
+    HDC const dc = GetDC(window);
+    HGDIOBJ const previous =
+        SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0)));
+    SIZE size{};
+    GetTextExtentPoint32W(dc, reinterpret_cast<const wchar_t*>(text.c_str()), static_cast<int>(text.size()),
+                          &size);
+    SelectObject(dc, previous);
+    ReleaseDC(window, dc);
+    return size.cx;
+}
+
+RECT PlaceOf(HWND window)
+{
+    RECT place{};
+    GetWindowRect(window, &place);
+    return place;
+}
+
+RECT PartOf(const User& user, int part)
+{
+    RECT place{};
+    SendMessageW(user.Status(), SB_GETRECT, static_cast<WPARAM>(part), reinterpret_cast<LPARAM>(&place));
+    MapWindowPoints(user.Status(), nullptr, reinterpret_cast<POINT*>(&place), 2);
+    return place;
+}
+
+Array Cube()
+{
+    return NumericArray({2, 3, 4}, std::vector<double>(24, 7.5));
+}
+
+TEST_F(FrameBars, EachPartIsAsWideAsItsTextTheGapAndItsBorders)
+{
+    RunEdit(interpreter, Cube(), [](User& user) {
+        int borders[3] = {};
+        SendMessageW(user.Status(), SB_GETBORDERS, 0, reinterpret_cast<LPARAM>(borders));
+        int edges[13] = {};
+        SendMessageW(user.Status(), SB_GETPARTS, 13, reinterpret_cast<LPARAM>(edges));
+        int edge = 0;
+        const std::vector<std::u16string> texts = Parts(user);
+        for (std::size_t i = 0; i < texts.size(); ++i) {
+            edge += TextWidth(user.Status(), texts[i]) + borders[2] + 2 * borders[0];
+            user.ExpectEqual(edges[i], edge, "the edge of a part");
+        }
+    });
+}
+
+TEST_F(FrameBars, LabelsHaveNoBordersAndValuesHave)
+{
+    RunEdit(interpreter, Cube(), [](User& user) {
+        for (int part = 0; part < 12; ++part) {
+            wchar_t text[256] = {};
+            const LRESULT drawn = SendMessageW(user.Status(), SB_GETTEXTW, static_cast<WPARAM>(part),
+                                               reinterpret_cast<LPARAM>(text));
+            user.ExpectEqual((HIWORD(drawn) & SBT_NOBORDERS) != 0, part % 2 == 0, "borders");
+        }
+        wchar_t title[64] = {};
+        GetWindowTextW(user.Status(), title, 64);
+        user.Expect((GetWindowLongW(user.Status(), GWL_STYLE) & SBARS_SIZEGRIP) != 0, "a grip");
+    });
+}
+
+TEST_F(FrameBars, TheNameBoxLeavesThePlaneInSight)
+{
+    RunEdit(interpreter, Cube(), [](User& user) {
+        HWND const box = GetDlgItem(user.Frame(), NameBox);
+        user.Expect(IsWindowVisible(box) != 0, "it is there");
+        user.Expect(PlaceOf(box).right <= PartOf(user, 12).left, "the plane is not covered");
+        SetFocus(box);
+        user.Click(box, 1, 1);
+        user.Expect(PlaceOf(box).right > PartOf(user, 12).left, "who types has room");
+        user.Key(VK_ESCAPE);
+        user.Expect(PlaceOf(box).right <= PartOf(user, 12).left, "the plane is back");
+    });
+}
+
+TEST_F(FrameBars, TheNameBoxHoldsItsTextOnTheBarsLine)
+{
+    RunEdit(interpreter, Words(), [](User& user) {
+        for (const char16_t* index : {u"1", u"2 2", u"3"}) {
+            SendMessageW(user.Client(), 32981, 0, reinterpret_cast<LPARAM>(index));
+            HWND const box = GetDlgItem(user.Frame(), NameBox);
+            const DWORD margins = static_cast<DWORD>(SendMessageW(box, EM_GETMARGINS, 0, 0));
+            const RECT place = PlaceOf(box);
+            const RECT part = PartOf(user, 11);
+            user.Expect(place.right - place.left >= TextWidth(box, index) + LOWORD(margins) + HIWORD(margins),
+                        "the whole text");
+            const LONG offCentre = (place.top + place.bottom) - (part.top + part.bottom);
+            user.Expect(offCentre >= -1 && offCentre <= 1, "in the middle of the bar");
+        }
+    });
+}
+
+TEST_F(FrameBars, F6GoesRoundArrayFindBarAndNameBox)
+{
+    RunEdit(interpreter, Words(), [](User& user) {
+        HWND const box = GetDlgItem(user.Frame(), NameBox);
+        user.Key(VK_F6);
+        user.Expect(FocusOf(user) == box, "no find bar: the name box");
+        user.Key(VK_F6);
+        user.Expect(FocusOf(user) == user.Client(), "the array");
+        user.Command(FindCommand);
+        user.Key(VK_F6);
+        user.Expect(FocusOf(user) == box, "behind the find bar the name box");
+        user.Key(VK_F6, {VK_SHIFT});
+        user.Expect(FocusOf(user) == GetDlgItem(FindBar(user), FindText), "and back");
+        user.Key(VK_F6, {VK_SHIFT});
+        user.Expect(FocusOf(user) == user.Client(), "to the array");
+        user.Command(4302);
+        user.Key(VK_F6);
+        user.Key(VK_F6);
+        user.Expect(FocusOf(user) == user.Client(), "no status bar, no name box");
+    });
+}
+
+TEST_F(FrameBars, EnterInTheNameBoxGoesToTheArrayThatItNames)
+{
+    RunEdit(interpreter, Words(), [](User& user) {
+        user.Key(VK_F6);
+        user.Type(u"2 1");
+        user.Key(VK_RETURN);
+        user.Expect(user.PickIndex() == u"2 1", "it is selected");
+        user.Expect(FocusOf(user) == user.Editor() && user.Editor() != nullptr, "and has the keyboard");
+        user.Key(VK_F6);
+        user.Type(u"2");
+        user.Key(VK_TAB);
+        user.Expect(user.PickIndex() == u"2" && FocusOf(user) == user.Client(), "Tab goes there, too");
+    });
+}
+
+HWND Information(const User& user)
+{
+    HWND const window = GetDlgItem(user.Frame(), 32785);
+    return IsWindowVisible(window) ? window : nullptr;
+}
+
+TEST_F(FrameBars, AltEnterShowsEverythingAboutTheSelectedArray)
+{
+    RunEdit(interpreter, Cube(), [](User& user) {
+        user.Expect(Information(user) == nullptr, "nothing at first");
+        user.Key(VK_RETURN, {VK_MENU});
+        user.Expect(Information(user) != nullptr && FocusOf(user) == Information(user), "it pops up");
+        user.Expect(TextOfWindow(Information(user)) ==
+                        L"Type: Real\r\n≡: 1\r\n×/⍴: 24\r\n⍴⍴: 3\r\n⍴: 2 3 4\r\n⊃:  \r\n[1;;]\r\n"
+                        L"Axis name 1: 2\r\nAxis name 2: 3\r\nAxis name 3: 4",
+                    "all attributes and the axes' names");
+        user.Expect(PlaceOf(Information(user)).bottom == PlaceOf(user.Client()).bottom, "above the bar");
+        user.Key(VK_ESCAPE);
+        user.Expect(user.IsOpen() && Information(user) == nullptr, "Escape hides it and nothing else");
+        user.Expect(FocusOf(user) == user.Client() || FocusOf(user) == user.Editor(), "back to the array");
+    });
+}
+
+TEST_F(FrameBars, AClickOnTheStatusBarShowsTheInformationAndAnotherHidesIt)
+{
+    RunEdit(interpreter, Words(), [](User& user) {
+        user.Click(user.Status(), 20, 8);
+        user.Expect(Information(user) != nullptr, "shown");
+        user.Click(user.Status(), 20, 8);
+        user.Expect(Information(user) == nullptr, "hidden");
+        user.Click(user.Status(), 20, 8);
+        user.Expect(Information(user) != nullptr, "shown again");
+        user.Key(VK_F6);
+        user.Expect(Information(user) == nullptr, "it goes when the keyboard goes elsewhere");
+    });
+}
+
+// System colours for as long as it lives.
+class SystemColors {
+public:
+    SystemColors(std::initializer_list<std::pair<int, COLORREF>> colors)
+    {
+        for (const auto& [element, color] : colors) {
+            elements_.push_back(element);
+            before_.push_back(GetSysColor(element));
+            now_.push_back(color);
+        }
+        Set(now_);
+    }
+    ~SystemColors() { Set(before_); }
+    SystemColors(const SystemColors&) = delete;
+    SystemColors& operator=(const SystemColors&) = delete;
+
+private:
+    void Set(const std::vector<COLORREF>& colors)
+    {
+        SetSysColors(static_cast<int>(elements_.size()), elements_.data(), colors.data());
+    }
+    std::vector<int> elements_;
+    std::vector<COLORREF> before_;
+    std::vector<COLORREF> now_;
+};
+
+TEST_F(FrameBars, WhiteOnBlackIsLegibleInEveryBar)
+{
+    constexpr COLORREF Black = RGB(0, 0, 0);
+    constexpr COLORREF White = RGB(255, 255, 255);
+    constexpr COLORREF Line = RGB(0, 255, 0); // what is white is text
+    const SystemColors colors{{COLOR_3DFACE, Black},     {COLOR_BTNTEXT, White},    {COLOR_WINDOW, Black},
+                              {COLOR_WINDOWTEXT, White}, {COLOR_3DHIGHLIGHT, Line}, {COLOR_3DSHADOW, Line},
+                              {COLOR_INFOBK, Black},     {COLOR_INFOTEXT, White}};
+    RunEdit(interpreter, Words(), [](User& user) {
+        SendMessageW(user.Frame(), WM_SYSCOLORCHANGE, 0,
+                     0); // the bars' library has kept the colours of before
+        user.Command(FindCommand);
+        user.Type(u"alpha");
+        HWND const tools = FindWindowExW(user.Frame(), nullptr, TOOLBARCLASSNAMEW, nullptr);
+        for (HWND const bar : {user.Status(), tools, FindBar(user), GetDlgItem(FindBar(user), IgnoreCase),
+                               GetDlgItem(FindBar(user), NextButton)}) {
+            const Picture picture = user.Shot(bar);
+            printf("%d %d %d\n", picture.Width() * picture.Height(), picture.Count(Black),
+                   picture.Count(White));
+            const int all = picture.Width() * picture.Height();
+            user.Expect(picture.Count(Black) * 10 > all * 6, "the paper is black");
+            user.Expect(picture.Count(White) > 20, "the ink is white");
+        }
+    });
+}
+
+TEST_F(FrameBars, ColoursThatChangeWhileTheWindowIsOpenAreTakenOver)
+{
+    RunEdit(interpreter, Words(), [](User& user) {
+        const SystemColors colors{{COLOR_3DFACE, RGB(0, 0, 0)}, {COLOR_BTNTEXT, RGB(255, 255, 0)}};
+        SendMessageW(user.Frame(), WM_SYSCOLORCHANGE, 0, 0);
+        user.Wait();
+        user.Expect(user.Shot(user.Status()).Count(RGB(255, 255, 0)) > 20, "the status bar's ink");
+        HWND const tools = FindWindowExW(user.Frame(), nullptr, TOOLBARCLASSNAMEW, nullptr);
+        user.Expect(user.Shot(tools).Count(RGB(255, 255, 0)) > 20, "the tools' ink");
+    });
+}
+
 } // namespace
 } // namespace vantrel::ui

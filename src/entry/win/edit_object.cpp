@@ -67,27 +67,42 @@ void FindValue(EditRun& run)
     }
 }
 
-// The host's own table in front of the common one, so that its keys win.
-HACCEL JoinAccelerators(HACCEL host, HACCEL common) noexcept
-{
-    ACCEL entries[256];
-    const int hostCount = CopyAcceleratorTableW(host, entries, static_cast<int>(std::size(entries)));
-    const int room = static_cast<int>(std::size(entries)) - hostCount;
-    const int commonCount = CopyAcceleratorTableW(common, entries + hostCount, room);
-    return CreateAcceleratorTableW(entries, hostCount + commonCount);
-}
+// Keys by which the frame is used without a mouse: round its bars, and what Windows shows of anything by Alt+Enter.
+constexpr ACCEL FrameKeys[] = {{FVIRTKEY, VK_F6, ID_FRAME_NEXT_PART},
+                               {FVIRTKEY | FSHIFT, VK_F6, ID_FRAME_PREVIOUS_PART},
+                               {FVIRTKEY | FALT, VK_RETURN, ID_FRAME_INFORMATION}};
 
+// Tables one after the other; of two entries with the same key the first wins.
+class AcceleratorEntries {
+public:
+    void AddTable(std::int32_t id) noexcept
+    {
+        HACCEL const table = id != 0 ? LoadAcceleratorsW(ModuleInstance(), MAKEINTRESOURCEW(id)) : nullptr;
+        if (table == nullptr) return;
+        count_ +=
+            CopyAcceleratorTableW(table, entries_ + count_, static_cast<int>(std::size(entries_)) - count_);
+        DestroyAcceleratorTable(table);
+    }
+    void Add(const ACCEL& entry) noexcept
+    {
+        if (count_ < static_cast<int>(std::size(entries_))) entries_[count_++] = entry;
+    }
+    [[nodiscard]] HACCEL MakeTable() noexcept { return CreateAcceleratorTableW(entries_, count_); }
+
+private:
+    ACCEL entries_[256] = {};
+    int count_ = 0;
+};
+
+// The host's own keys in front of the common ones, so that they win.
 HACCEL LoadAccelerators(const LangEnv& environment) noexcept
 {
-    HACCEL const common = LoadAcceleratorsW(ModuleInstance(), MAKEINTRESOURCEW(IDA_MAIN));
-    if (environment.AcceleratorId == 0) return common;
-    HACCEL const host = LoadAcceleratorsW(ModuleInstance(), MAKEINTRESOURCEW(environment.AcceleratorId));
-    if (host == nullptr) return common;
-    HACCEL const joined = JoinAccelerators(host, common);
-    if (joined == nullptr) return common;
-    DestroyAcceleratorTable(host);
-    DestroyAcceleratorTable(common);
-    return joined;
+    AcceleratorEntries entries;
+    entries.AddTable(environment.AcceleratorId);
+    entries.AddTable(IDA_MAIN);
+    for (const ACCEL& key : FrameKeys)
+        entries.Add(key);
+    return entries.MakeTable();
 }
 
 LRESULT Ask(HWND window, UINT message, WPARAM wParam, LPARAM lParam)

@@ -26,16 +26,12 @@ FrameWindow* FrameOf(HWND window) noexcept
     return reinterpret_cast<FrameWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
 }
 
-HMENU ChildId(std::int32_t id) noexcept
-{
-    return reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)); // NOLINT: a child's id travels as its menu
-}
-
 bool ClientCreate(FrameWindow& frame)
 {
-    frame.client = CreateWindowExW(0, AsWide(ClientClassName), nullptr,
-                                   WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN | WS_HSCROLL | WS_VSCROLL, 0, 0, 0,
-                                   0, frame.window, ChildId(ClientId), ModuleInstance(), frame.context);
+    frame.client =
+        CreateWindowExW(0, AsWide(ClientClassName), nullptr,
+                        WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN | WS_CLIPSIBLINGS | WS_HSCROLL | WS_VSCROLL,
+                        0, 0, 0, 0, frame.window, ChildId(ClientId), ModuleInstance(), frame.context);
     RethrowEscapedException();
     return frame.client != nullptr;
 }
@@ -52,8 +48,10 @@ LRESULT OnCreate(HWND window, const CREATESTRUCTW& parameters)
     CountFrame(frame);
     SetMenu(window, LoadMenuW(ModuleInstance(), MAKEINTRESOURCEW(IDM_FRAME)));
     // The view first: it has the font that the tool bar writes with, and the text that the find bar starts with.
-    if (!StatusBarCreate(frame) || !ClientCreate(frame) || !ToolbarCreate(frame) || !FindBarCreate(frame))
+    if (!StatusBarCreate(frame) || !ClientCreate(frame) || !ToolbarCreate(frame) ||
+        !InformationCreate(frame) || !FindBarCreate(frame))
         return -1;
+    GiveBarsTheirLook(frame);
     ShowOptionsInMenu(frame);
     return 0;
 }
@@ -68,6 +66,7 @@ void OnDestroy(FrameWindow& frame)
     ToolbarDestroy(frame);
     if (frame.status != nullptr) CopyFontToWindow(frame.status, nullptr);
     if (frame.nameBox != nullptr) CopyFontToWindow(frame.nameBox, nullptr);
+    if (frame.information != nullptr) CopyFontToWindow(frame.information, nullptr);
     UncountFrame(frame);
 }
 
@@ -117,6 +116,8 @@ LRESULT OnNotify(FrameWindow& frame, NMHDR& notification)
         OnToolTip(reinterpret_cast<NMTTDISPINFOW&>(notification));
     } else if (notification.code == NM_CUSTOMDRAW && notification.hwndFrom == frame.toolBar) {
         return OnDrawTool(reinterpret_cast<const NMTBCUSTOMDRAW&>(notification));
+    } else if (notification.code == NM_CLICK && notification.hwndFrom == frame.status) {
+        InformationToggle(frame);
     } else if (notification.hwndFrom == frame.client && frame.client != nullptr) {
         OnViewNotify(frame, static_cast<std::int32_t>(notification.code));
     }
@@ -140,7 +141,10 @@ void OnActivate(FrameWindow& frame, bool active, bool minimized)
 void OnSystemChange(FrameWindow& frame, UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (frame.findBar == nullptr) return;
-    if (message == WM_SYSCOLORCHANGE || message == WM_THEMECHANGED) ToolbarCreateAgain(frame);
+    if (message == WM_SYSCOLORCHANGE || message == WM_THEMECHANGED) {
+        ToolbarCreateAgain(frame);
+        GiveBarsTheirLook(frame);
+    }
     for (HWND const child : {frame.status, frame.toolBar, frame.client})
         SendMessageW(child, message, wParam, lParam);
     SendWmSize(frame.window);
@@ -169,6 +173,10 @@ LRESULT HandleMessage(FrameWindow& frame, UINT message, WPARAM wParam, LPARAM lP
     case WM_COMMAND: return OnCommand(frame, wParam, lParam);
     case WM_INITMENU: return OnInitMenu(frame), Done();
     case WM_NOTIFY: return OnNotify(frame, *reinterpret_cast<NMHDR*>(lParam));
+    case WM_CTLCOLORSTATIC:
+        if (reinterpret_cast<HWND>(lParam) == frame.information)
+            return OnColorInformation(reinterpret_cast<HDC>(wParam));
+        break;
     case WM_TIMER: return OnCloseTimer(frame), Done();
     case WM_SYSCOLORCHANGE:
     case WM_THEMECHANGED:
@@ -180,8 +188,9 @@ LRESULT HandleMessage(FrameWindow& frame, UINT message, WPARAM wParam, LPARAM lP
         return OnSetName(frame, static_cast<std::uint32_t>(wParam), reinterpret_cast<HostObject>(lParam));
     case FrameSizeToDefinition: return OnSizeFrameToDefinition(frame), Done();
     case FrameIsClosing: return IsAnyFrameClosing(frame.context) ? 1 : 0;
-    default: return DefWindowProcW(frame.window, message, wParam, lParam);
+    default: break;
     }
+    return DefWindowProcW(frame.window, message, wParam, lParam);
 }
 
 // A handler may destroy this very window: the record waits for the outermost message to return.

@@ -1,6 +1,7 @@
 // The switchboard: what the frame does itself, and what it passes on.
 #include "entry/command_log.h"
 #include "entry/trace.h"
+#include "frame/messages.h"
 #include "frame/win/frame_window.h"
 #include "resources/resource.h"
 #include "tools/win/guard.h"
@@ -32,7 +33,9 @@ LRESULT OnSaveAndClose(FrameWindow& frame)
 void OnEscape(FrameWindow& frame)
 {
     HWND const focus = GetFocus();
-    if (IsFocusInFindBar(frame)) {
+    if (focus == frame.information) {
+        InformationHide(frame);
+    } else if (IsFocusInFindBar(frame)) {
         SendMessageW(frame.findBar, WM_COMMAND, IDCANCEL, 0);
     } else if (focus == frame.nameBox) {
         SetFocus(frame.client);
@@ -44,7 +47,8 @@ bool IsEscapeFromBar(const FrameWindow& frame, int source, std::int32_t id) noex
 {
     if (source != FromAccelerator || id != ID_FILE_SAVE_AND_CLOSE || GetKeyState(VK_ESCAPE) >= 0)
         return false;
-    return IsFocusInFindBar(frame) || GetFocus() == frame.nameBox;
+    HWND const focus = GetFocus();
+    return IsFocusInFindBar(frame) || focus == frame.nameBox || focus == frame.information;
 }
 
 // Commands that would take the tree from under a long operation which is pumping messages.
@@ -64,9 +68,13 @@ bool NeedsWholeTree(std::int32_t id) noexcept
 
 LRESULT OnControl(FrameWindow& frame, WPARAM wParam, LPARAM lParam)
 {
-    if (LOWORD(wParam) != NameBoxId) return DefWindowProcW(frame.window, WM_COMMAND, wParam, lParam);
-    OnNameBox(frame, HIWORD(wParam));
-    return 0;
+    switch (LOWORD(wParam)) {
+    case NameBoxId: return OnNameBox(frame, HIWORD(wParam)), 0;
+    case InformationId:
+        if (HIWORD(wParam) == EN_KILLFOCUS) InformationHide(frame);
+        return 0;
+    default: return DefWindowProcW(frame.window, WM_COMMAND, wParam, lParam);
+    }
 }
 
 LRESULT ForwardToView(const FrameWindow& frame, WPARAM wParam, LPARAM lParam)
@@ -95,6 +103,9 @@ LRESULT CarryOut(FrameWindow& frame, std::int32_t id, WPARAM wParam, LPARAM lPar
     case ID_HELP_DEBUG: return OnDebug(frame), 0;
     case ID_SIZE_TO_DEFINITION: return OnSizeFrameToDefinition(frame), 0;
     case ID_FRAME_ESCAPE: return OnEscape(frame), 0;
+    case ID_FRAME_NEXT_PART: return FocusNextPart(frame, false), 0;
+    case ID_FRAME_PREVIOUS_PART: return FocusNextPart(frame, true), 0;
+    case ID_FRAME_INFORMATION: return InformationToggle(frame), 0;
     default: return ForwardToView(frame, wParam, lParam);
     }
 }

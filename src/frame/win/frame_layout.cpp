@@ -70,6 +70,7 @@ void OnSize(FrameWindow& frame)
     top += PlaceFindBar(frame, top, client.right);
     const int bottom = static_cast<int>(client.bottom) - PlaceStatusBar(frame);
     MoveWindow(frame.client, 0, top, client.right, std::max(0, bottom - top), TRUE);
+    InformationPlace(frame);
     RethrowEscapedException();
 }
 

@@ -19,7 +19,8 @@ struct FrameWindow {
     HWND nameBox = nullptr; // lies over the pick index in the status bar
     HWND toolBar = nullptr;
     HWND findBar = nullptr;
-    HWND focus = nullptr; // child that had the keyboard when the window was left
+    HWND information = nullptr; // pops up over the view
+    HWND focus = nullptr;       // child that had the keyboard when the window was left
     HIMAGELIST pictures = nullptr;
     HIMAGELIST disabledPictures = nullptr;
     HostObject value = nullptr;     // the array as handed over, for Revert; the interpreter's
@@ -37,6 +38,12 @@ struct FrameWindow {
     std::int32_t depth = 0;         // messages being handled, one inside the other
     FrameWindow* next = nullptr;    // all frames of the process
 };
+
+// A child's id travels as its menu.
+inline HMENU ChildId(std::int32_t id) noexcept
+{
+    return reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)); // NOLINT
+}
 
 // While it lives a question or dialog of the frame is on show: closing waits.
 class AskingScope {
@@ -121,6 +128,13 @@ void OnToolTip(NMTTDISPINFOW& tip) noexcept;
 bool StatusBarCreate(FrameWindow& frame);
 // Shows an array's attributes; nothing for no array.
 void DisplayScdrAttributes(FrameWindow& frame, const Scdr* node);
+// How far a text of the bar stands from the edge of its part. Pixels.
+[[nodiscard]] int StatusTextInset() noexcept;
+
+// name_box
+bool NameBoxCreate(FrameWindow& frame);
+// Text that somebody is typing is left alone.
+void UpdateNameBox(FrameWindow& frame, const char16_t* pickIndex);
 void OnPositionPickIndex(FrameWindow& frame, std::int32_t part);
 // EN_... of the name box.
 void OnNameBox(FrameWindow& frame, int notification);
@@ -134,6 +148,23 @@ void FindBarPress(FrameWindow& frame, int button);
 // Takes over what the bar says and enables what can be done with it. Called whenever it changes.
 void CheckFindText(FrameWindow& frame);
 [[nodiscard]] bool IsFocusInFindBar(const FrameWindow& frame) noexcept;
+
+// information
+bool InformationCreate(FrameWindow& frame);
+// Shows everything about the selected array and gives it the keyboard; nothing without an array.
+void InformationShow(FrameWindow& frame);
+void InformationHide(const FrameWindow& frame);
+void InformationToggle(FrameWindow& frame);
+// After the frame has changed its size.
+void InformationPlace(const FrameWindow& frame);
+LRESULT OnColorInformation(HDC dc) noexcept;
+
+// frame_focus
+// Gives the keyboard to the next (or previous) part of the frame that is on show.
+void FocusNextPart(FrameWindow& frame, bool backwards);
+
+// bar_look
+void GiveBarsTheirLook(const FrameWindow& frame);
 
 // about
 void ShowAbout(FrameWindow& frame);

@@ -31,8 +31,7 @@ HWND CreateBar(const FrameWindow& frame) noexcept
     const DWORD style = WS_CHILD | WS_CLIPSIBLINGS | TBSTYLE_FLAT | TBSTYLE_LIST | TBSTYLE_TOOLTIPS |
                         TBSTYLE_WRAPABLE | CCS_TOP | CCS_NODIVIDER | CCS_NORESIZE | CCS_NOPARENTALIGN;
     return CreateWindowExW(0, TOOLBARCLASSNAMEW, nullptr, style | shown, 0, 0, 0, 0, frame.window,
-                           reinterpret_cast<HMENU>(static_cast<INT_PTR>(ToolBarId)), ModuleInstance(),
-                           nullptr);
+                           ChildId(ToolBarId), ModuleInstance(), nullptr);
 }
 
 TBBUTTON MakeButton(HWND bar, const ToolButton& button) noexcept

@@ -169,5 +169,35 @@ TEST_F(Status, EdgesDoNotWrap)
     EXPECT_EQ(edges[1], 2147483647);
 }
 
+TEST_F(Status, TheInformationHasALineForEachAttribute)
+{
+    const Text text = InformationText(Dialect::Dyalog, VectorAttributes(), *Make({3}));
+    EXPECT_EQ(std::u16string(text.begin(), text.end()),
+              u"Type: Character\r\n≡: 1\r\n×/⍴: 3\r\n⍴⍴: 1\r\n⍴: 3\r\n⊃: (2 1) 3");
+}
+
+TEST_F(Status, TheInformationOfAScalarHasNoShape)
+{
+    ScdrAttributes attributes = VectorAttributes();
+    attributes.rank = 0;
+    attributes.shape = nullptr;
+    const Text text = InformationText(Dialect::Matlab, attributes, *Make({}));
+    EXPECT_EQ(std::u16string(text.begin(), text.end()),
+              u"Type: Character\r\nDepth: 1\r\nNelm: 3\r\nRank: 0\r\nIndex: (2 1) 3");
+}
+
+TEST_F(Status, TheInformationNamesTheAxesFromRankThreeOn)
+{
+    ScdrAttributes attributes = VectorAttributes();
+    attributes.rank = 3;
+    attributes.shape = u"2 3 4";
+    attributes.pickIndex = nullptr;
+    attributes.plane = u"[2;;]";
+    const Text text = InformationText(Dialect::Dyalog, attributes, *Make({2, 3, 4}));
+    EXPECT_EQ(std::u16string(text.begin(), text.end()),
+              u"Type: Character\r\n≡: 1\r\n×/⍴: 3\r\n⍴⍴: 3\r\n⍴: 2 3 4\r\n[2;;]\r\n"
+              u"Axis name 1: 2\r\nAxis name 2: 3\r\nAxis name 3: 4");
+}
+
 } // namespace
 } // namespace vantrel
