@@ -1,6 +1,10 @@
 // Printing through the printing system into a file.
 #include <gtest/gtest.h>
 
+#include <windows.h>
+
+#include <commctrl.h>
+
 #include <cwchar>
 #include <memory>
 
@@ -131,6 +135,39 @@ TEST_F(Printing, DMarginsAreKeptForTheNextDocument)
     });
     EXPECT_GT(before, 0);
     EXPECT_GT(narrow, before);
+}
+
+TEST_F(Printing, ETheToolPrintsToo)
+{
+    const TestPrinter& printer = Printer();
+    std::string output;
+    RunEdit(interpreter, Text(u"abc"), [&](User& user) {
+        HWND const bar = FindWindowExW(user.Frame(), nullptr, TOOLBARCLASSNAMEW, nullptr);
+        const LRESULT index = SendMessageW(bar, TB_COMMANDTOINDEX, PrintArray, 0);
+        RECT place{};
+        SendMessageW(bar, TB_GETITEMRECT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&place));
+        user.Click(bar, (place.left + place.right) / 2, (place.top + place.bottom) / 2);
+        user.AnswerBox(L"Print", IDOK);
+        output = printer.Output();
+    });
+    EXPECT_EQ(CountPages(output), 1);
+}
+
+TEST_F(Printing, FBothDialogsOpenByTheirLettersAndCloseByEscape)
+{
+    Printer();
+    RunEdit(interpreter, Text(u"abc"), [](User& user) {
+        user.Key('F', {VK_MENU});
+        user.Key('P');
+        HWND dialog = user.WaitForBox(L"Print");
+        user.Key(VK_ESCAPE);
+        user.Expect(!IsWindow(dialog) && user.IsOpen(), "Escape leaves Print");
+        user.Key('F', {VK_MENU});
+        user.Key('U');
+        dialog = user.WaitForBox(SetupTitle);
+        user.Key(VK_ESCAPE);
+        user.Expect(!IsWindow(dialog) && user.IsOpen(), "and Page Setup");
+    });
 }
 
 } // namespace

@@ -200,5 +200,83 @@ TEST_F(Frame, AFaceThatCannotShowTheCharactersIsReplaced)
     EXPECT_EQ(now.lfHeight, 16); // 12 points at 96 dots an inch
 }
 
+TEST_F(Frame, ClosedMaximisedItOpensMaximised)
+{
+    RunEdit(interpreter, Text(u"abc"), [](User& user) {
+        ShowWindow(user.Frame(), SW_MAXIMIZE);
+        user.Wait();
+    });
+    RunEdit(interpreter, Text(u"abc"),
+            [](User& user) { user.Expect(IsZoomed(user.Frame()) != 0, "the window is maximised"); });
+}
+
+TEST_F(Frame, SizesToDefinitionOnOpenWhereTheOptionSaysSo)
+{
+    const Array array = NestedArray({2}, {Text(u"abc"), Text(u"defg")});
+    const auto isAsWanted = [](const User& user) {
+        SIZE wanted{};
+        SendMessageW(user.Client(), 32976, 0, reinterpret_cast<LPARAM>(&wanted));
+        RECT view{};
+        GetWindowRect(user.Client(), &view);
+        return view.bottom - view.top == wanted.cy && view.right - view.left >= wanted.cx;
+    };
+    RunEdit(interpreter, array, [&](User& user) {
+        user.ExpectEqual(SendMessageW(user.Frame(), 32869, 0, 0), 0, "the option is off at first");
+        user.Expect(!isAsWanted(user), "the window has its own size");
+        user.Command(4305);
+        user.ExpectEqual(SendMessageW(user.Frame(), 32869, 0, 0), 1, "now it is on");
+        user.Expect(!isAsWanted(user), "which changes nothing yet");
+    });
+    RunEdit(interpreter, array, [&](User& user) { user.Expect(isAsWanted(user), "the array's size"); });
+}
+
+TEST_F(Frame, NobodyAskedItToClose)
+{
+    RunEdit(interpreter, Text(u"abc"), [](User& user) {
+        user.ExpectEqual(SendMessageW(user.Frame(), 32875, 0, 0), 0, "it is not closing");
+    });
+}
+
+LOGFONTW FontOf(HWND window)
+{
+    LOGFONTW font{};
+    GetObjectW(reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0)), sizeof font, &font);
+    return font;
+}
+
+LONG SystemStatusHeight()
+{
+    NONCLIENTMETRICSW metrics{};
+    metrics.cbSize = sizeof metrics;
+    SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+    return metrics.lfStatusFont.lfHeight;
+}
+
+TEST_F(Frame, TheStatusBarAndTheNameBoxTakeTheArraysFace)
+{
+    RunEdit(interpreter, Text(u"abc"), [](User& user) {
+        for (HWND const bar : {user.Status(), GetDlgItem(user.Frame(), 32789)}) {
+            const LOGFONTW font = FontOf(bar);
+            user.Expect(std::wstring(font.lfFaceName) == FontOf(user.Client()).lfFaceName, "the face");
+            user.ExpectEqual(font.lfHeight, SystemStatusHeight(), "the system's height");
+        }
+    });
+}
+
+TEST_F(Frame, OnRequestTheyTakeItsHeightToo)
+{
+    StoreFlag(L"Use client font in statusbar", 1);
+    RunEdit(interpreter, Text(u"abc"), [](User& user) {
+        for (HWND const bar : {user.Status(), GetDlgItem(user.Frame(), 32789)})
+            user.ExpectEqual(FontOf(bar).lfHeight, FontOf(user.Client()).lfHeight, "the height");
+        const LONG before = FontOf(user.Status()).lfHeight;
+        user.Mouse(user.Client(), {30, 30}, MOUSEEVENTF_MIDDLEUP); // the wheel turns where the pointer is
+        SendMessageW(user.Client(), WM_MOUSEWHEEL, MAKEWPARAM(MK_CONTROL, 120), 0);
+        user.Wait();
+        user.ExpectEqual(FontOf(user.Status()).lfHeight, FontOf(user.Client()).lfHeight, "and follow it");
+        user.Expect(FontOf(user.Status()).lfHeight != before, "when it changes");
+    });
+}
+
 } // namespace
 } // namespace vantrel::ui

@@ -7,6 +7,7 @@
 #include "tools/win/guard.h"
 #include "tools/win/window.h"
 #include "view/messages.h"
+#include "view/options.h"
 
 namespace vantrel {
 namespace {
@@ -62,7 +63,7 @@ bool NeedsWholeTree(std::int32_t id) noexcept
     case ID_FILE_OPEN:
     case ID_FILE_PRINT:
     case ID_HELP_DEBUG: return true;
-    default: return IsOptionCommand(id);
+    default: return FindViewOption(id) != nullptr;
     }
 }
 

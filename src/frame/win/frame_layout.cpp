@@ -58,6 +58,28 @@ RECT FitInto(const RECT& area, POINT at, SIZE size) noexcept
     return {left, top, left + width, top + height};
 }
 
+SIZE SizeOf(HWND window) noexcept
+{
+    RECT rect{};
+    GetWindowRect(window, &rect);
+    return {rect.right - rect.left, rect.bottom - rect.top};
+}
+
+// What the frame is larger than the view.
+SIZE SurroundingsOf(const FrameWindow& frame) noexcept
+{
+    const SIZE outer = SizeOf(frame.window);
+    const SIZE inner = SizeOf(frame.client);
+    return {outer.cx - inner.cx, outer.cy - inner.cy};
+}
+
+void GiveSize(const FrameWindow& frame, POINT at, SIZE size, UINT flags) noexcept
+{
+    const RECT place = FitInto(WorkAreaOf(frame.window), at, size);
+    SetWindowPos(frame.window, nullptr, place.left, place.top, place.right - place.left,
+                 place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE | flags);
+}
+
 } // namespace
 
 void OnSize(FrameWindow& frame)
@@ -77,20 +99,20 @@ void OnSize(FrameWindow& frame)
 void OnSizeFrameToDefinition(FrameWindow& frame)
 {
     TraceScope trace("frame_layout.cpp", "OnSizeFrameToDefinition");
-    SIZE wanted{};
     if (IsZoomed(frame.window)) return;
+    SIZE wanted{};
     if (SendMessageW(frame.client, ViewGetPreferredSize, 0, reinterpret_cast<LPARAM>(&wanted)) != 0) return;
     RethrowEscapedException();
-    RECT outer{};
-    RECT inner{};
-    GetWindowRect(frame.window, &outer);
-    GetWindowRect(frame.client, &inner); // the wanted size has the scroll bars in it
-    OffsetRect(&inner, -inner.left, -inner.top);
-    const SIZE size{outer.right - outer.left - inner.right + wanted.cx,
-                    outer.bottom - outer.top - inner.bottom + wanted.cy};
-    const RECT place = FitInto(WorkAreaOf(frame.window), {outer.left, outer.top}, size);
-    SetWindowPos(frame.window, nullptr, place.left, place.top, place.right - place.left,
-                 place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
+    RECT before{};
+    GetWindowRect(frame.window, &before);
+    const POINT at{before.left, before.top};
+    // A narrower frame breaks its menus and tools into more lines; how many is seen in one of that width that has room for all.
+    const RECT area = WorkAreaOf(frame.window);
+    const LONG width = wanted.cx + SurroundingsOf(frame).cx;
+    GiveSize(frame, at, {width, area.bottom - area.top}, SWP_NOREDRAW);
+    GiveSize(frame, at, {width, wanted.cy + SurroundingsOf(frame).cy}, 0);
+    RedrawWindow(frame.window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
+    RethrowEscapedException();
 }
 
 } // namespace vantrel
