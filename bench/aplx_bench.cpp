@@ -71,19 +71,6 @@ fake::AplxRecord Characters()
     return fake::RawAplxRecord(fake::AplxType::Character, {CharacterCount}, text);
 }
 
-// The floor: that many bytes of warm memory into a fresh block, which is freed outside the measured time as the result is.
-double CopySeconds(const std::vector<std::uint8_t>& source)
-{
-    void* copy = nullptr;
-    const double seconds = SecondsOf([&] {
-        copy = std::malloc(source.size());
-        std::memcpy(copy, source.data(), source.size());
-        benchmark::DoNotOptimize(copy);
-    });
-    std::free(copy);
-    return seconds;
-}
-
 struct RecordKind {
     fake::AplxRecord (*make)();
     std::int64_t treeBytes;
@@ -101,7 +88,7 @@ void In(benchmark::State& state, RecordKind kind)
             ScdrPtr tree;
             return SecondsOf([&] { tree.reset(aplx::ObjectToScdr(&session.context, record.data())); });
         },
-        [&] { return CopySeconds(source); });
+        [&] { return CopySeconds(source.data(), source.size()); });
 }
 
 void Out(benchmark::State& state, RecordKind kind)
@@ -118,7 +105,7 @@ void Out(benchmark::State& state, RecordKind kind)
             session.instance.output.reset();
             return seconds;
         },
-        [&] { return CopySeconds(source); });
+        [&] { return CopySeconds(source.data(), source.size()); });
 }
 
 #define VANTREL_RECORD(name, ...)                                                                            \
@@ -126,12 +113,12 @@ void Out(benchmark::State& state, RecordKind kind)
         ->Name("aplx/in/" #name)                                                                             \
         ->UseManualTime()                                                                                    \
         ->Unit(benchmark::kMillisecond)                                                                      \
-        ->Iterations(7);                                                                                     \
+        ->Iterations(Times(7));                                                                              \
     BENCHMARK_CAPTURE(Out, name, RecordKind{__VA_ARGS__})                                                    \
         ->Name("aplx/out/" #name)                                                                            \
         ->UseManualTime()                                                                                    \
         ->Unit(benchmark::kMillisecond)                                                                      \
-        ->Iterations(7)
+        ->Iterations(Times(7))
 
 VANTREL_RECORD(integers, Integers, NumberCount * 8, CopyTarget);
 VANTREL_RECORD(floats, Floats, NumberCount * 8, CopyTarget);

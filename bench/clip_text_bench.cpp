@@ -52,7 +52,7 @@ BENCHMARK(TableOfNumbers)
     ->Name("model/clip_text/100k_x_10_numbers")
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond)
-    ->Iterations(5);
+    ->Iterations(Times(5));
 
 } // namespace
 } // namespace vantrel

@@ -90,19 +90,6 @@ fake::Array ShortTexts()
     return fake::NestedArray({LeafCount}, std::move(items));
 }
 
-// The floor: that many bytes of warm memory into a fresh block, which is freed outside the measured time as the result is.
-double CopySeconds(const std::vector<std::uint8_t>& source)
-{
-    void* copy = nullptr;
-    const double seconds = SecondsOf([&] {
-        copy = std::malloc(source.size());
-        std::memcpy(copy, source.data(), source.size());
-        benchmark::DoNotOptimize(copy);
-    });
-    std::free(copy);
-    return seconds;
-}
-
 struct Conversion {
     fake::Array (*make)();
     std::int64_t inBytes;
@@ -121,7 +108,7 @@ void In(benchmark::State& state, Conversion conversion)
             ScdrPtr tree;
             return SecondsOf([&] { tree.reset(ObjectToScdr(&session.context, localp)); });
         },
-        [&] { return CopySeconds(source); });
+        [&] { return CopySeconds(source.data(), source.size()); });
     session.interpreter.FreeLocalp(localp);
 }
 
@@ -139,7 +126,7 @@ void Out(benchmark::State& state, Conversion conversion)
             FreeObject(&session.context, written);
             return seconds;
         },
-        [&] { return CopySeconds(source); });
+        [&] { return CopySeconds(source.data(), source.size()); });
     session.interpreter.FreeLocalp(localp);
 }
 
@@ -152,12 +139,12 @@ constexpr std::int64_t ShortTextBytes = LeafCount * 8;
         ->Name("dyalog/in/" #name)                                                                           \
         ->UseManualTime()                                                                                    \
         ->Unit(benchmark::kMillisecond)                                                                      \
-        ->Iterations(7);                                                                                     \
+        ->Iterations(Times(7));                                                                              \
     BENCHMARK_CAPTURE(Out, name, Conversion{__VA_ARGS__})                                                    \
         ->Name("dyalog/out/" #name)                                                                          \
         ->UseManualTime()                                                                                    \
         ->Unit(benchmark::kMillisecond)                                                                      \
-        ->Iterations(7)
+        ->Iterations(Times(7))
 
 VANTREL_CONVERSION(floats, RandomFloats, FloatCount * 8, FloatCount * 8, CopyTarget);
 VANTREL_CONVERSION(whole_floats, WholeFloats, FloatCount * 8, FloatCount * 4, 0.0);

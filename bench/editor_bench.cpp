@@ -118,11 +118,11 @@ void RegisterKeys()
         benchmark::RegisterBenchmark(("editor/matrix_1M_rows/" + name).c_str(), &BM_Key<BigMatrix>)
             ->Arg(key)
             ->UseManualTime()
-            ->Iterations(3);
+            ->Iterations(Times(3));
         benchmark::RegisterBenchmark(("editor/vector_100K_lines/" + name).c_str(), &BM_Key<BigVector>)
             ->Arg(key)
             ->UseManualTime()
-            ->Iterations(3);
+            ->Iterations(Times(3));
     }
 }
 
@@ -185,7 +185,7 @@ BENCHMARK(BM_ScrollMatrix)
     ->Name("editor/scroll/10M_rows_vs_10K")
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond)
-    ->Iterations(20);
+    ->Iterations(Times(20));
 
 // --- one endless line ---
 
@@ -224,7 +224,7 @@ void BM_EndlessLine(benchmark::State& state)
     state.counters["microseconds"] = worst * 1e6;
     SetTarget(state, "microseconds", MostMicroseconds);
 }
-BENCHMARK(BM_EndlessLine)->Name("editor/line_of_4M/type_and_paint")->UseManualTime()->Iterations(3);
+BENCHMARK(BM_EndlessLine)->Name("editor/line_of_4M/type_and_paint")->UseManualTime()->Iterations(Times(3));
 
 // --- a million lines ---
 

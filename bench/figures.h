@@ -8,6 +8,9 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
 #include <limits>
 #include <string>
 
@@ -24,6 +27,12 @@ template <typename Work> double SecondsOf(Work work)
     work();
     benchmark::ClobberMemory();
     return Seconds() - start;
+}
+
+// How often a benchmark that says so itself repeats its work: once in a run that only asks whether they work (VANTREL_BENCH_ONCE).
+inline std::int64_t Times(std::int64_t iterations)
+{
+    return std::getenv("VANTREL_BENCH_ONCE") != nullptr ? 1 : iterations;
 }
 
 inline void SetTarget(benchmark::State& state, const std::string& counter, double target)
@@ -47,6 +56,19 @@ void CompareWithFloor(benchmark::State& state, double target, Work work, Floor f
     state.counters["floor_ms"] = bestFloor * 1000;
     state.counters["ratio"] = best / bestFloor;
     SetTarget(state, "ratio", target);
+}
+
+// The floor of what makes a block: that many bytes of warm memory copied into a fresh one, which is freed outside the measured time.
+inline double CopySeconds(const void* source, std::size_t bytes)
+{
+    void* copy = nullptr;
+    const double seconds = SecondsOf([&] {
+        copy = std::malloc(bytes);
+        std::memcpy(copy, source, bytes);
+        benchmark::DoNotOptimize(copy);
+    });
+    std::free(copy);
+    return seconds;
 }
 
 } // namespace vantrel

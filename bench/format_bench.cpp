@@ -165,7 +165,11 @@ void FormatBooleans(benchmark::State& state)
 }
 
 #define VANTREL_FORMAT_BENCHMARK(routine, name)                                                              \
-    BENCHMARK(routine)->Name("format/" name)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(5)
+    BENCHMARK(routine)                                                                                       \
+        ->Name("format/" name)                                                                               \
+        ->UseManualTime()                                                                                    \
+        ->Unit(benchmark::kMillisecond)                                                                      \
+        ->Iterations(Times(5))
 VANTREL_FORMAT_BENCHMARK(FormatUniformReals, "reals/uniform");
 VANTREL_FORMAT_BENCHMARK(FormatSignedReals, "reals/signed");
 VANTREL_FORMAT_BENCHMARK(FormatRealsOfAllSizes, "reals/all_sizes");

@@ -125,12 +125,12 @@ void Out(benchmark::State& state, std::vector<double> (*make)(), double target)
         ->Name("matlab/in/" #name)                                                                           \
         ->UseManualTime()                                                                                    \
         ->Unit(benchmark::kMillisecond)                                                                      \
-        ->Iterations(7);                                                                                     \
+        ->Iterations(Times(7));                                                                              \
     BENCHMARK_CAPTURE(Out, name, make, target)                                                               \
         ->Name("matlab/out/" #name)                                                                          \
         ->UseManualTime()                                                                                    \
         ->Unit(benchmark::kMillisecond)                                                                      \
-        ->Iterations(7)
+        ->Iterations(Times(7))
 
 VANTREL_MATRIX(fractions, Fractions, Target);
 // Whole doubles go out as 32-bit integers: half the memory, but a second look at every value.

@@ -49,17 +49,6 @@ ScdrPtr MakeBytes(Context& context, std::uint32_t type, const std::vector<std::i
     return node;
 }
 
-double CopySeconds(const void* source, std::size_t bytes)
-{
-    void* block = nullptr;
-    const double seconds = SecondsOf([&] {
-        block = std::malloc(bytes);
-        std::memcpy(block, source, bytes);
-    });
-    std::free(block);
-    return seconds;
-}
-
 // The result is freed outside the measured time.
 template <typename Make> double MakeSeconds(Make make)
 {
@@ -90,7 +79,7 @@ BENCHMARK(TransposeFloats)
     ->Args({5'000'000, 2})
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond)
-    ->Iterations(8);
+    ->Iterations(Times(8));
 
 void ReverseFloats(benchmark::State& state)
 {
@@ -102,7 +91,7 @@ BENCHMARK(ReverseFloats)
     ->Name("builtin/reverse/floats")
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond)
-    ->Iterations(8);
+    ->Iterations(Times(8));
 
 void ReverseCharacters(benchmark::State& state)
 {
@@ -114,7 +103,7 @@ BENCHMARK(ReverseCharacters)
     ->Name("builtin/reverse/characters")
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond)
-    ->Iterations(8);
+    ->Iterations(Times(8));
 
 // Columns that do not fill whole bytes, so that every row starts within one.
 void ReverseBits(benchmark::State& state)
@@ -129,7 +118,7 @@ BENCHMARK(ReverseBits)
     ->Arg(9999)
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond)
-    ->Iterations(8);
+    ->Iterations(Times(8));
 
 void ReverseRowsOfBits(benchmark::State& state)
 {
@@ -141,7 +130,7 @@ BENCHMARK(ReverseRowsOfBits)
     ->Name("builtin/reverse_axis1/bits")
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond)
-    ->Iterations(8);
+    ->Iterations(Times(8));
 
 void GradeFloats(benchmark::State& state)
 {
@@ -166,7 +155,7 @@ BENCHMARK(GradeFloats)
     ->Name("builtin/grade_up/1M_floats")
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond)
-    ->Iterations(8);
+    ->Iterations(Times(8));
 
 // --- a million short vectors ---
 
@@ -206,7 +195,7 @@ BENCHMARK(EnlistLeaves)
     ->Name("builtin/enlist/1M_vectors")
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond)
-    ->Iterations(8);
+    ->Iterations(Times(8));
 
 void ReverseLeaves(benchmark::State& state)
 {
@@ -218,7 +207,7 @@ BENCHMARK(ReverseLeaves)
     ->Name("builtin/reverse/1M_vectors")
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond)
-    ->Iterations(5);
+    ->Iterations(Times(5));
 
 // --- the clipboard image ---
 
@@ -237,7 +226,7 @@ BENCHMARK(WriteSimpleImage)
     ->Name("model/ccdr_out/80MB")
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond)
-    ->Iterations(8);
+    ->Iterations(Times(8));
 
 void ReadSimpleImage(benchmark::State& state)
 {
@@ -251,7 +240,7 @@ BENCHMARK(ReadSimpleImage)
     ->Name("model/ccdr_in/80MB")
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond)
-    ->Iterations(8);
+    ->Iterations(Times(8));
 
 void WriteLeaves(benchmark::State& state)
 {
@@ -263,7 +252,7 @@ BENCHMARK(WriteLeaves)
     ->Name("model/ccdr_out/1M_vectors")
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond)
-    ->Iterations(8);
+    ->Iterations(Times(8));
 
 void ReadLeaves(benchmark::State& state)
 {
@@ -281,7 +270,7 @@ BENCHMARK(ReadLeaves)
     ->Name("model/ccdr_in/1M_vectors")
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond)
-    ->Iterations(8);
+    ->Iterations(Times(8));
 
 } // namespace
 } // namespace vantrel

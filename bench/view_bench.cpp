@@ -127,7 +127,7 @@ BENCHMARK(LayOutAMillionLeaves)
     ->Name("view/layout/1M_leaves")
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond)
-    ->Iterations(5);
+    ->Iterations(Times(5));
 
 // One leaf has grown: every later one moves.
 void LayOutAgainAfterOneChange(benchmark::State& state)
@@ -150,7 +150,7 @@ BENCHMARK(LayOutAgainAfterOneChange)
     ->Name("view/layout_again/1M_leaves")
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond)
-    ->Iterations(5);
+    ->Iterations(Times(5));
 
 // Commits one edited leaf among a million: its place in percent of the vector, and whether its text changes its length, so that all boxes
 // behind it move.
@@ -317,7 +317,7 @@ int RegisterComparisons()
                                              CompareSizes(state, sizes.large, sizes.small, action.run);
                                          })
                 ->UseManualTime()
-                ->Iterations(20);
+                ->Iterations(Times(20));
         }
     }
     return 0;
