@@ -3,27 +3,8 @@
 # a built workbench. Prints what it did; ends with 1 at the first thing that is not as it should be.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-root=$PWD
-logs=$root/build/logs
-mkdir -p "$logs"
+. scripts/drive-env.sh
 workbench=$root/build/win64/vantrel-workbench.exe
-
-. scripts/wine-env.sh
-. scripts/x11-env.sh
-work=$(mktemp -d)
-end_started() {
-    wine_close
-    display_close
-    rm -rf "$work"
-    return 0
-}
-trap end_started EXIT
-trap 'exit 130' INT TERM HUP
-
-fail() {
-    printf 'clipboard: %s\n' "$1" >&2
-    exit 1
-}
 
 # start FILE [OUTPUT]: an editor on a file; `editor` is its process. The window manager gives its window the focus.
 start() {
@@ -32,12 +13,6 @@ start() {
     wine "$workbench" ${arguments[@]+"${arguments[@]}"} "$(wine_path "$1")" >"$logs/clipboard-editor.log" 2>&1 </dev/null &
     editor=$!
     display_window --name "${1##*/}" "$editor" >"$logs/clipboard-window.log" || fail "no window of the editor on $1"
-    display_settle
-}
-
-# press KEY: to the focused window, with time to act on it.
-press() {
-    xdotool key --clearmodifiers "$1"
     display_settle
 }
 
@@ -52,8 +27,7 @@ clipboard_text() {
 
 # Saves and waits until the program has written its file.
 save_and_end() {
-    press ctrl+s
-    press alt+F4
+    press ctrl+s alt+F4
     for _ in $(seq 100); do
         kill -0 "$editor" 2>/dev/null || break
         sleep 0.1
@@ -70,8 +44,7 @@ compact() {
     tr -d ' \n\r' <"$1"
 }
 
-display_open "$logs"
-wine_open x11
+drive_open
 
 printf 'ab,c,1\nd,7,x\n' >"$work/table.csv"
 printf '["old", [1, 2]]' >"$work/old.json"

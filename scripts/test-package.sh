@@ -3,26 +3,7 @@
 # compared. The workbench's package plays the interpreter for the libraries of the others.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-root=$PWD
-logs=$root/build/logs
-mkdir -p "$logs"
-
-. scripts/wine-env.sh
-. scripts/x11-env.sh
-work=$(mktemp -d)
-end_started() {
-    wine_close
-    display_close
-    rm -rf "$work"
-    return 0
-}
-trap end_started EXIT
-trap 'exit 130' INT TERM HUP
-
-fail() {
-    printf 'package: %s\n' "$1" >&2
-    exit 1
-}
+. scripts/drive-env.sh
 
 # unpack HOST: into a folder of its own; the page and the licences must be there.
 unpack() {
@@ -45,10 +26,7 @@ edit() {
     editor=$!
     display_window --class vantrel-workbench "$editor" >/dev/null || fail "no window of the editor for $host"
     display_settle
-    for key in x ctrl+s alt+F4; do
-        xdotool key --clearmodifiers "$key"
-        display_settle
-    done
+    press x ctrl+s alt+F4
     wait "$editor" || fail "the edit for $host ended with $?"
     [ "$(cat "$folder/saved.json")" = '"xabc"' ] || fail "the edit for $host gave $(cat "$folder/saved.json")"
     printf 'ok: %s\n' "$host"
@@ -60,8 +38,7 @@ for host in dyalog matlab aplx workbench; do
     unpack "$host"
 done
 
-display_open "$logs"
-wine_open x11
+drive_open
 edit dyalog "$work/dyalog/vantrel.dll"
 edit matlab "$work/matlab/vantrel.mexw64"
 edit aplx "$work/aplx/vantrel.dll"
