@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "entry/trace.h"
+#include "tools/decimal.h"
 
 namespace vantrel {
 namespace {
@@ -15,24 +16,10 @@ constexpr const char16_t* WordLabels[LabelCount] = {u"Type:",  u" Depth:", u" Ne
 
 enum LabelIndex : std::int32_t { LabelType, LabelDepth, LabelCountOf, LabelRank, LabelShape, LabelPickIndex };
 
-void AppendNumber(Text& text, std::int64_t number)
-{
-    char16_t digits[20];
-    std::size_t first = std::size(digits);
-    auto rest = static_cast<std::uint64_t>(number);
-    if (number < 0) rest = 0 - rest;
-    do {
-        digits[--first] = static_cast<char16_t>(u'0' + rest % 10);
-        rest /= 10;
-    } while (rest != 0);
-    if (number < 0) text += u'-';
-    text.append(digits + first, std::size(digits) - first);
-}
-
 Text NumberText(std::int64_t number)
 {
     Text text;
-    AppendNumber(text, number);
+    AppendDecimal(text, number);
     return text;
 }
 
@@ -96,7 +83,7 @@ Text ShapeText(const Scdr& node)
     Text text;
     for (std::int32_t axis = 0; axis < node.Rank; ++axis) {
         if (axis > 0) text += u' ';
-        AppendNumber(text, node.Shape[axis]);
+        AppendDecimal(text, node.Shape[axis]);
     }
     return text;
 }
@@ -114,7 +101,7 @@ Text PlaneText(const Scdr& node, std::int64_t indexOrigin)
     }
     Text text(1, u'[');
     for (std::int32_t axis = 0; axis < leading; ++axis) {
-        if (node.Shape[axis] != 0) AppendNumber(text, indices[static_cast<std::size_t>(axis)] + indexOrigin);
+        if (node.Shape[axis] != 0) AppendDecimal(text, indices[static_cast<std::size_t>(axis)] + indexOrigin);
         text += u';';
     }
     text += u";]";

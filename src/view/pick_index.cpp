@@ -8,6 +8,7 @@
 #include "entry/command_log.h"
 #include "entry/trace.h"
 #include "model/tree_walk.h"
+#include "tools/decimal.h"
 
 namespace vantrel {
 namespace {
@@ -36,20 +37,6 @@ Vector<PickLevel> FindLevels(const Scdr& node, bool throughMaximize)
     return levels;
 }
 
-void AppendNumber(Text& text, std::int64_t number)
-{
-    char16_t digits[24];
-    std::size_t first = std::size(digits);
-    auto rest = static_cast<std::uint64_t>(number);
-    if (number < 0) rest = 0 - rest;
-    do {
-        digits[--first] = static_cast<char16_t>(u'0' + rest % 10);
-        rest /= 10;
-    } while (rest != 0);
-    if (number < 0) digits[--first] = u'-';
-    text.append(digits + first, std::size(digits) - first);
-}
-
 // The coordinates of an item of an array of rank >= 2: the plane along each leading axis, then row and column.
 void AppendCoordinates(Text& text, const PickLevel& level, std::int64_t origin)
 {
@@ -60,7 +47,7 @@ void AppendCoordinates(Text& text, const PickLevel& level, std::int64_t origin)
     for (std::int32_t axis = 0; axis < parent.Rank; ++axis) {
         cell /= parent.Shape[axis];
         if (axis > 0) text += u' ';
-        AppendNumber(text, rest / cell + origin);
+        AppendDecimal(text, rest / cell + origin);
         rest %= cell;
     }
     text += u')';
@@ -71,7 +58,7 @@ void AppendLevel(Text& text, const PickLevel& level, std::int64_t origin)
     if (level.parent->Rank == 0) {
         text += u"'' ";
     } else if (level.parent->Rank == 1) {
-        AppendNumber(text, level.index + origin);
+        AppendDecimal(text, level.index + origin);
     } else {
         AppendCoordinates(text, level, origin);
     }

@@ -18,22 +18,6 @@ constexpr int PieceUnits = 512;                    // characters handed to the s
 
 // --- small things ---
 
-// BeginPaint .. EndPaint.
-class Paint {
-public:
-    explicit Paint(HWND window) noexcept : window_(window), dc_(BeginPaint(window, &paint_)) {}
-    ~Paint() { EndPaint(window_, &paint_); }
-    Paint(const Paint&) = delete;
-    Paint& operator=(const Paint&) = delete;
-    [[nodiscard]] HDC Dc() const noexcept { return dc_; }
-    [[nodiscard]] const RECT& Part() const noexcept { return paint_.rcPaint; }
-
-private:
-    HWND window_;
-    PAINTSTRUCT paint_{};
-    HDC dc_;
-};
-
 // Clips to a rectangle for as long as it lives.
 class Clip {
 public:
@@ -249,7 +233,7 @@ void DrawPicture(EditInstance& instance, HDC dc)
 void PaintEditWindow(EditInstance& instance)
 {
     const TraceScope trace("edit_paint.cpp", "PaintEditWindow");
-    const Paint paint(WindowOf(instance));
+    const PaintScope paint(WindowOf(instance));
     const Rect64 client = instance.edit.client;
     PaintBuffer buffer(paint.Dc(), ToPixel(client.right), ToPixel(client.bottom));
     DrawPicture(instance, buffer.Dc());

@@ -61,19 +61,6 @@ bool FindStatusFont(const FrameWindow& frame, LOGFONTW& wanted) noexcept
     return true;
 }
 
-// A font that lives as long as the guard.
-class OwnFont {
-public:
-    explicit OwnFont(const LOGFONTW& logFont) noexcept : font_(CreateFontIndirectW(&logFont)) {}
-    ~OwnFont() { DeleteObject(font_); }
-    OwnFont(const OwnFont&) = delete;
-    OwnFont& operator=(const OwnFont&) = delete;
-    [[nodiscard]] HFONT Get() const noexcept { return font_; }
-
-private:
-    HFONT font_;
-};
-
 void MeasureTexts(const FrameWindow& frame, HFONT font, const StatusParts& parts, std::int32_t* widths)
 {
     const WindowDc dc(frame.status);

@@ -1,21 +1,11 @@
 #include "frame/win/tool_pictures.h"
 
-#include <objidl.h>
-#include <shlwapi.h>
-
 #include <algorithm>
 #include <memory>
 
-// The GDI+ headers use the macros that NOMINMAX takes away.
-namespace Gdiplus {
-using std::max;
-using std::min;
-} // namespace Gdiplus
-#include <gdiplus.h>
-
 #include "entry/trace.h"
 #include "resources/resource.h"
-#include "tools/win/window.h"
+#include "tools/win/png.h"
 
 namespace vantrel {
 namespace {
@@ -49,20 +39,6 @@ UINT StripOfSize(int size) noexcept
     case 48: return IDP_TOOLS_48;
     default: return IDP_TOOLS_16;
     }
-}
-
-std::unique_ptr<Gdiplus::Bitmap> LoadStrip(int size)
-{
-    HINSTANCE const module = ModuleInstance();
-    HRSRC const resource = FindResourceW(module, MAKEINTRESOURCEW(StripOfSize(size)), L"PNG");
-    if (resource == nullptr) return nullptr;
-    const void* const bytes = LockResource(LoadResource(module, resource));
-    IStream* const stream =
-        SHCreateMemStream(static_cast<const BYTE*>(bytes), SizeofResource(module, resource));
-    if (stream == nullptr) return nullptr;
-    auto bitmap = std::make_unique<Gdiplus::Bitmap>(stream);
-    stream->Release(); // the bitmap has a reference of its own
-    return bitmap->GetLastStatus() == Gdiplus::Ok ? std::move(bitmap) : nullptr;
 }
 
 BYTE Mixed(BYTE from, BYTE to, UINT share) noexcept
@@ -119,7 +95,7 @@ HIMAGELIST LoadToolPictures(int size, const PictureColors& colors)
 {
     TraceScope trace("tool_pictures.cpp", "LoadToolPictures");
     const GdiplusScope gdiplus;
-    const std::unique_ptr<Gdiplus::Bitmap> strip = LoadStrip(size);
+    const std::unique_ptr<Gdiplus::Bitmap> strip = LoadPng(StripOfSize(size));
     if (strip == nullptr) return nullptr;
     HBITMAP const bitmap = ColourStrip(*strip, colors);
     if (bitmap == nullptr) return nullptr;

@@ -24,6 +24,19 @@ void ChangeFontSize(HWND window, std::int32_t delta);
 // Gives a window a font of its own that is a copy of `font`, redraws, and deletes the copy given before.
 void CopyFontToWindow(HWND window, HFONT font) noexcept;
 
+// A font that lives as long as the guard.
+class OwnFont {
+public:
+    explicit OwnFont(const LOGFONTW& logFont) noexcept : font_(CreateFontIndirectW(&logFont)) {}
+    ~OwnFont() { DeleteObject(font_); }
+    OwnFont(const OwnFont&) = delete;
+    OwnFont& operator=(const OwnFont&) = delete;
+    [[nodiscard]] HFONT Get() const noexcept { return font_; }
+
+private:
+    HFONT font_;
+};
+
 // Measures of a font.
 struct FontMetrics {
     std::int32_t lineHeight = 0; // tmHeight + tmExternalLeading

@@ -1,22 +1,12 @@
 #include "tools/win/visual_cues.h"
 
-#include <objidl.h>
-#include <shlwapi.h>
-
 #include <algorithm>
 #include <array>
 #include <memory>
 
-// The GDI+ headers use the macros that NOMINMAX takes away.
-namespace Gdiplus {
-using std::max;
-using std::min;
-} // namespace Gdiplus
-#include <gdiplus.h>
-
 #include "entry/trace.h"
 #include "resources/resource.h"
-#include "tools/win/window.h"
+#include "tools/win/png.h"
 
 namespace vantrel {
 
@@ -35,20 +25,6 @@ std::unique_ptr<CuePictures> g_pictures;
 
 constexpr Gdiplus::RotateFlipType Turns[Sides] = {Gdiplus::RotateNoneFlipNone, Gdiplus::Rotate90FlipNone,
                                                   Gdiplus::Rotate180FlipNone, Gdiplus::Rotate270FlipNone};
-
-std::unique_ptr<Gdiplus::Bitmap> LoadPng(UINT id)
-{
-    const HINSTANCE module = ModuleInstance();
-    const HRSRC resource = FindResourceW(module, MAKEINTRESOURCEW(id), L"PNG");
-    if (resource == nullptr) return nullptr;
-    const void* const bytes = LockResource(LoadResource(module, resource));
-    IStream* const stream =
-        SHCreateMemStream(static_cast<const BYTE*>(bytes), SizeofResource(module, resource));
-    if (stream == nullptr) return nullptr;
-    auto bitmap = std::make_unique<Gdiplus::Bitmap>(stream);
-    stream->Release(); // the bitmap has a reference of its own
-    return bitmap->GetLastStatus() == Gdiplus::Ok ? std::move(bitmap) : nullptr;
-}
 
 void LoadTurned(UINT id, std::array<std::unique_ptr<Gdiplus::Bitmap>, Sides>& pictures)
 {

@@ -53,6 +53,22 @@ private:
     HDC dc_;
 };
 
+// Between BeginPaint and EndPaint. The region becomes valid even when nothing is painted, or the message would come again at once.
+class PaintScope {
+public:
+    explicit PaintScope(HWND window) noexcept : window_(window), dc_(BeginPaint(window, &paint_)) {}
+    ~PaintScope() { EndPaint(window_, &paint_); }
+    PaintScope(const PaintScope&) = delete;
+    PaintScope& operator=(const PaintScope&) = delete;
+    [[nodiscard]] HDC Dc() const noexcept { return dc_; }
+    [[nodiscard]] const RECT& Part() const noexcept { return paint_.rcPaint; }
+
+private:
+    HWND window_;
+    PAINTSTRUCT paint_{};
+    HDC dc_;
+};
+
 // An off-screen bitmap of a client area; `Present` copies it to the screen in one piece.
 class PaintBuffer {
 public:

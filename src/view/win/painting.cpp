@@ -16,22 +16,6 @@ namespace {
 // Drawing routines of the system compute in few bits; nothing that far out is seen.
 constexpr std::int64_t FarAway = 30000;
 
-// Between BeginPaint and EndPaint. The region becomes valid even when nothing is painted, or the message would come again at once.
-class PaintScope {
-public:
-    explicit PaintScope(HWND window) noexcept : window_(window), dc_(BeginPaint(window, &paint_)) {}
-    ~PaintScope() { EndPaint(window_, &paint_); }
-    PaintScope(const PaintScope&) = delete;
-    PaintScope& operator=(const PaintScope&) = delete;
-    [[nodiscard]] HDC Dc() const noexcept { return dc_; }
-    [[nodiscard]] const RECT& Part() const noexcept { return paint_.rcPaint; }
-
-private:
-    HWND window_;
-    PAINTSTRUCT paint_{};
-    HDC dc_;
-};
-
 class PreparedTarget {
 public:
     explicit PreparedTarget(PaintTarget& target) : target_(target) { HdcSetup(target_); }

@@ -42,18 +42,6 @@ private:
     HDC dc_;
 };
 
-class OwnFont {
-public:
-    explicit OwnFont(const LOGFONTW& logFont) noexcept : font_(CreateFontIndirectW(&logFont)) {}
-    ~OwnFont() { DeleteObject(font_); }
-    OwnFont(const OwnFont&) = delete;
-    OwnFont& operator=(const OwnFont&) = delete;
-    [[nodiscard]] HFONT Get() const noexcept { return font_; }
-
-private:
-    HFONT font_;
-};
-
 struct Resolution {
     int x;
     int y;
