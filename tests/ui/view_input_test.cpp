@@ -326,6 +326,63 @@ void Wheel(const User& user, WORD keys, int delta)
     SendMessageW(user.Client(), WM_MOUSEWHEEL, MAKEWPARAM(keys, delta), 0);
 }
 
+// The system's number of lines for each click of the wheel, put back in the end.
+class WheelLines {
+public:
+    explicit WheelLines(UINT lines)
+    {
+        SystemParametersInfoW(SPI_GETWHEELSCROLLLINES, 0, &before_, 0);
+        SystemParametersInfoW(SPI_SETWHEELSCROLLLINES, lines, nullptr, 0);
+    }
+    ~WheelLines() { SystemParametersInfoW(SPI_SETWHEELSCROLLLINES, before_, nullptr, 0); }
+    WheelLines(const WheelLines&) = delete;
+    WheelLines& operator=(const WheelLines&) = delete;
+
+private:
+    UINT before_ = 3;
+};
+
+TEST_F(Input, TheWheelScrollsByTheSystemsLines)
+{
+    RunEdit(interpreter, Words({60, 40}), [](User& user) {
+        const FontSize font = FontOf(user.Client());
+        const auto down = [&] { return BarPosition(user.Client(), SB_VERT); };
+        const auto across = [&] { return BarPosition(user.Client(), SB_HORZ); };
+        const auto end = [&] {
+            SCROLLINFO info{};
+            info.cbSize = sizeof info;
+            info.fMask = SIF_ALL;
+            GetScrollInfo(user.Client(), SB_VERT, &info);
+            return info.nMax - static_cast<int>(info.nPage);
+        };
+        {
+            const WheelLines lines(5);
+            Wheel(user, 0, -120);
+            user.ExpectEqual(down(), 5 * font.line, "one click: five lines");
+            Wheel(user, 0, -240);
+            user.ExpectEqual(down(), 15 * font.line, "two clicks: ten more");
+            Wheel(user, 0, -60);
+            user.ExpectEqual(down(), 15 * font.line, "half a click: none");
+            Wheel(user, 0, 600);
+            user.ExpectEqual(down(), 0, "not before the start");
+            Wheel(user, MK_SHIFT, -120);
+            user.ExpectEqual(across(), 5 * font.character, "with Shift five characters");
+            user.ExpectEqual(down(), 0, "and only sideways");
+            for (const int button : {MK_LBUTTON, MK_RBUTTON, MK_MBUTTON})
+                Wheel(user, static_cast<WORD>(button), -120);
+            user.ExpectEqual(down(), 0, "not with a button down");
+        }
+        {
+            const WheelLines none(0);
+            Wheel(user, 0, -120);
+            user.ExpectEqual(down(), 0, "no lines, no scrolling");
+        }
+        const WheelLines page(WHEEL_PAGESCROLL);
+        Wheel(user, 0, -120);
+        user.ExpectEqual(down(), end(), "by pages, and not beyond the end");
+    });
+}
+
 TEST_F(Input, AHeldButtonOrNoLinesKeepTheWheelFromPaging)
 {
     RunEdit(interpreter, Planes(), [](User& user) {
@@ -335,11 +392,10 @@ TEST_F(Input, AHeldButtonOrNoLinesKeepTheWheelFromPaging)
         Wheel(user, 0, -119);
         Wheel(user, 0, 119);
         user.ExpectEqual(ShownItem(user), u"(1 1 1)", "less than a click");
-        UINT lines = 3;
-        SystemParametersInfoW(SPI_GETWHEELSCROLLLINES, 0, &lines, 0);
-        SystemParametersInfoW(SPI_SETWHEELSCROLLLINES, 0, nullptr, 0);
-        Wheel(user, 0, -120);
-        SystemParametersInfoW(SPI_SETWHEELSCROLLLINES, lines, nullptr, 0);
+        {
+            const WheelLines none(0);
+            Wheel(user, 0, -120);
+        }
         user.ExpectEqual(ShownItem(user), u"(1 1 1)", "the wheel is switched off");
         Wheel(user, 0, -600);
         user.ExpectEqual(ShownItem(user), u"(6 1 1)", "five clicks");
@@ -533,6 +589,18 @@ TEST_F(Input, APickIndexNamesThePathAndLeadsBack)
             user.ExpectEqual(PickIndexOf(user, false), u"2 (1 2)", "and changes nothing");
         }
         user.Expect(FocusOf(user) == user.Editor(), "the keyboard went along");
+    });
+}
+
+TEST_F(Input, APickIndexCountsFromTheInterpretersOrigin)
+{
+    InterpreterOptions options;
+    options.indexOrigin = 0;
+    Interpreter fromZero(options);
+    RunEdit(fromZero, NestedArray({2}, {Text(u"a"), Words({2, 3})}), [](User& user) {
+        user.ExpectEqual(SelectIndex(user, u"1 (1 2)"), 0, "the last item");
+        user.ExpectEqual(PickIndexOf(user, false), u"1 (1 2)", "names itself so");
+        user.Expect(SelectIndex(user, u"2") != 0, "there is nothing behind it");
     });
 }
 

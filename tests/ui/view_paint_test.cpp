@@ -254,6 +254,49 @@ TEST_F(Painting, NumbersAreTintedModulo255)
     });
 }
 
+// Where a colour stands in a part of a picture.
+std::vector<POINT> PlacesOf(const Picture& picture, COLORREF colour, const RECT& area)
+{
+    std::vector<POINT> places;
+    for (int y = area.top; y < area.bottom; ++y) {
+        for (int x = area.left; x < area.right; ++x) {
+            if (picture.At(x, y) == colour) places.push_back({x, y});
+        }
+    }
+    return places;
+}
+
+TEST_F(Painting, NoCharacterMovesWhenItsArrayIsSelected)
+{
+    const Array nest = NestedArray({5}, {Text(u"text"), FloatArray({2}, {888.5, 8}), Number(42),
+                                         TextOf({2, 3}, u"abcdef"), TextOf({2, 1, 2, 3}, u"ghijklmnopqr")});
+    RunEdit(interpreter, nest, [](User& user) {
+        for (const char16_t* const index : {u"1", u"2", u"3", u"4", u"5"}) {
+            const RECT box = BoxOf(user, index);
+            user.Command(FindCommand); // the keyboard and the caret go elsewhere
+            const Picture open = user.Shot(user.Client());
+            SelectIndex(user, u" ");
+            const Picture closed = user.Shot(user.Client());
+            const bool isNumber = index[0] == u'2' || index[0] == u'3';
+            const COLORREF ink = isNumber ? RGB(64, 64, 224) : GetSysColor(COLOR_WINDOWTEXT);
+            // Beside the small bars, whose arrows have the text's colour.
+            const bool hasBars = index[0] >= u'4';
+            const RECT area{box.left + 2, box.top + 2, box.right - 2 - (hasBars ? 19 : 0),
+                            box.bottom - 2 - (hasBars ? 19 : 0)};
+            const auto places = PlacesOf(open, ink, area);
+            // The frames of a rank above 2 stand where the editor begins.
+            const int frames = index[0] == u'5' ? 2 * 2 * EdgeWidth() : 0;
+            const auto same = [frames](const POINT& a, const POINT& b) {
+                return a.x + frames == b.x && a.y == b.y;
+            };
+            const auto painted = PlacesOf(closed, ink, area);
+            user.Expect(places.size() > 10, "its text shows");
+            user.Expect(std::equal(places.begin(), places.end(), painted.begin(), painted.end(), same),
+                        "where the view paints it");
+        }
+    });
+}
+
 TEST_F(Painting, AnUnselectedArrayShowsItsCurrentPlane)
 {
     const Array planes = TextOf({2, 2, 8}, u"WWWWWWWWMMMMMMMM................");
