@@ -4,12 +4,15 @@
 #include <cstring>
 
 #include "ui/driver.h"
+#include "ui/menus.h"
+#include "ui/tree_image.h"
 
 namespace vantrel::ui {
 namespace {
 
 using namespace fake;
 
+constexpr UINT GetModified = 32973;
 constexpr UINT SetPickIndex = 32981;
 constexpr int Save = 4102;
 constexpr int CutArray = 4201;
@@ -24,25 +27,37 @@ void SelectIndex(const User& user, const char16_t* index)
     SendMessageW(user.Client(), SetPickIndex, 0, reinterpret_cast<LPARAM>(index));
 }
 
-// What is saved after the commands, given one after the other to the item with this pick index.
-Array Saved(Interpreter& interpreter, const Array& argument, const char16_t* index,
-            std::initializer_list<int> commands)
-{
-    const Outcome outcome = RunEdit(interpreter, argument, [&](User& user) {
-        if (index != nullptr) SelectIndex(user, index);
-        for (const int command : commands)
-            user.Command(command);
-        user.Command(Save);
-        user.ExpectEqual(user.StatusText(), u"Data saved", "it is saved");
-    });
-    EXPECT_TRUE(outcome.edit.hasResult);
-    return outcome.edit.result;
-}
-
 void ExpectSame(const Array& actual, const Array& expected, const char* when)
 {
     EXPECT_TRUE(SameValues(actual, expected))
         << when << ": " << Dump(actual) << " instead of " << Dump(expected);
+}
+
+struct KeyOf {
+    int command;
+    WORD key;
+    std::initializer_list<WORD> modifiers;
+};
+
+// The accelerators of array commands.
+const KeyOf Keys[] = {
+    {CutArray, 'X', {VK_CONTROL, VK_SHIFT}},   {CopyArray, 'C', {VK_CONTROL, VK_SHIFT}},
+    {PasteArray, 'V', {VK_CONTROL, VK_SHIFT}}, {UndoArray, 'Z', {VK_CONTROL, VK_SHIFT}},
+    {RedoArray, 'Y', {VK_CONTROL, VK_SHIFT}},  {4701, VK_LEFT, {VK_CONTROL, VK_SHIFT}},
+    {4702, VK_RIGHT, {VK_CONTROL, VK_SHIFT}},  {4703, VK_LEFT, {VK_MENU, VK_SHIFT}},
+    {4704, VK_RIGHT, {VK_MENU, VK_SHIFT}},     {4705, VK_UP, {VK_MENU, VK_SHIFT}},
+    {4706, VK_DOWN, {VK_MENU, VK_SHIFT}},
+};
+
+// False for a command that has no key.
+bool PressKeyOf(User& user, int command)
+{
+    for (const KeyOf& key : Keys) {
+        if (key.command != command) continue;
+        user.Key(key.key, key.modifiers);
+        return true;
+    }
+    return false;
 }
 
 struct ActionCase {
@@ -65,15 +80,41 @@ protected:
     Interpreter interpreter;
 };
 
+// By every road that leads to it.
 TEST_P(EveryAction, IsSavedUndoneAndRedone)
 {
     const ActionCase& action = GetParam();
-    const auto saved = [&](std::initializer_list<int> commands) {
-        return Saved(interpreter, action.argument, action.index, commands);
-    };
-    // What is redone is what was done: without the command there would be nothing to redo.
-    ExpectSame(saved({action.command, UndoArray}), action.argument, "undone");
-    ExpectSame(saved({action.command, UndoArray, RedoArray}), action.expected, "done, undone and redone");
+    const Outcome outcome = RunEdit(interpreter, action.argument, [&](User& user) {
+        const auto before = TreeImage(user);
+        const auto select = [&] {
+            if (action.index != nullptr) SelectIndex(user, action.index);
+        };
+        select();
+        user.Expect(ChooseFromMenuBar(user, action.command), "the menu bar offers it");
+        const auto after = TreeImage(user);
+        user.Expect(after != before, "the array changes");
+        user.ExpectEqual(SendMessageW(user.Client(), GetModified, 0, 0), 1, "and is modified");
+        PressKeyOf(user, UndoArray);
+        user.Expect(TreeImage(user) == before, "it is undone by its key");
+        user.Expect(ChooseFromContextMenu(user, RedoArray), "the context menu offers redo");
+        user.Expect(TreeImage(user) == after, "it is redone");
+        user.Expect(ChooseFromMenuBar(user, UndoArray), "the menu bar offers undo");
+        select();
+        user.Expect(ChooseFromContextMenu(user, action.command), "the context menu offers it");
+        user.Expect(TreeImage(user) == after, "and does the same");
+        user.Expect(ChooseFromContextMenu(user, UndoArray), "the context menu offers undo");
+        user.Expect(TreeImage(user) == before, "it is undone");
+        select();
+        if (PressKeyOf(user, action.command)) {
+            user.Expect(TreeImage(user) == after, "its key does the same");
+        } else {
+            user.Expect(ChooseFromMenuBar(user, RedoArray), "the menu bar offers redo");
+        }
+        user.Command(Save);
+        user.ExpectEqual(user.StatusText(), u"Data saved", "it is saved");
+    });
+    ASSERT_TRUE(outcome.edit.hasResult);
+    ExpectSame(outcome.edit.result, action.expected, "saved");
 }
 
 Array Beside(const Array& item)

@@ -4,9 +4,9 @@
 
 #include <limits>
 
-#include "model/ccdr.h"
 #include "ui/driver.h"
 #include "ui/memory_faults.h"
+#include "ui/tree_image.h"
 
 namespace vantrel::ui {
 namespace {
@@ -19,7 +19,6 @@ using fake::Text;
 using fake::TextOf;
 
 constexpr UINT GetModified = 32973;
-constexpr UINT GetSelected = 32978;
 constexpr UINT SetPickIndex = 32981;
 constexpr UINT GetBusy = 32986;
 constexpr int Revert = 4101;
@@ -64,18 +63,6 @@ LRESULT Ask(const User& user, UINT message)
     return SendMessageW(user.Client(), message, 0, 0);
 }
 
-// The whole tree; nothing where there is none.
-Image Tree(const User& user)
-{
-    const auto* node = reinterpret_cast<const Scdr*>(Ask(user, GetSelected));
-    if (node == nullptr) return {};
-    while (node->parent != nullptr)
-        node = node->parent;
-    Image image(static_cast<std::size_t>(CalcCcdrSize(*node)));
-    ScdrToCcdr(nullptr, *node, image.data());
-    return image;
-}
-
 // The array as it was handed over, with the item selected and what is typed there.
 void Prepare(const User& user, const MemoryCase& tested)
 {
@@ -99,7 +86,7 @@ protected:
     static bool TryOnce(User& user, const MemoryCase& tested, const Image& before, const Image& done,
                         std::int64_t nth, std::int64_t length)
     {
-        if (Tree(user) != before) Prepare(user, tested);
+        if (TreeImage(user) != before) Prepare(user, tested);
         const LRESULT modified = Ask(user, GetModified);
         MemoryFaults faults;
         faults.Arm(nth, length);
@@ -109,7 +96,7 @@ protected:
         RedrawWindow(user.Frame(), nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN | RDW_UPDATENOW);
         faults.Disarm();
         Sleep(1); // an edit that ends does so when its thread next looks for messages
-        const Image after = Tree(user);
+        const Image after = TreeImage(user);
         user.Expect(user.IsOpen() && !after.empty(), "the window and its array stay");
         if (!user.IsOpen() || after.empty()) return false;
         user.Expect(Ask(user, GetBusy) == 0, "the view is ready for the next command");
@@ -125,11 +112,12 @@ protected:
         // The first error that finds no memory for itself makes ready what all later ones use. What is painted meanwhile may take the
         // refusals away from it.
         std::int64_t nth = 1;
-        for (int round = 0; round < Rounds && Tree(user) != before; ++round) {
-            for (nth = 1; TryOnce(user, tested, before, done, nth, RequestAndError) && Tree(user) != before;)
+        for (int round = 0; round < Rounds && TreeImage(user) != before; ++round) {
+            for (nth = 1;
+                 TryOnce(user, tested, before, done, nth, RequestAndError) && TreeImage(user) != before;)
                 ++nth;
         }
-        user.Expect(Tree(user) == before, "without memory the command is not done");
+        user.Expect(TreeImage(user) == before, "without memory the command is not done");
         for (nth = 1; user.IsOpen() && TryOnce(user, tested, before, done, nth, AllLater);)
             ++nth;
         user.Expect(nth > 1, "the command asks for memory");
@@ -145,16 +133,16 @@ TEST_P(OutOfMemoryIn, TheArrayStaysWholeAndTheEditorGoesOn)
         SendMessageW(user.Client(), SetPickIndex, 0, reinterpret_cast<LPARAM>(u"2"));
         Send(user, CopyArray);
         Prepare(user, tested);
-        const Image before = Tree(user);
+        const Image before = TreeImage(user);
         Send(user, tested.command);
-        const Image done = Tree(user);
+        const Image done = TreeImage(user);
         user.Expect(done != before, "the command changes the array");
         TryEveryRequest(user, tested, before, done);
         if (!user.IsOpen()) return;
-        user.Expect(Tree(user) == done, "with memory at hand it is done");
+        user.Expect(TreeImage(user) == done, "with memory at hand it is done");
         const bool isAction = tested.command != CheckAndAlign;
         Send(user, UndoArray);
-        user.Expect(Tree(user) == (isAction ? before : done), "and undone");
+        user.Expect(TreeImage(user) == (isAction ? before : done), "and undone");
         Send(user, RedoArray);
         Send(user, Save);
     });

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "ui/driver.h"
+#include "ui/menus.h"
 
 namespace vantrel::ui {
 namespace {
@@ -85,27 +86,16 @@ TEST_F(MenuStates, PasteFollowsTheClipboard)
     });
 }
 
-HWND WaitForMenu()
-{
-    for (int i = 0; i < 300; ++i) {
-        HWND const menu = FindWindowW(L"#32768", nullptr);
-        if (menu != nullptr && IsWindowVisible(menu)) return menu;
-        Sleep(10);
-    }
-    return nullptr;
-}
-
 TEST_F(MenuStates, TheContextMenuWorksOnTheSelection)
 {
     const Outcome outcome =
         RunEdit(interpreter, NestedArray({2}, {Text(u"ab"), Text(u"cd")}), [](User& user) {
             PostMessageW(user.Client(), WM_CONTEXTMENU, reinterpret_cast<WPARAM>(user.Client()), -1);
-            HWND const menu = WaitForMenu();
+            HMENU const menu = WaitForMenu();
             user.Expect(menu != nullptr, "the menu comes up");
             if (menu == nullptr) return;
-            const auto handle = reinterpret_cast<HMENU>(SendMessageW(menu, MN_GETHMENU, 0, 0));
-            user.Expect((GetMenuState(handle, 4201, MF_BYCOMMAND) & MF_GRAYED) != 0, "the root is not cut");
-            user.Expect((GetMenuState(handle, 4202, MF_BYCOMMAND) & MF_GRAYED) == 0, "but copied");
+            user.Expect(IsGrayed(menu, 4201), "the root is not cut");
+            user.Expect(!IsGrayed(menu, 4202), "but copied");
             user.Key('C');
             user.Wait();
             user.Key(VK_TAB);
@@ -125,7 +115,7 @@ TEST_F(MenuStates, AMenuOverABoxSpeaksOfThatBox)
         ClientToScreen(user.Client(), &point);
         PostMessageW(user.Client(), WM_CONTEXTMENU, reinterpret_cast<WPARAM>(user.Client()),
                      MAKELPARAM(point.x, point.y));
-        HWND const menu = WaitForMenu();
+        HMENU const menu = WaitForMenu();
         user.Expect(menu != nullptr, "the menu comes up");
         user.Key(VK_ESCAPE);
         user.Wait();

@@ -1,0 +1,106 @@
+#include "ui/menus.h"
+
+namespace vantrel::ui {
+namespace {
+
+constexpr int PollMilliseconds = 10;
+constexpr int Patience = 500; // polls
+
+// The positions that lead from the menu to the item; empty when it is not there.
+std::vector<int> PathTo(HMENU menu, int id)
+{
+    for (int i = 0; i < GetMenuItemCount(menu); ++i) {
+        HMENU const below = GetSubMenu(menu, i);
+        if (below == nullptr && static_cast<int>(GetMenuItemID(menu, i)) == id) return {i};
+        std::vector<int> path = below != nullptr ? PathTo(below, id) : std::vector<int>{};
+        if (path.empty()) continue;
+        path.insert(path.begin(), i);
+        return path;
+    }
+    return {};
+}
+
+struct Sought {
+    HMENU menu; // null: any
+    HWND window;
+};
+
+BOOL CALLBACK TakeMenuWindow(HWND window, LPARAM parameter)
+{
+    auto& sought = *reinterpret_cast<Sought*>(parameter);
+    wchar_t name[16] = {};
+    GetClassNameW(window, name, 16);
+    if (wcscmp(name, L"#32768") != 0 || !IsWindowVisible(window)) return TRUE;
+    const auto shown = reinterpret_cast<HMENU>(SendMessageW(window, MN_GETHMENU, 0, 0));
+    if (shown == nullptr || (sought.menu != nullptr && shown != sought.menu)) return TRUE;
+    sought.window = window;
+    return FALSE;
+}
+
+HWND WaitForMenuWindow(HMENU menu)
+{
+    Sought sought{menu, nullptr};
+    for (int i = 0; i < Patience; ++i) {
+        EnumWindows(TakeMenuWindow, reinterpret_cast<LPARAM>(&sought));
+        if (sought.window != nullptr) return sought.window;
+        Sleep(PollMilliseconds);
+    }
+    return nullptr;
+}
+
+void ClickItem(User& user, HWND owner, HMENU menu, int position)
+{
+    RECT rect{};
+    GetMenuItemRect(owner, menu, static_cast<UINT>(position), &rect);
+    const POINT point{(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2};
+    user.Mouse(GetDesktopWindow(), point, MOUSEEVENTF_LEFTDOWN | MOUSEEVENTF_LEFTUP);
+}
+
+// Down the open menu to the item. One that is grayed is left alone, and the menu closed.
+bool ChooseFromOpenMenu(User& user, HMENU menu, int id)
+{
+    const std::vector<int> path = PathTo(menu, id);
+    if (path.empty() || IsGrayed(menu, id)) {
+        user.Key(VK_ESCAPE);
+        user.Key(VK_ESCAPE);
+        return false;
+    }
+    for (const int position : path) {
+        HWND const window = WaitForMenuWindow(menu);
+        if (window == nullptr) return false;
+        ClickItem(user, window, menu, position);
+        menu = GetSubMenu(menu, position);
+    }
+    return true;
+}
+
+} // namespace
+
+HMENU WaitForMenu()
+{
+    HWND const window = WaitForMenuWindow(nullptr);
+    return window == nullptr ? nullptr : reinterpret_cast<HMENU>(SendMessageW(window, MN_GETHMENU, 0, 0));
+}
+
+bool IsGrayed(HMENU menu, int id)
+{
+    return (GetMenuState(menu, static_cast<UINT>(id), MF_BYCOMMAND) & (MF_GRAYED | MF_DISABLED)) != 0;
+}
+
+bool ChooseFromMenuBar(User& user, int id)
+{
+    HMENU const bar = GetMenu(user.Frame());
+    const std::vector<int> path = PathTo(bar, id);
+    if (path.size() != 2) return false;
+    ClickItem(user, user.Frame(), bar, path[0]);
+    return ChooseFromOpenMenu(user, GetSubMenu(bar, path[0]), id);
+}
+
+bool ChooseFromContextMenu(User& user, int id)
+{
+    PostMessageW(user.Client(), WM_CONTEXTMENU, reinterpret_cast<WPARAM>(user.Client()), -1);
+    HMENU const menu = WaitForMenu();
+    return menu != nullptr && ChooseFromOpenMenu(user, menu, id);
+}
+
+} // namespace vantrel::ui
