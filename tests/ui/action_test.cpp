@@ -66,6 +66,7 @@ struct ActionCase {
     const char16_t* index; // null: the whole array
     Array argument;
     Array expected;
+    const char16_t* copied = nullptr; // put on the clipboard before
 };
 
 void PrintTo(const ActionCase& action, std::ostream* out)
@@ -86,6 +87,10 @@ TEST_P(EveryAction, IsSavedUndoneAndRedone)
     const ActionCase& action = GetParam();
     const Outcome outcome = RunEdit(interpreter, action.argument, [&](User& user) {
         const auto before = TreeImage(user);
+        if (action.copied != nullptr) {
+            SelectIndex(user, action.copied);
+            user.Expect(ChooseFromMenuBar(user, CopyArray), "the menu bar offers to copy");
+        }
         const auto select = [&] {
             if (action.index != nullptr) SelectIndex(user, action.index);
         };
@@ -171,6 +176,7 @@ INSTANTIATE_TEST_SUITE_P(
                    NestedArray({2, 2}, {Text(u"  "), Text(u"  "), Text(u"aa"), Text(u"bb")})},
         ActionCase{"InsertRowBelow", 4706, u"(1 1)", Letters({1, 2}),
                    NestedArray({2, 2}, {Text(u"aa"), Text(u"bb"), Text(u"  "), Text(u"  ")})},
+        ActionCase{"Paste", PasteArray, u"1", Beside(Text(u"ab")), Beside(Text(u"zz")), u"2"},
         ActionCase{"CutItemOfVector", CutArray, u"2", Letters({3}),
                    NestedArray({2}, {Text(u"aa"), Text(u"cc")})},
         ActionCase{"CutItemOfRow", CutArray, u"(1 2)", Letters({1, 3}),
@@ -185,25 +191,18 @@ protected:
     Interpreter interpreter;
 };
 
-TEST_F(Action, WhatIsCopiedIsPastedUndoneAndRedone)
+TEST_F(Action, WhatIsCopiedFromTheContextMenuIsPasted)
 {
     const Array argument = NestedArray({2}, {Text(u"ab"), NestedArray({2}, {Number(1), Text(u"cd")})});
-    const Array expected = NestedArray({2}, {argument.items[1], argument.items[1]});
-    const auto run = [&](std::initializer_list<int> after) {
-        const Outcome outcome = RunEdit(interpreter, argument, [&](User& user) {
-            SelectIndex(user, u"2");
-            user.Command(CopyArray);
-            SelectIndex(user, u"1");
-            user.Command(PasteArray);
-            for (const int command : after)
-                user.Command(command);
-            user.Command(Save);
-        });
-        return outcome.edit.result;
-    };
-    ExpectSame(run({}), expected, "pasted");
-    ExpectSame(run({UndoArray}), argument, "undone");
-    ExpectSame(run({UndoArray, RedoArray}), expected, "redone");
+    const Outcome outcome = RunEdit(interpreter, argument, [&](User& user) {
+        SelectIndex(user, u"2");
+        user.Expect(ChooseFromContextMenu(user, CopyArray), "the context menu offers to copy");
+        SelectIndex(user, u"1");
+        user.Expect(ChooseFromContextMenu(user, PasteArray), "and to paste");
+        user.ExpectEqual(user.PickIndex(), u"1", "what was pasted is selected");
+        user.Command(Save);
+    });
+    ExpectSame(outcome.edit.result, NestedArray({2}, {argument.items[1], argument.items[1]}), "pasted");
 }
 
 TEST_F(Action, UnusableDataOnTheClipboardChangesNothing)
@@ -317,23 +316,12 @@ TEST_F(Action, TheModifiedQuestionComesForActionsAndForWhatIsTypedAfterASave)
     });
 }
 
-HWND WaitForDialog(const wchar_t* title)
-{
-    for (int i = 0; i < 500; ++i) {
-        HWND const dialog = FindWindowW(L"#32770", title);
-        if (dialog != nullptr && IsWindowVisible(dialog)) return dialog;
-        Sleep(10);
-    }
-    return nullptr;
-}
-
 TEST_F(Action, AxesAreReorderedByDraggingTheirNames)
 {
     const Array argument = Numbers({1, 2, 3}, {1, 2, 3, 4, 5, 6});
     const Outcome outcome = RunEdit(interpreter, argument, [](User& user) {
         PostMessageW(user.Frame(), WM_COMMAND, ReorderAxes, 0);
-        HWND const dialog = WaitForDialog(L"Reorder Axes");
-        user.Expect(dialog != nullptr, "the dialog comes up");
+        HWND const dialog = user.WaitForBox(L"Reorder Axes");
         if (dialog == nullptr) return;
         HWND const list = FindWindowExW(dialog, nullptr, L"ListBox", nullptr);
         user.ExpectEqual(SendMessageW(list, LB_GETCOUNT, 0, 0), 3, "one line for each axis");
@@ -354,28 +342,32 @@ TEST_F(Action, AxesAreReorderedByDraggingTheirNames)
     ExpectSame(outcome.edit.result, Numbers({3, 1, 2}, {1, 4, 2, 5, 3, 6}), "reordered");
 }
 
-TEST_F(Action, AxesAreReorderedByButtonsAndUndone)
+TEST_F(Action, AxesAreReorderedByButtonsFromEitherMenu)
 {
     const Array argument = Numbers({1, 2, 3}, {1, 2, 3, 4, 5, 6});
-    const auto run = [&](std::initializer_list<int> after) {
-        const Outcome outcome = RunEdit(interpreter, argument, [&](User& user) {
-            PostMessageW(user.Frame(), WM_COMMAND, ReorderAxes, 0);
-            HWND const dialog = WaitForDialog(L"Reorder Axes");
-            user.Expect(dialog != nullptr, "the dialog comes up");
+    const Outcome outcome = RunEdit(interpreter, argument, [&](User& user) {
+        const auto before = TreeImage(user);
+        const auto reorder = [&](bool (*choose)(User&, int)) {
+            user.Expect(choose(user, ReorderAxes), "the menu offers it");
+            HWND const dialog = user.WaitForBox(L"Reorder Axes");
             if (dialog == nullptr) return;
             SendMessageW(FindWindowExW(dialog, nullptr, L"Button", L"Move d&own"), BM_CLICK, 0, 0);
             PostMessageW(dialog, WM_COMMAND, IDOK, 0);
             user.Wait();
-            for (const int command : after)
-                user.Command(command);
-            user.Command(Save);
-        });
-        return outcome.edit.result;
-    };
-    const Array expected = Numbers({2, 1, 3}, {1, 2, 3, 4, 5, 6});
-    ExpectSame(run({}), expected, "reordered");
-    ExpectSame(run({UndoArray}), argument, "undone");
-    ExpectSame(run({UndoArray, RedoArray}), expected, "redone");
+        };
+        reorder(ChooseFromMenuBar);
+        const auto after = TreeImage(user);
+        user.Expect(after != before, "the array changes");
+        user.Command(UndoArray);
+        user.Expect(TreeImage(user) == before, "it is undone");
+        reorder(ChooseFromContextMenu);
+        user.Expect(TreeImage(user) == after, "the other menu does the same");
+        user.Command(UndoArray);
+        user.Command(RedoArray);
+        user.Expect(TreeImage(user) == after, "it is redone");
+        user.Command(Save);
+    });
+    ExpectSame(outcome.edit.result, Numbers({2, 1, 3}, {1, 2, 3, 4, 5, 6}), "reordered");
 }
 
 TEST_F(Action, ACancelledDialogChangesNothing)
@@ -383,7 +375,7 @@ TEST_F(Action, ACancelledDialogChangesNothing)
     const Array argument = Numbers({1, 2, 3}, {1, 2, 3, 4, 5, 6});
     const Outcome outcome = RunEdit(interpreter, argument, [](User& user) {
         PostMessageW(user.Frame(), WM_COMMAND, ReorderAxes, 0);
-        HWND const dialog = WaitForDialog(L"Reorder Axes");
+        HWND const dialog = user.WaitForBox(L"Reorder Axes");
         if (dialog != nullptr) PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
         user.Wait();
         user.ExpectEqual(SendMessageW(user.Client(), 32973, 0, 0), 0, "nothing is modified");

@@ -56,16 +56,10 @@ void ClickItem(User& user, HWND owner, HMENU menu, int position)
     user.Mouse(GetDesktopWindow(), point, MOUSEEVENTF_LEFTDOWN | MOUSEEVENTF_LEFTUP);
 }
 
-// Down the open menu to the item. One that is grayed is left alone, and the menu closed.
+// Down the open menu to the item.
 bool ChooseFromOpenMenu(User& user, HMENU menu, int id)
 {
-    const std::vector<int> path = PathTo(menu, id);
-    if (path.empty() || IsGrayed(menu, id)) {
-        user.Key(VK_ESCAPE);
-        user.Key(VK_ESCAPE);
-        return false;
-    }
-    for (const int position : path) {
+    for (const int position : PathTo(menu, id)) {
         HWND const window = WaitForMenuWindow(menu);
         if (window == nullptr) return false;
         ClickItem(user, window, menu, position);
@@ -91,7 +85,7 @@ bool ChooseFromMenuBar(User& user, int id)
 {
     HMENU const bar = GetMenu(user.Frame());
     const std::vector<int> path = PathTo(bar, id);
-    if (path.size() != 2) return false;
+    if (path.size() != 2 || IsGrayed(bar, id)) return false;
     ClickItem(user, user.Frame(), bar, path[0]);
     return ChooseFromOpenMenu(user, GetSubMenu(bar, path[0]), id);
 }
@@ -100,7 +94,10 @@ bool ChooseFromContextMenu(User& user, int id)
 {
     PostMessageW(user.Client(), WM_CONTEXTMENU, reinterpret_cast<WPARAM>(user.Client()), -1);
     HMENU const menu = WaitForMenu();
-    return menu != nullptr && ChooseFromOpenMenu(user, menu, id);
+    if (menu == nullptr) return false;
+    if (!PathTo(menu, id).empty() && !IsGrayed(menu, id)) return ChooseFromOpenMenu(user, menu, id);
+    user.Key(VK_ESCAPE);
+    return false;
 }
 
 } // namespace vantrel::ui
