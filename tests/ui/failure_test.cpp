@@ -9,15 +9,27 @@
 #include <fstream>
 #include <sstream>
 
+#include "model/scdr.h"
 #include "ui/driver.h"
+#include "ui/menus.h"
 
 namespace vantrel::ui {
 namespace {
 
-using namespace fake;
+using fake::Array;
+using fake::CharacterArray;
+using fake::Dump;
+namespace ElementType = fake::ElementType;
+using fake::Interpreter;
+using fake::NestedArray;
+using fake::RawArray;
+using fake::SameValues;
+using fake::Text;
+namespace ErrorNumber = fake::ErrorNumber;
 
 constexpr int Exit = 4105;
 constexpr int Debug = 4504;
+constexpr UINT GetSelected = 32978;
 
 class Failure : public testing::Test {
 protected:
@@ -125,12 +137,67 @@ TEST_F(Failure, NoToTheDebugQuestionChangesNothing)
     EXPECT_TRUE(outcome.edit.unchanged);
 }
 
+// "This is test 1" in four boxes, one in the other.
+void ExpectTestOnShow(User& user)
+{
+    const auto* node = reinterpret_cast<const Scdr*>(SendMessageW(user.Client(), GetSelected, 0, 0));
+    while (node != nullptr && node->parent != nullptr)
+        node = node->parent;
+    int boxes = 0;
+    for (; node != nullptr && node->Type == TypeNested && node->Rank == 0; node = Children(*node)[0])
+        ++boxes;
+    user.ExpectEqual(boxes, 4, "four boxes");
+    const std::u16string_view text = node == nullptr || node->Type != TypeCharacter
+                                         ? std::u16string_view()
+                                         : std::u16string_view(static_cast<const char16_t*>(node->data),
+                                                               static_cast<std::size_t>(node->ElementCount));
+    user.Expect(text == u"This is test 1", "and the text in them");
+}
+
+TEST_F(Failure, ATestThatLooksWrongIsLogged)
+{
+    TakeCommandLog();
+    RunEdit(interpreter, Text(u"abc"), [](User& user) {
+        PostMessageW(user.Frame(), WM_COMMAND, Debug, 0);
+        user.AnswerBox(L"Vantrel Debug Message", IDNO);
+        user.AnswerBox(L"Vantrel Debug Message", IDYES);
+        user.AnswerBox(L"Vantrel Debug Message", IDNO);
+        PostMessageW(user.Frame(), WM_COMMAND, Debug, 0);
+        user.AnswerBox(L"Vantrel Debug Message", IDYES);
+        user.AnswerBox(L"Vantrel Error Message", IDOK);
+    });
+    const std::string log = TakeCommandLog();
+    EXPECT_NE(log.find("\r\nTest 1 failed\r\n"), std::string::npos) << log;
+}
+
+TEST_F(Failure, CommandsOfTheContextMenuAreLogged)
+{
+    TakeCommandLog();
+    RunEdit(interpreter, NestedArray({2}, {Text(u"ab"), Text(u"cd")}), [](User& user) {
+        user.Key(VK_TAB);
+        user.Expect(ChooseFromContextMenu(user, 4614), "the command is offered");
+        user.Key('Z', {VK_CONTROL, VK_SHIFT});
+        PostMessageW(user.Frame(), WM_COMMAND, Debug, 0);
+        user.AnswerBox(L"Vantrel Debug Message", IDYES);
+        user.AnswerBox(L"Vantrel Error Message", IDOK);
+    });
+    const std::string log = TakeCommandLog();
+    const std::size_t command = log.find("\r\nReverse\r\n");
+    ASSERT_NE(command, std::string::npos) << log;
+    EXPECT_EQ(log.find("\r\nReverse\r\n", command + 1), std::string::npos) << log; // once
+    const std::size_t undo = log.find("\r\nUndo Array\r\n", command);
+    ASSERT_NE(undo, std::string::npos) << log;
+    EXPECT_NE(log.find("\r\nSet array\r\n1\r\n", undo), std::string::npos) << log;
+}
+
 TEST_F(Failure, TheDebugTestShowsItsArrayAndGoesBackToTheUsers)
 {
     const Outcome outcome = RunEdit(interpreter, Text(u"abc"), [](User& user) {
         PostMessageW(user.Frame(), WM_COMMAND, Debug, 0);
         user.AnswerBox(L"Vantrel Debug Message", IDNO);
         user.AnswerBox(L"Vantrel Debug Message", IDYES);
+        user.WaitForBox(L"Vantrel Debug Message");
+        ExpectTestOnShow(user);
         const std::wstring judged = user.AnswerBox(L"Vantrel Debug Message", IDYES);
         user.Expect(judged == L"Does the result look correct?", "the judgement");
         user.Command(4104);

@@ -20,6 +20,7 @@ constexpr int Client = 0x8008;
 constexpr int Save = 4102;
 constexpr int Exit = 4105;
 constexpr int OpenObject = 4109;
+constexpr int Reverse = 4614;
 
 class OpenVariableTest : public testing::Test {
 protected:
@@ -91,6 +92,25 @@ TEST_F(OpenVariableTest, TheEditLastsUntilTheLastWindowIsClosed)
         PostMessageW(second, WM_COMMAND, Exit, 0);
     });
     EXPECT_FALSE(result.raised) << result.error.text;
+}
+
+TEST_F(OpenVariableTest, TheLastWindowWorksOnAfterTheFirstHasClosed)
+{
+    matlab.SetVariable("words", TextValue(u"abc"));
+    const MexResult result = Edit(TextValue(u"words"), [](User& user) {
+        user.Command(OpenObject);
+        HWND const second = WaitForFrame(WordsTitle);
+        user.Expect(second != nullptr, "a second window comes up");
+        user.Command(Exit);
+        HWND const client = GetDlgItem(second, Client);
+        SendMessageW(second, WM_COMMAND, Reverse, 0);
+        user.Expect(SendMessageW(client, GetBusy, 0, 0) == 0, "the command ends");
+        SendMessageW(second, WM_COMMAND, Save, 0);
+        PostMessageW(second, WM_COMMAND, Exit, 0);
+    });
+    EXPECT_FALSE(result.raised) << result.error.text;
+    ASSERT_TRUE(matlab.Variable("words"));
+    EXPECT_EQ(TextOf(*matlab.Variable("words")), u"cba");
 }
 
 TEST_F(OpenVariableTest, WhatIsNoVariableIsRefusedInTheWindowThatAsked)
