@@ -36,11 +36,8 @@ CaretDelta AcrossLineEnds(const EditWindow& window, CaretDelta delta, std::int64
 
 void PlaceCaret(EditWindow& window, EditCaret caret)
 {
-    EditState& state = StateOf(window);
     if (caret == CaretOf(window)) return;
-    window.view->findMatch = false;
-    state.caretColumn = caret.column;
-    state.caretLine = caret.line;
+    PutCaret(window, caret);
     ScrollCaretIntoWindow(window);
     DrawCaret(window);
 }
@@ -67,6 +64,14 @@ void MoveCaret(EditWindow& window, std::int64_t columns, std::int64_t lines)
     const std::int64_t line = Moved(state.caretLine, delta.lines, rows - 1);
     const std::int64_t column = Moved(state.caretColumn, delta.columns, EditLine(window, line).length);
     PlaceCaret(window, {column, line});
+}
+
+void PutCaret(EditWindow& window, EditCaret caret) noexcept
+{
+    EditState& state = StateOf(window);
+    window.view->findMatch = false;
+    state.caretColumn = caret.column;
+    state.caretLine = caret.line;
 }
 
 void MoveCaretTo(EditWindow& window, EditCaret caret)

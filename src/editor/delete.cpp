@@ -73,7 +73,7 @@ std::int32_t DeleteMarked(EditWindow& window, bool firstOfGroup, EditUndoRecord*
         NotifyOutOfMemory(window);
         return 1;
     }
-    MoveCaretTo(window, range.start);
+    PutCaret(window, range.start);
     SelectionReset(window);
     TextChanged(window);
     if (pushed != nullptr) *pushed = step.get();

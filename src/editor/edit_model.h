@@ -150,6 +150,8 @@ bool RefuseChange(EditWindow& window);
 // Relative, or CaretHome / CaretEnd. The selection stays; callers extend or collapse it after.
 void MoveCaret(EditWindow& window, std::int64_t columns, std::int64_t lines);
 void MoveCaretTo(EditWindow& window, EditCaret caret);
+// The same without scrolling to it or drawing it, when TextChanged does both next.
+void PutCaret(EditWindow& window, EditCaret caret) noexcept;
 [[nodiscard]] EditCaret CaretOf(const EditWindow& window) noexcept;
 void SelectionStart(EditWindow& window);
 void SelectionEnd(EditWindow& window);
@@ -215,7 +217,7 @@ void TypeLineBreak(EditWindow& window);
 // Replaces units within one line of the shown plane. Throws OutOfMemory; nothing has changed then.
 void SpliceLine(EditWindow& window, EditCaret at, std::int64_t removed, const char16_t* text,
                 std::int64_t length);
-// Brings width, margins and scroll range up to date with a changed text.
+// Brings width, margins and scroll range up to date with a changed text, scrolls to the caret and draws it.
 void TextChanged(EditWindow& window);
 void SetMaxWidth(EditWindow& window);
 void SetModified(EditWindow& window);

@@ -131,8 +131,8 @@ std::int32_t InsertAtCaret(EditWindow& window, std::u16string_view text, RecordL
         NotifyOutOfMemory(window);
         return 1;
     }
+    PutCaret(window, end);
     TextChanged(window);
-    MoveCaretTo(window, end);
     SelectionReset(window);
     RecordInsertion(window, start, deletion, std::move(step), firstOfGroup);
     SetModified(window);

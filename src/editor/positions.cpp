@@ -100,9 +100,7 @@ void MoveCaretIntoWindow(EditWindow& window)
     // A character cut by the left edge is no place for the caret; its right neighbour is.
     if (found.point.x < area.left) caret = PositionToCaret(window, {x + found.charWidth, y});
     if (caret == CaretOf(window)) return;
-    window.view->findMatch = false;
-    StateOf(window).caretColumn = caret.column;
-    StateOf(window).caretLine = caret.line;
+    PutCaret(window, caret);
     const bool extend = (GetShiftState(window.effects->keyStates(window)) & EditModifierShift) != 0;
     if (extend) {
         SelectionEnd(window);
