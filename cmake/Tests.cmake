@@ -62,4 +62,12 @@ if(WIN32 AND ui_sources AND TARGET vantrel)
   if(TARGET vantrel-workbench)
     add_dependencies(ui_tests vantrel-workbench)
   endif()
+
+  # What actions and their frames take in that window: a report for people to read, no test.
+  vantrel_sources(ui_bench_sources bench/ui/*.cpp)
+  add_executable(ui_bench EXCLUDE_FROM_ALL ${ui_bench_sources} tests/ui/driver.cpp tests/ui/picture_file.cpp)
+  target_include_directories(ui_bench PRIVATE tests)
+  target_link_libraries(ui_bench PRIVATE fake_hosts GTest::gtest
+    comctl32 gdi32 user32 gdiplus shlwapi advapi32 ole32)
+  add_dependencies(ui_bench vantrel)
 endif()

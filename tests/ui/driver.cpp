@@ -27,12 +27,10 @@ constexpr UINT GetSelectedMessage = 32978;
 constexpr UINT GetBusyMessage = 32986;
 constexpr int ExitForce = 4110;
 constexpr int PollMilliseconds = 10;
-constexpr int PatienceMilliseconds = 15000;
-constexpr int TestLimitSeconds = 60;
 
 bool PollUntil(const std::function<bool()>& condition)
 {
-    for (int waited = 0; waited < PatienceMilliseconds; waited += PollMilliseconds) {
+    for (int waited = 0; waited < TestPatience().answerMilliseconds; waited += PollMilliseconds) {
         if (condition()) return true;
         Sleep(PollMilliseconds);
     }
@@ -120,7 +118,8 @@ class Watchdog {
 public:
     explicit Watchdog(const std::string& name)
         : thread_([this, name] {
-              const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(TestLimitSeconds);
+              const auto end =
+                  std::chrono::steady_clock::now() + std::chrono::seconds(TestPatience().editSeconds);
               while (!done_) {
                   if (std::chrono::steady_clock::now() > end) {
                       std::fprintf(stderr, "%s hangs\n", name.c_str());
@@ -208,6 +207,12 @@ void* LibraryEntry(const char* name)
     return library == nullptr ? nullptr : reinterpret_cast<void*>(GetProcAddress(library, name));
 }
 
+Patience& TestPatience()
+{
+    static Patience patience;
+    return patience;
+}
+
 const fake::EntryPoints& Library()
 {
     static const fake::EntryPoints points = [] {
@@ -275,7 +280,8 @@ void User::Wait()
     for (int round = 0; round < 3 && IsOpen(); ++round) {
         Sleep(30);
         DWORD_PTR answer = 0;
-        SendMessageTimeoutW(frame_, WM_NULL, 0, 0, SMTO_NORMAL, PatienceMilliseconds, &answer);
+        SendMessageTimeoutW(frame_, WM_NULL, 0, 0, SMTO_NORMAL,
+                            static_cast<UINT>(TestPatience().answerMilliseconds), &answer);
     }
 }
 

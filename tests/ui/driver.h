@@ -13,6 +13,13 @@
 
 namespace vantrel::ui {
 
+// How long the user waits for a window or an answer, and how long one edit may last before it counts as hanging.
+struct Patience {
+    int answerMilliseconds = 15000;
+    int editSeconds = 60;
+};
+Patience& TestPatience();
+
 // The exports of the vantrel.dll beside the test program.
 const fake::EntryPoints& Library();
 // Any export by its name; null where there is none.
