@@ -1,0 +1,202 @@
+// Whole sessions: one without a mouse, one without a keyboard.
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <commctrl.h>
+
+#include "ui/driver.h"
+
+namespace vantrel::ui {
+namespace {
+
+using namespace fake;
+
+class FrameSession : public testing::Test {
+protected:
+    void SetUp() override { ForgetOptions(); }
+
+    Interpreter interpreter;
+};
+
+Array Household()
+{
+    return NestedArray({3},
+                       {Text(u"apples"), NestedArray({2}, {Text(u"Berlin"), NumericArray({3}, {1, 2.5, 3})}),
+                        NumericArray({1, 2, 3}, {1, 2, 3, 4, 5, 6.5})});
+}
+
+LONG HeightOfViewFont(const User& user)
+{
+    LOGFONTW font{};
+    GetObjectW(reinterpret_cast<HFONT>(SendMessageW(user.Client(), WM_GETFONT, 0, 0)), sizeof font, &font);
+    return std::abs(font.lfHeight);
+}
+
+// Opens a menu by its letter and goes down to an item of it.
+void ChooseByKeys(User& user, WORD menu, int down)
+{
+    user.Key(menu, {VK_MENU});
+    for (int i = 0; i < down; ++i)
+        user.Key(VK_DOWN);
+    user.Key(VK_RETURN);
+}
+
+TEST_F(FrameSession, WithoutAMouse)
+{
+    const Outcome outcome = RunEdit(interpreter, Household(), [](User& user) {
+        user.Key(VK_TAB);
+        user.ExpectEqual(user.PickIndex(), u"1", "Tab goes in");
+        user.Key(VK_END);
+        user.Type(u"!");
+        user.Key(VK_TAB);
+        user.Key(VK_TAB);
+        user.ExpectEqual(user.PickIndex(), u"2 1", "and deeper");
+
+        user.Key('F', {VK_CONTROL});
+        user.Type(u"2.5");
+        user.Key(VK_TAB);
+        user.Key(VK_TAB);
+        user.Key(VK_TAB);
+        user.Key(VK_TAB);
+        user.Key(VK_SPACE); // Numeric
+        user.Key(VK_F3);
+        user.ExpectEqual(user.PickIndex(), u"2 2", "the number is found");
+        user.Key(VK_ESCAPE);
+        user.Expect(user.IsOpen() && user.Editor() != nullptr, "back in the array");
+        user.Key(VK_HOME);
+        user.Type(u"7");
+
+        user.Key(VK_F6);
+        user.Type(u"3");
+        user.Key(VK_RETURN);
+        user.ExpectEqual(user.PickIndex(), u"3", "the name box goes there");
+        ChooseByKeys(user, 'A', 19); // Reorder axes..., by its place: separators are passed over
+        HWND const dialog = user.WaitForBox(L"Reorder Axes");
+        user.Key('O', {VK_MENU});
+        user.Key(VK_RETURN);
+        user.Expect(!IsWindow(dialog), "the axes are reordered");
+
+        const LONG before = HeightOfViewFont(user);
+        user.Key('O', {VK_MENU});
+        user.Key('F');
+        user.WaitForBox(L"Font");
+        user.Key('S', {VK_MENU});
+        user.Type(u"20");
+        user.Key(VK_RETURN);
+        user.Expect(HeightOfViewFont(user) > before, "the font is larger");
+
+        user.Key('S', {VK_CONTROL});
+        user.ExpectEqual(user.StatusText(), u"Data saved", "saved");
+        user.Key(VK_ESCAPE);
+        user.Expect(!user.IsOpen(), "Escape closes");
+    });
+    ASSERT_TRUE(outcome.edit.hasResult);
+    const Array expected = NestedArray(
+        {3}, {Text(u"apples!"), NestedArray({2}, {Text(u"Berlin"), NumericArray({3}, {71, 2.5, 3})}),
+              NumericArray({2, 1, 3}, {1, 2, 3, 4, 5, 6.5})});
+    EXPECT_TRUE(SameValues(outcome.edit.result, expected)) << Dump(outcome.edit.result);
+}
+
+// --- the mouse alone ---
+
+void ClickScreen(User& user, const RECT& place)
+{
+    POINT at{(place.left + place.right) / 2, (place.top + place.bottom) / 2};
+    ScreenToClient(user.Frame(), &at);
+    user.Mouse(user.Frame(), at, MOUSEEVENTF_LEFTDOWN);
+    user.Mouse(user.Frame(), at, MOUSEEVENTF_LEFTUP);
+}
+
+int PositionOf(HMENU menu, UINT id)
+{
+    for (int i = 0; i < GetMenuItemCount(menu); ++i) {
+        if (GetMenuItemID(menu, i) == id) return i;
+    }
+    return -1;
+}
+
+void ChooseByMouse(User& user, UINT menu, UINT id)
+{
+    HMENU const bar = GetMenu(user.Frame());
+    HMENU const popup = GetSubMenu(bar, static_cast<int>(menu));
+    RECT place{};
+    GetMenuItemRect(user.Frame(), bar, menu, &place);
+    ClickScreen(user, place);
+    GetMenuItemRect(nullptr, popup, static_cast<UINT>(PositionOf(popup, id)), &place);
+    ClickScreen(user, place);
+}
+
+void PressTool(User& user, int command)
+{
+    HWND const bar = FindWindowExW(user.Frame(), nullptr, TOOLBARCLASSNAMEW, nullptr);
+    const LRESULT index = SendMessageW(bar, TB_COMMANDTOINDEX, static_cast<WPARAM>(command), 0);
+    RECT place{};
+    SendMessageW(bar, TB_GETITEMRECT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&place));
+    const POINT centre{(place.left + place.right) / 2, (place.top + place.bottom) / 2};
+    user.Mouse(bar, centre, MOUSEEVENTF_LEFTDOWN);
+    user.Mouse(bar, centre, MOUSEEVENTF_LEFTUP);
+}
+
+void PressButton(User& user, HWND dialog, int id)
+{
+    RECT place{};
+    GetWindowRect(GetDlgItem(dialog, id), &place);
+    ClickScreen(user, place);
+}
+
+HWND WaitForPopup()
+{
+    for (int i = 0; i < 300; ++i) {
+        HWND const menu = FindWindowW(L"#32768", nullptr);
+        if (menu != nullptr && IsWindowVisible(menu)) return menu;
+        Sleep(10);
+    }
+    return nullptr;
+}
+
+TEST_F(FrameSession, WithoutAKeyboard)
+{
+    const Array argument = NestedArray({2}, {Text(u"abc"), NumericArray({2}, {1.5, 2})});
+    const Outcome outcome = RunEdit(interpreter, argument, [](User& user) {
+        user.Click(user.Client(), 24, 24);
+        user.ExpectEqual(user.PickIndex(), u"1", "a click selects");
+        PressTool(user, 4614); // Reverse
+        PressTool(user, 4202); // Copy array
+        PressTool(user, 4702); // Item to the right
+
+        user.Mouse(user.Client(), {24, 24}, MOUSEEVENTF_RIGHTDOWN);
+        user.Mouse(user.Client(), {24, 24}, MOUSEEVENTF_RIGHTUP);
+        HWND const menu = WaitForPopup();
+        user.Expect(menu != nullptr, "the right button shows what can be done");
+        if (menu == nullptr) return;
+        const auto handle = reinterpret_cast<HMENU>(SendMessageW(menu, MN_GETHMENU, 0, 0));
+        RECT place{};
+        GetMenuItemRect(nullptr, handle, static_cast<UINT>(PositionOf(handle, 4605)), &place);
+        ClickScreen(user, place); // Minimize
+        user.Wait();
+        user.Expect((GetMenuState(GetMenu(user.Frame()), 4604, MF_BYCOMMAND) & MF_GRAYED) == 0,
+                    "it is closed");
+        PressTool(user, 4604); // Restore
+
+        PressTool(user, 4206); // Find
+        HWND const bar = GetDlgItem(user.Frame(), 32786);
+        user.Expect(IsWindowVisible(bar) != 0, "the find bar is shown");
+        PressTool(user, 4206);
+
+        ChooseByMouse(user, 4, 4309); // Options, Use 3D edges
+        user.Expect((GetMenuState(GetMenu(user.Frame()), 4309, MF_BYCOMMAND) & MF_CHECKED) != 0, "checked");
+        ChooseByMouse(user, 6, 4503); // Help, About
+        HWND const about = user.WaitForBox(L"About Vantrel");
+        PressButton(user, about, IDOK);
+        user.Expect(!IsWindow(about), "a button closes the dialog");
+        ChooseByMouse(user, 0, 4104); // File, Save and close
+        user.Expect(!user.IsOpen(), "saved and closed");
+    });
+    ASSERT_TRUE(outcome.edit.hasResult);
+    const Array expected = NestedArray({3}, {Text(u"cba"), Text(u"   "), NumericArray({2}, {1.5, 2})});
+    EXPECT_TRUE(SameValues(outcome.edit.result, expected)) << Dump(outcome.edit.result);
+}
+
+} // namespace
+} // namespace vantrel::ui
