@@ -1,17 +1,31 @@
 #!/bin/bash
 # Takes the pictures of the documentation: the window, each menu, dialog and bar, on a display of their own.
 #
-#   screenshots.sh [FOLDER]
+#   screenshots.sh [--dpi DOTS] [--unthemed] [--colours] [FOLDER]
 #
-# FOLDER is docs/images unless told otherwise. The workbench must have been built (scripts/demo.sh does).
+# FOLDER is docs/images unless told otherwise. --dpi sets the dots per inch (96 unless told otherwise), --unthemed shows the
+# classic look, --colours keeps all colours, to look closely. The workbench must have been built (scripts/demo.sh does).
 set -euo pipefail
 cd_from=$PWD
 cd "$(dirname "$0")/.."
 root=$PWD
 folder=$root/docs/images
-[ $# = 0 ] || folder=$(cd "$cd_from" && realpath -m "$1")
 workbench=$root/build/win64/vantrel-workbench.exe
 logs=$root/build/logs
+dpi=96
+unthemed=
+colours=64
+while [ $# -gt 0 ]; do
+    case $1 in
+        --dpi) dpi=$2; shift ;;
+        --unthemed) unthemed=1 ;;
+        --colours) colours=256 ;;
+        --help) sed -n '2,7s/^# \{0,1\}//p' "$0"; exit 0 ;;
+        -*) printf 'screenshots: unknown option %s (try --help)\n' "$1" >&2; exit 2 ;;
+        *) folder=$(cd "$cd_from" && realpath -m "$1") ;;
+    esac
+    shift
+done
 mkdir -p "$folder" "$logs"
 
 fail() {
@@ -22,57 +36,58 @@ fail() {
 [ -e "$workbench" ] || fail "build the workbench first: cmake --preset win64 && cmake --build --preset win64"
 
 . scripts/wine-env.sh
-started=()
+. scripts/x11-env.sh
+scratch=$(mktemp -d)
 end_started() {
-    local pid
     wine_close
-    for pid in $(printf '%s\n' "${started[@]}" | tac); do
-        kill "$pid" 2>/dev/null && wait "$pid" 2>/dev/null
-    done
-    [ -z "${scratch:-}" ] || rm -rf "$scratch"
+    display_close
+    rm -rf "$scratch"
     return 0
 }
 trap end_started EXIT
 trap 'exit 130' INT TERM HUP
 
-scratch=$(mktemp -d)
-Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3>"$scratch/number" >"$logs/screenshots-xvfb.log" 2>&1 &
-started+=($!)
-for _ in $(seq 100); do
-    [ -s "$scratch/number" ] && break
-    sleep 0.1
-done
-[ -s "$scratch/number" ] || fail "Xvfb did not start" "$logs/screenshots-xvfb.log"
-DISPLAY=:$(cat "$scratch/number")
-export DISPLAY
-openbox --sm-disable >"$logs/screenshots-openbox.log" 2>&1 &
-started+=($!)
+display_open "$logs" || fail "no display could be opened"
 wine_open x11 || fail "Wine could not be started"
+wine reg add 'HKCU\Control Panel\Desktop' /v LogPixels /t REG_DWORD /d "$dpi" /f </dev/null >/dev/null 2>&1
+wine reg add 'HKCU\Software\Quillmoor\Vantrel\1.1\Options' /v 'Confirm close' /t REG_BINARY /d 01000000 /f \
+    </dev/null >/dev/null 2>&1
+if [ -n "$unthemed" ]; then wine_unthemed; fi
 
 window=
-width=880
-height=560
+editor=
+width=$((700 * dpi / 96))
+height=$((460 * dpi / 96))
+[ "$width" -le 1200 ] || width=1200
+[ "$height" -le 860 ] || height=860
 
-# Opens a file and waits for the window.
+# open_editor FILE [ARGUMENTS...]: waits for the window and gives it its place.
 open_editor() {
-    local editor
-    wine "$workbench" "$(wine_path "$1")" >"$logs/screenshots-workbench.log" 2>&1 </dev/null &
+    local file=$1
+    shift
+    wine "$workbench" "$@" "$(wine_path "$file")" >"$logs/screenshots-workbench.log" 2>&1 </dev/null &
     editor=$!
-    started+=("$editor")
-    window=
-    for _ in $(seq 600); do
-        window=$(xdotool search --onlyvisible --class vantrel-workbench 2>/dev/null | tail -n 1) || true
-        [ -n "$window" ] && break
-        kill -0 "$editor" 2>/dev/null || fail "the workbench ended without a window" "$logs/screenshots-workbench.log"
-        sleep 0.1
+    # The first to appear is thrown away again: it takes the show command that was meant for the whole program.
+    for _ in first last; do
+        window=$(display_window --class vantrel-workbench "$editor") ||
+            fail "no window of the editor appeared" "$logs/screenshots-workbench.log"
+        sleep 1
     done
-    [ -n "$window" ] || fail "no window appeared within a minute" "$logs/screenshots-workbench.log"
-    sleep 1
     xdotool windowsize "$window" "$width" "$height"
     sleep 0.5
     xdotool windowmove "$window" 20 40
-    xdotool mousemove 1020 760
+    xdotool mousemove 1270 950
     sleep 0.7
+}
+
+close_editor() {
+    # Where two dialogs ended at once the window manager gives the keyboard to nobody.
+    xdotool windowactivate --sync "$window"
+    press alt+F4
+    sleep 0.5
+    # The question, where something was changed.
+    kill -0 "$editor" 2>/dev/null && press n
+    wait "$editor" 2>/dev/null || true
 }
 
 press() {
@@ -80,42 +95,116 @@ press() {
     sleep 0.5
 }
 
-# What stands still: two pictures in a row are the same. A few colours are enough and keep the files small.
+typed() {
+    xdotool type --delay 40 "$1"
+    sleep 0.3
+}
+
+# A point of the window, in pixels of 96 to the inch.
+point_at() {
+    xdotool mousemove --window "$window" $(($1 * dpi / 96)) $(($2 * dpi / 96))
+    sleep 0.2
+}
+
+# A window with what the window manager draws around it, as WIDTHxHEIGHT+X+Y.
+place_of() {
+    local x y w h left right top bottom
+    read -r x y w h < <(xwininfo -id "$1" | awk -F: '
+        /Absolute upper-left X|Absolute upper-left Y|^ *Width|^ *Height/ { printf "%d ", $2 } END { print "" }')
+    read -r left right top bottom < <(xprop -id "$1" _NET_FRAME_EXTENTS | sed -n 's/.*= //p' | tr -d ,) || true
+    : "${left:=0}" "${right:=0}" "${top:=0}" "${bottom:=0}"
+    printf '%dx%d+%d+%d' $((w + left + right)) $((h + top + bottom)) $((x - left)) $((y - top))
+}
+
+# shot NAME [PLACE]: what stands still. Few colours are enough and keep the files small.
 shot() {
-    local previous='' current=''
-    for _ in $(seq 20); do
-        sleep 0.3
-        import -silent -window root "$scratch/shot.png"
-        current=$(identify -format '%#' "$scratch/shot.png")
-        [ "$current" = "$previous" ] && break
-        previous=$current
-    done
-    convert "$scratch/shot.png" -crop "${2:-$((width + 20))x$((height + 40))+10+10}" +repage -dither None -colors 128 \
-        -define png:compression-level=9 "PNG8:$folder/$1.png"
+    display_settle "$scratch/shot.png"
+    convert "$scratch/shot.png" -crop "${2:-$(place_of "$window")}" +repage -dither None -colors "$colours" \
+        -define png:compression-level=9 -strip "PNG8:$folder/$1.png"
     printf '%s\n' "$folder/$1.png"
 }
 
-open_editor "$root/examples/nested.json"
-shot window
+# shot_dialog NAME TITLE: a dialog alone; closed by Escape.
+shot_dialog() {
+    local dialog
+    dialog=$(display_window --name "$2" "$editor") || fail "the dialog $2 did not come up"
+    shot "$1" "$(place_of "$dialog")"
+    press Escape
+}
+
+# --- an array of Dyalog APL ---
+
+open_editor "$root/examples/nested.json" --title 'Missions'
+press Tab Tab
+shot editor
 for menu in f:file e:edit a:actions i:insert o:options g:graphics h:help; do
     press "alt+${menu%%:*}"
     shot "menu-${menu#*:}"
     press Escape Escape
 done
-
+press Menu
+shot menu-cell
+press Escape
+press ctrl+Up
+press shift+F10
+shot menu-array
+press Escape
 press ctrl+f
-xdotool type --delay 40 Mars
+typed Mars
 press Return
 shot find-bar
+press Escape
+press alt+o i
+shot large-icons
+press alt+o i
+point_at 92 34
+sleep 1
+shot tool-tip
+xdotool mousemove 1270 950
 press ctrl+o
-shot dialog-open
-press Escape
+shot_dialog dialog-open '^Open$'
 press alt+f a
-shot dialog-save-as
-press Escape
+shot_dialog dialog-save-as '^Save As$'
 press alt+h a
-shot dialog-about
-press Escape
+shot_dialog dialog-about '^About'
 press alt+o f
-shot dialog-font
+shot_dialog dialog-font '^Font$'
+press Tab Tab
+typed x
+press alt+F4
+shot_dialog dialog-close '^Vantrel$'
+close_editor
+
+# --- arrays of higher rank, simple arrays ---
+
+open_editor "$root/examples/cube.npy" --title 'Cube'
+press alt+Down Escape
+shot planes
+point_at 40 452
+xdotool click 1
+shot information
 press Escape
+xdotool mousemove 1270 950
+press alt+a
+press Up Up Up Return
+shot_dialog dialog-reorder-axes 'Reorder'
+close_editor
+
+open_editor "$root/examples/matrix.csv" --title 'Matrix'
+shot matrix
+close_editor
+
+# --- MATLAB ---
+
+open_editor "$root/examples/nested.json" --host matlab
+press Tab Tab
+shot matlab
+# The second time the name is taken.
+for _ in first second; do
+    press alt+f a
+    display_window --name '^Save As$' "$editor" >"$scratch/dialog" || fail "the dialog Save As did not come up"
+    typed figures
+    press Return
+done
+shot_dialog dialog-replace '^Vantrel$'
+close_editor
