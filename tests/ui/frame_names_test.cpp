@@ -99,6 +99,23 @@ TEST_F(FrameNames, TheToolBarLacksEncloseAndDisclose)
     });
 }
 
+TEST_F(FrameNames, CtrlWClosesAndEscapeDoesNothing)
+{
+    const MexResult result = Edit(TextValue(u"abc"), [](User& user) {
+        user.Type(u"x");
+        user.Key(VK_ESCAPE);
+        user.Key(VK_ESCAPE, {VK_SHIFT});
+        user.Expect(user.IsOpen() && FindWindowW(L"#32770", Program) == nullptr,
+                    "Escape is not this host's key");
+        user.Key('W', {VK_CONTROL});
+        user.Expect(user.AnswerBox(Program, IDNO) ==
+                        L"The array has been modified. Do you want to save your changes?",
+                    "Ctrl+W closes, with the question");
+        user.Expect(!user.IsOpen(), "closed");
+    });
+    EXPECT_TRUE(result.unchanged);
+}
+
 TEST_F(FrameNames, SaveAsMakesAVariable)
 {
     Edit(TextValue(u"abc"), [](User& user) {

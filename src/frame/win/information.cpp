@@ -7,6 +7,7 @@
 #include "frame/messages.h"
 #include "frame/win/frame_window.h"
 #include "frame/win/node_attributes.h"
+#include "resources/resource.h"
 #include "tools/win/fonts.h"
 #include "tools/win/guard.h"
 #include "tools/win/wide.h"
@@ -62,6 +63,10 @@ bool InformationCreate(FrameWindow& frame)
 void InformationShow(FrameWindow& frame)
 {
     TraceScope trace("information.cpp", "InformationShow");
+    if (IsBusy(frame)) { // the array is being worked on
+        StatusMessage(frame.window, IDS_EDITOR_IS_BUSY, 0);
+        return;
+    }
     const Scdr* const node = SelectedNode(frame);
     if (node == nullptr) return;
     const NodeAttributes attributes(frame, *node);
