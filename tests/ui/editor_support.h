@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "ui/driver.h"
+#include "ui/menus.h"
 
 namespace vantrel::ui {
 
@@ -117,31 +118,6 @@ inline void PutOnClipboard(std::u16string_view text)
     GlobalUnlock(block);
     SetClipboardData(CF_UNICODETEXT, block);
     CloseClipboard();
-}
-
-inline HMENU WaitForMenu()
-{
-    for (int round = 0; round < 200; ++round) {
-        HWND const window = FindWindowW(L"#32768", nullptr);
-        if (window != nullptr && IsWindowVisible(window)) {
-            constexpr UINT GetMenuHandle = 0x01E1; // MN_GETHMENU
-            return reinterpret_cast<HMENU>(SendMessageW(window, GetMenuHandle, 0, 0));
-        }
-        Sleep(10);
-    }
-    return nullptr;
-}
-
-inline bool IsGreyed(HMENU menu, UINT id)
-{
-    return (GetMenuState(menu, id, MF_BYCOMMAND) & (MF_GRAYED | MF_DISABLED)) != 0;
-}
-
-inline void CloseMenu(User& user)
-{
-    user.Key(VK_ESCAPE);
-    for (int round = 0; round < 100 && FindWindowW(L"#32768", nullptr) != nullptr; ++round)
-        Sleep(10);
 }
 
 } // namespace vantrel::ui

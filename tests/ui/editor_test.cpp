@@ -289,18 +289,18 @@ TEST_F(CellEditor, ThePopUpMenuOffersWhatCanBeDone)
         wchar_t text[64] = {};
         GetMenuStringW(menu, 4003, text, 64, MF_BYCOMMAND);
         user.Expect(std::wstring(text) == L"Cu&t", "cut");
-        user.Expect(IsGreyed(menu, 4003) && IsGreyed(menu, 4004), "nothing is selected");
-        user.Expect(IsGreyed(menu, 4001) && IsGreyed(menu, 4002), "nothing is done");
-        user.Expect(!IsGreyed(menu, 4006) && !IsGreyed(menu, 4007), "delete and select all");
-        user.Expect(!IsGreyed(menu, 4201), "an item of a vector can be cut out");
-        user.Expect(IsGreyed(menu, 4604) && !IsGreyed(menu, 4605) && !IsGreyed(menu, 4606), "sizes");
+        user.Expect(IsGrayed(menu, 4003) && IsGrayed(menu, 4004), "nothing is selected");
+        user.Expect(IsGrayed(menu, 4001) && IsGrayed(menu, 4002), "nothing is done");
+        user.Expect(!IsGrayed(menu, 4006) && !IsGrayed(menu, 4007), "delete and select all");
+        user.Expect(!IsGrayed(menu, 4201), "an item of a vector can be cut out");
+        user.Expect(IsGrayed(menu, 4604) && !IsGrayed(menu, 4605) && !IsGrayed(menu, 4606), "sizes");
         CloseMenu(user);
         user.Type(u"!"); // where the right button put the caret
         SendMessageW(editor, SelectAllMessage, 0, 0);
         user.Key(VK_F10, {VK_SHIFT});
         menu = WaitForMenu();
         user.Expect(menu != nullptr, "Shift+F10 opens it, too");
-        user.Expect(!IsGreyed(menu, 4003) && !IsGreyed(menu, 4004) && !IsGreyed(menu, 4001), "now there is");
+        user.Expect(!IsGrayed(menu, 4003) && !IsGrayed(menu, 4004) && !IsGrayed(menu, 4001), "now there is");
         user.Key('C');
         user.Expect(user.ClipboardText().find(u"klm!nop") != std::u16string::npos, "Copy copies");
     });

@@ -378,7 +378,7 @@ TEST_F(EditorWindow, GreysWhatItsMenuCannotDo)
             HMENU const menu = WaitForMenu();
             for (const UINT id :
                  {4001, 4002, 4003, 4004, 4005, 4006, 4007, 4008, 4201, 4202, 4203, 4604, 4605, 4606}) {
-                if (IsGreyed(menu, id)) ids.push_back(id);
+                if (IsGrayed(menu, id)) ids.push_back(id);
             }
             CloseMenu(user);
             return ids;

@@ -4,7 +4,7 @@ namespace vantrel::ui {
 namespace {
 
 constexpr int PollMilliseconds = 10;
-constexpr int Patience = 500; // polls
+constexpr int MostPolls = 500;
 
 // The positions that lead from the menu to the item; empty when it is not there.
 std::vector<int> PathTo(HMENU menu, int id)
@@ -37,16 +37,20 @@ BOOL CALLBACK TakeMenuWindow(HWND window, LPARAM parameter)
     return FALSE;
 }
 
+} // namespace
+
 HWND WaitForMenuWindow(HMENU menu)
 {
     Sought sought{menu, nullptr};
-    for (int i = 0; i < Patience; ++i) {
+    for (int i = 0; i < MostPolls; ++i) {
         EnumWindows(TakeMenuWindow, reinterpret_cast<LPARAM>(&sought));
         if (sought.window != nullptr) return sought.window;
         Sleep(PollMilliseconds);
     }
     return nullptr;
 }
+
+namespace {
 
 void ClickItem(User& user, HWND owner, HMENU menu, int position)
 {
@@ -74,6 +78,13 @@ HMENU WaitForMenu()
 {
     HWND const window = WaitForMenuWindow(nullptr);
     return window == nullptr ? nullptr : reinterpret_cast<HMENU>(SendMessageW(window, MN_GETHMENU, 0, 0));
+}
+
+void CloseMenu(User& user)
+{
+    user.Key(VK_ESCAPE);
+    for (int i = 0; i < MostPolls && FindWindowW(L"#32768", nullptr) != nullptr; ++i)
+        Sleep(PollMilliseconds);
 }
 
 bool IsGrayed(HMENU menu, int id)

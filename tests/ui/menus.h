@@ -9,8 +9,11 @@ namespace vantrel::ui {
 bool ChooseFromMenuBar(User& user, int id);
 // The array view's context menu, opened at the selection as by the keyboard.
 bool ChooseFromContextMenu(User& user, int id);
-// A menu that is open, or null when none comes up.
+// A menu that is open, or null when none comes up; and the window that shows it (`menu` null: any).
 HMENU WaitForMenu();
+HWND WaitForMenuWindow(HMENU menu);
+// Escape, and until it is gone.
+void CloseMenu(User& user);
 // Whether an item of a menu, at any depth, cannot be chosen.
 bool IsGrayed(HMENU menu, int id);
 

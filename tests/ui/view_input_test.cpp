@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "ui/driver.h"
+#include "ui/menus.h"
 
 namespace vantrel::ui {
 namespace {
@@ -153,21 +154,11 @@ TEST_F(Input, AMaximisedSimpleArrayKeepsTheSelection)
     });
 }
 
-HWND WaitForMenu()
-{
-    for (int i = 0; i < 300; ++i) {
-        HWND const menu = FindWindowW(L"#32768", nullptr);
-        if (menu != nullptr && IsWindowVisible(menu)) return menu;
-        Sleep(10);
-    }
-    return nullptr;
-}
-
 // Opens the view's menu by a key; where it stands in the view's client area.
 POINT PlaceOfMenu(User& user, WORD key, std::initializer_list<WORD> modifiers)
 {
     user.Key(key, modifiers);
-    HWND const menu = WaitForMenu();
+    HWND const menu = WaitForMenuWindow(nullptr);
     user.Expect(menu != nullptr, "the menu comes up");
     if (menu == nullptr) return {};
     const auto handle = reinterpret_cast<HMENU>(SendMessageW(menu, MN_GETHMENU, 0, 0));
