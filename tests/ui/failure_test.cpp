@@ -124,6 +124,29 @@ TEST_F(Failure, AnAccessViolationEndsTheEditAndTheHostLivesOn)
     EXPECT_TRUE(next.edit.unchanged);
 }
 
+TEST_F(Failure, TheLogNamesSelectedArraysAndPlanes)
+{
+    TakeCommandLog();
+    RunEdit(interpreter, NestedArray({2}, {Text(u"a"), TextOf({2, 1, 1}, u"bc")}), [](User& user) {
+        constexpr UINT SetPickIndex = 32981;
+        for (const char16_t* const index : {u"2", u"2 7"})
+            SendMessageW(user.Client(), SetPickIndex, 0, reinterpret_cast<LPARAM>(index));
+        user.Key(VK_DOWN, {VK_MENU});
+        user.Key(VK_PRIOR, {VK_MENU});
+        PostMessageW(user.Frame(), WM_COMMAND, Debug, 0);
+        user.AnswerBox(L"Vantrel Debug Message", IDYES);
+        user.AnswerBox(L"Vantrel Error Message", IDOK);
+    });
+    std::string log = TakeCommandLog();
+    // What the name box tells the frame each time is no command with a name.
+    const std::string notice = "Unknown\r\n";
+    for (std::size_t at = 0; (at = log.find(notice)) != std::string::npos;)
+        log.erase(at, notice.size());
+    EXPECT_NE(log.find("\r\nSet array\r\n2\r\nSet array\r\n2 7\r\nPlane down\r\nPlane page up\r\nDebug\r\n"),
+              std::string::npos)
+        << log;
+}
+
 TEST_F(Failure, NoToTheDebugQuestionChangesNothing)
 {
     const Outcome outcome = RunEdit(interpreter, Text(u"abc"), [](User& user) {
