@@ -33,6 +33,8 @@ protected:
 
     static ScdrPtr Compute(EditContext* editContext, std::int32_t primitive, const Scdr& argument)
     {
+        ActionTest& test = TestOf(editContext);
+        if (test.onPrimitive) return test.onPrimitive(primitive, argument);
         switch (primitive) {
         case CommandConvertToCharacter: return BuiltinFormat(editContext, const_cast<Scdr&>(argument));
         case CommandConvertToNumeric: return BuiltinCtn(editContext, argument);
@@ -131,6 +133,7 @@ protected:
     ScdrPtr clipboard;
     VTERROR_CODE copyError = VTERROR_CODE::NoError;
     VTERROR_CODE primitiveError = VTERROR_CODE::NoError;
+    std::function<ScdrPtr(std::int32_t, const Scdr&)> onPrimitive; // computes in the interpreter's place
 };
 
 } // namespace vantrel

@@ -79,6 +79,62 @@ TEST_F(Actions, AnErrorOfTheInterpreterIsShownAndChangesNothing)
     EXPECT_EQ(view.flags & ViewModified, 0);
 }
 
+TEST_F(Actions, AResultThatCannotBeFormattedIsDropped)
+{
+    ShowItem(Word(u"abc"));
+    onPrimitive = [&](std::int32_t primitive, const Scdr&) {
+        if (primitive == CommandReverse) return Allocate(TypeDecimal, {3});
+        SetErrorCode(&context, VTERROR_CODE::NonceError);
+        return ScdrPtr();
+    };
+    const std::int64_t live = LiveAllocations();
+    Run(CommandReverse);
+    EXPECT_EQ(LiveAllocations(), live);
+    EXPECT_EQ(Tree(), "General[2](Character[3]'abc' Character[2]'zz')");
+    EXPECT_GE(log.Count("notify 5"), 1);
+    EXPECT_EQ(view.undo, nullptr);
+}
+
+TEST_F(Actions, WhatReplacesTheSelectionIsShownInOrder)
+{
+    ShowItem(Word(u"abc"));
+    ScdrPtr fresh = Word(u"longer");
+    ASSERT_EQ(FormatScdr(view, *fresh), 0);
+    log.Clear();
+    EXPECT_EQ(ReplaceSelectedScdr(view, fresh, true), 0);
+    EXPECT_EQ(log.calls,
+              (std::vector<std::string>{"status 131", "begin array", "place 12 12 60 28", "invalidate",
+                                        "focus", "notify 1", "notify 6", "editor modified", "size"}));
+    EXPECT_EQ(view.flags & ViewModified, ViewModified);
+    EXPECT_EQ(Selected(view), &At({0}));
+    EXPECT_EQ(view.scroll.horizontal.dataSize, view.root->width);
+}
+
+TEST_F(Actions, WhatFillsTheWindowIsRestoredReplacedAndFillsItAgain)
+{
+    ShowItem(Vec(Word(u"abc")));
+    ASSERT_EQ(MaximizeScdr(view), 0);
+    ScdrPtr fresh = Vec(Word(u"x"));
+    ASSERT_EQ(FormatScdr(view, *fresh), 0);
+    EXPECT_EQ(ReplaceSelectedScdr(view, fresh, true), 0);
+    EXPECT_EQ(view.top, &At({0}));
+    EXPECT_EQ(At({0}).Flags & FlagMaximized, FlagMaximized);
+    EXPECT_EQ(view.scroll.horizontal.dataSize, view.top->width);
+}
+
+TEST_F(Actions, EachGroupTakesItsOwnCommandsOnly)
+{
+    ShowItem(Word(u"abc"));
+    EXPECT_EQ(PerformAction(view, CommandRavel), 1);
+    EXPECT_EQ(PerformAction(view, 4620), 1);
+    EXPECT_EQ(PerformAction(view, CommandMakeMatrix), 0);
+    EXPECT_EQ(PerformClipboardAction(view, CommandCheckAndAlign), 1);
+    EXPECT_EQ(PerformClipboardAction(view, CommandCopyArray), 0);
+    EXPECT_EQ(PerformSystemAction(view, CommandResetSize), 1);
+    EXPECT_EQ(PerformSystemAction(view, CommandMinimize), 0);
+    EXPECT_EQ(Tree(), "General[2](Character[3 1]'abc' Character[2]'zz')");
+}
+
 TEST_F(Actions, AResultThatIsNoneIsAValueError)
 {
     ShowItem(Word(u"abc"));
@@ -313,6 +369,66 @@ TEST_F(Actions, WhatWouldChangeInADoubleStaysNested)
     SelectAt({0, 1});
     Run(CommandPasteArray);
     EXPECT_EQ(Tree(), "General[2](General[2](Integer[]9007199254740993 Integer[]1) Character[2]'zz')");
+}
+
+TEST_F(Actions, DecimalsBecomeADecimalArrayAndMixWithNothing)
+{
+    onPrimitive = [&](std::int32_t, const Scdr& argument) {
+        return Characters({argument.ElementCount},
+                          std::u16string(static_cast<std::size_t>(argument.ElementCount), u'd'));
+    };
+    const auto decimal = [&](std::uint8_t first) {
+        ScdrPtr item = Allocate(TypeDecimal, {});
+        *static_cast<std::uint8_t*>(item->data) = first;
+        SetSimplestType(*item);
+        return item;
+    };
+    Show(Vec(Vec(decimal(7), Letter(u'b')), Vec(decimal(1), Scalar(2)), Word(u"zz")));
+    clipboard = decimal(9);
+    SelectAt({0, 1});
+    Run(CommandPasteArray);
+    const Scdr& array = At({0});
+    EXPECT_EQ(array.Type, TypeDecimal);
+    EXPECT_EQ(array.ElementCount, 2);
+    const auto* const data = static_cast<const std::uint8_t*>(array.data);
+    EXPECT_EQ(data[0], 7);
+    EXPECT_EQ(data[16], 9);
+    EXPECT_EQ(At({1}).Type, TypeNested);
+}
+
+TEST_F(Actions, OnlySomeCommandsMakeScalarsSimpleAndOnlyWhenTheySucceed)
+{
+    onPrimitive = [&](std::int32_t primitive, const Scdr& argument) {
+        return primitive == CommandExecute ? Word(u"done") : Compute(&context, primitive, argument);
+    };
+    const auto coalesces = [&](std::int32_t command, const std::vector<std::int64_t>& path) {
+        const auto compute = std::exchange(onPrimitive, nullptr);
+        Show(Vec(Vec(Word(u"12"), Characters({1, 2}, u"ab")), Vec(Letter(u'x'), Letter(u'y'))));
+        if (command == CommandExecute) onPrimitive = compute;
+        clipboard = Word(u"new");
+        Scdr* node = view.root;
+        for (const std::int64_t index : path)
+            node = Children(*node)[index];
+        Select(*node);
+        Run(command);
+        onPrimitive = compute;
+        return At({1}).Type == TypeCharacter;
+    };
+    for (const std::int32_t command : {CommandCutArray, CommandPasteArray, CommandConvertToNumeric,
+                                       CommandFirst, CommandEnlist, CommandExecute})
+        EXPECT_TRUE(coalesces(command, {0, 0})) << command;
+    EXPECT_TRUE(coalesces(CommandConvertToCharacter, {0, 1})) << CommandConvertToCharacter;
+    for (const std::int32_t command :
+         {CommandCopyArray, CommandRavel, CommandEnclose, CommandReverse, CommandReverseFirstAxis,
+          CommandTranspose, CommandSortAscending, CommandSortDescending, CommandMakeArrayOfRows,
+          CommandCheckAndAlign, CommandMinimize, CommandMaximize, CommandResetAllSizes})
+        EXPECT_FALSE(coalesces(command, {0, 1})) << command;
+    for (const std::int32_t command : {CommandMakeMatrix, CommandInsertItemLeft, CommandInsertItemRight})
+        EXPECT_FALSE(coalesces(command, {0, 0})) << command;
+    EXPECT_FALSE(coalesces(CommandDisclose, {0}));
+    EXPECT_FALSE(coalesces(CommandConvertToNumeric, {0})); // refused
+    copyError = VTERROR_CODE::SystemError;
+    EXPECT_FALSE(coalesces(CommandCutArray, {0, 0})); // failed
 }
 
 TEST_F(Actions, ItemsOfSeveralKindsStayNested)
