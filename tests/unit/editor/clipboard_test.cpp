@@ -39,6 +39,34 @@ TEST(EditClipboard, CutDeletesEvenWhenTheClipboardDoesNotOpen)
     EXPECT_EQ(editor.UndoSteps(), 1);
 }
 
+TEST(EditClipboard, ACopyThatFailsCollapsesTheSelectionAndChangesNothing)
+{
+    Editor editor(TypeCharacter, {3}, u"abc");
+    editor.clipboardOpens = false;
+    editor.Select({0, 0}, {2, 0});
+    EXPECT_EQ(CopyMarked(editor.window), 1);
+    EXPECT_FALSE(IsSelectionEmpty(editor.window)) << "that is the command's part";
+    CopySelection(editor.window);
+    EXPECT_TRUE(IsSelectionEmpty(editor.window));
+    EXPECT_TRUE(editor.notifications.empty());
+    EXPECT_EQ(editor.Lines(), (TextLines{u"abc"}));
+}
+
+TEST(EditClipboard, OfReadOnlyTextWithNothingSelectedOnlyCuttingAndPastingBeep)
+{
+    Editor editor(TypeCharacter, {3}, u"abc");
+    editor.window.readOnly = true;
+    CopySelection(editor.window);
+    ClearSelection(editor.window);
+    EXPECT_TRUE(editor.beeps.empty());
+    CutSelection(editor.window);
+    PasteClipboard(editor.window);
+    EXPECT_EQ(editor.beeps, (std::vector<EditBeep>{EditBeep::Asterisk, EditBeep::Asterisk}));
+    editor.Select({0, 0}, {2, 0});
+    CopySelection(editor.window);
+    EXPECT_EQ(editor.clipboard, u"ab") << "it may be copied";
+}
+
 TEST(EditClipboard, ClearDeletesTheSelection)
 {
     Editor editor(TypeCharacter, {3}, u"abc");

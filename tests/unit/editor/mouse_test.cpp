@@ -76,6 +76,23 @@ TEST(EditMouse, TheRightButtonMovesTheCaretAndKeepsTheSelection)
     EXPECT_EQ(NormalisedSelection(editor.window).end, (EditCaret{3, 0}));
 }
 
+TEST(EditMouse, OtherButtonsAndModifiersAreNotTheEditors)
+{
+    Editor editor(TypeCharacter, {1, 1}, u"abcdef\nghijkl");
+    editor.Select({0, 0}, {3, 0});
+    for (const int buttons : {0, 3, 4 + 2, 8 + 2, 8 + 4 + 1}) {
+        MousePress press;
+        press.left = (buttons & 1) != 0;
+        press.right = (buttons & 2) != 0;
+        press.shift = (buttons & 4) != 0;
+        press.control = (buttons & 8) != 0;
+        press.point = At(5, 1);
+        EXPECT_FALSE(PressMouse(editor.window, press)) << buttons;
+        EXPECT_EQ(editor.Caret(), (EditCaret{3, 0})) << buttons;
+        EXPECT_FALSE(IsSelectionEmpty(editor.window));
+    }
+}
+
 TEST(EditMouse, ControlClicksAreNotTheEditors)
 {
     Editor editor(TypeCharacter, {1, 1}, u"abcdef");

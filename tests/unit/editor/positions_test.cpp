@@ -162,5 +162,23 @@ TEST(EditPositions, ScrollingUpPullsTheCaretToTheLastVisibleLine)
     EXPECT_EQ(editor.Caret(), (EditCaret{0, 9}));
 }
 
+TEST(EditPositions, ScrollingBackPullsTheCaretToTheLastVisibleCharacter)
+{
+    Editor editor(TypeCharacter, {1, 1}, ManyLines(100, 100));
+    editor.Put(60, 0);
+    ChangeScrollPositions(editor.State().scroll, ScrollToStart, 0);
+    MoveCaretIntoWindow(editor.window);
+    EXPECT_EQ(editor.Caret(), (EditCaret{24, 0}));
+    EXPECT_TRUE(IsSelectionEmpty(editor.window));
+    editor.Put(60, 0);
+    editor.view.findMatch = true;
+    ChangeScrollPositions(editor.State().scroll, 5, 0);
+    const int drawn = editor.caretsDrawn;
+    MoveCaretIntoWindow(editor.window);
+    EXPECT_EQ(editor.Caret(), (EditCaret{60, 0})) << "still in sight";
+    EXPECT_TRUE(editor.view.findMatch);
+    EXPECT_EQ(editor.caretsDrawn, drawn);
+}
+
 } // namespace
 } // namespace vantrel::test
