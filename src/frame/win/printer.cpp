@@ -9,6 +9,7 @@
 #include "entry/trace.h"
 #include "frame/win/frame_window.h"
 #include "tools/win/guard.h"
+#include "tools/win/locale.h"
 #include "view/messages.h"
 
 namespace vantrel {
@@ -48,21 +49,12 @@ void ShareDeviceHandles() noexcept
     g_printer.printDialog.hDevNames = g_printer.pageSetup.hDevNames;
 }
 
-// In the unit in which the dialog gives margins to this user.
-LONG OneInch() noexcept
-{
-    DWORD inches = 0;
-    GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_IMEASURE | LOCALE_RETURN_NUMBER,
-                   reinterpret_cast<wchar_t*>(&inches), sizeof inches / sizeof(wchar_t));
-    return inches != 0 ? 1000 : 2540;
-}
-
 // An inch on every side is what Windows answers at first; a system that answers none leaves it to the program.
 RECT DefaultMargins(const RECT& answered) noexcept
 {
     if (answered.left != 0 || answered.top != 0 || answered.right != 0 || answered.bottom != 0)
         return answered;
-    const LONG inch = OneInch();
+    const LONG inch = IsMetric() ? 2540 : 1000;
     return {inch, inch, inch, inch};
 }
 

@@ -9,6 +9,7 @@
 #include "entry/win/debug_channel.h"
 #include "resources/resource.h"
 #include "tools/win/fonts.h"
+#include "tools/win/locale.h"
 #include "tools/win/wide.h"
 #include "tools/win/window.h"
 #include "view/busy.h"
@@ -61,15 +62,6 @@ LOGFONTW PaperFont(HFONT font, const Resolution& printer) noexcept
     logFont.lfHeight = MulDiv(logFont.lfHeight, printer.y, std::max(GetDeviceCaps(screen, LOGPIXELSY), 1));
     logFont.lfWidth = 0;
     return logFont;
-}
-
-// The margins come in the unit of the user's country.
-bool IsMetric() noexcept
-{
-    DWORD inches = 0;
-    GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_IMEASURE | LOCALE_RETURN_NUMBER,
-                   reinterpret_cast<wchar_t*>(&inches), sizeof inches / sizeof(wchar_t));
-    return inches == 0;
 }
 
 PaperSheet SheetOf(HDC printer, const RECT& margins, std::int64_t lineHeight) noexcept
