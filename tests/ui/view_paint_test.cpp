@@ -360,6 +360,52 @@ TEST_F(Painting, NamesOfFieldsAreGreyAndNotEdited)
         });
 }
 
+// --- the editor's way to another array ---
+
+// Where a window was whenever it painted itself or its border; written by a hook on the thread of the window.
+struct PaintedPlaces {
+    HWND window = nullptr;
+    std::vector<RECT> places;
+};
+
+PaintedPlaces g_painted;
+
+LRESULT CALLBACK NotePaint(int code, WPARAM wParam, LPARAM lParam)
+{
+    const auto& message = *reinterpret_cast<const CWPSTRUCT*>(lParam);
+    const bool paints = message.message == WM_PAINT || message.message == WM_NCPAINT;
+    if (code >= 0 && paints && message.hwnd == g_painted.window) {
+        RECT place{};
+        GetWindowRect(message.hwnd, &place);
+        g_painted.places.push_back(place);
+    }
+    return CallNextHookEx(nullptr, code, wParam, lParam);
+}
+
+// A vector's editor has no scroll bars, a matrix's has; both are the same window.
+TEST_F(Painting, TheEditorPaintsNothingBeforeItIsAtItsPlace)
+{
+    std::vector<Array> items(40, Text(u"item"));
+    items.push_back(TextOf({2, 3}, u"abcdef"));
+    RunEdit(interpreter, NestedArray({41, 1}, items), [](User& user) {
+        SelectIndex(user, u"(1 1)");
+        user.Wait();
+        g_painted.window = user.Editor();
+        g_painted.places.clear();
+        HHOOK const hook = SetWindowsHookExW(WH_CALLWNDPROC, NotePaint, nullptr,
+                                             GetWindowThreadProcessId(user.Frame(), nullptr));
+        SelectIndex(user, u"(41 1)");
+        UnhookWindowsHookEx(hook);
+        RECT place{};
+        GetWindowRect(user.Editor(), &place);
+        user.Expect(user.Editor() == g_painted.window, "one window for both");
+        user.Expect(!g_painted.places.empty(), "it is painted at once");
+        user.Expect(std::all_of(g_painted.places.begin(), g_painted.places.end(),
+                                [&](const RECT& painted) { return EqualRect(&painted, &place) != FALSE; }),
+                    "only where it belongs");
+    });
+}
+
 // --- restore buttons ---
 
 enum class Button { Normal = 1, Hot = 2, Pressed = 3 };
