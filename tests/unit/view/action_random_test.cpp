@@ -156,7 +156,7 @@ protected:
     void TypeSomething()
     {
         Scdr& node = *Selected(view);
-        if (!IsShownInEditor(node) || node.records.count == 0) return;
+        if (!IsShownInEditor(node) || ShownRows(node) < 1) return;
         const std::u16string texts[] = {u"", u"7", u"12 3.5 6", u"two words", u"Wide"};
         const std::int64_t row = FirstShownRow(node) + Pick(0, static_cast<int>(ShownRows(node)) - 1);
         if (row < node.records.count) Type(node, row, texts[Pick(0, 4)]);
