@@ -1,7 +1,8 @@
-// The library is refused memory at every single request that a command makes, in its real window: the array is what it was or what it was to
-// become, the user is told, and the editor goes on working.
+// The library is refused memory from any single request on that a command makes, in its real window: the array is what it was or what it was
+// to become, the user is told, and the editor goes on working.
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <limits>
 
 #include "ui/driver.h"
@@ -20,7 +21,9 @@ using fake::TextOf;
 
 constexpr UINT GetModified = 32973;
 constexpr UINT SetPickIndex = 32981;
+constexpr UINT Find = 32971;
 constexpr UINT GetBusy = 32986;
+constexpr UINT SelectAllText = 33072;
 constexpr int Revert = 4101;
 constexpr int Save = 4102;
 constexpr int CutArray = 4201;
@@ -29,6 +32,7 @@ constexpr int PasteArray = 4203;
 constexpr int UndoArray = 4204;
 constexpr int RedoArray = 4205;
 constexpr int CheckAndAlign = 4207;
+constexpr int Enclose = 4612;
 constexpr char16_t ErrorAllocating[] =
     u"Error allocating storage.  Data may be corrupted.  Recommend closing window.";
 constexpr char16_t SystemError[] = u"System Error"; // what a clipboard says that takes no array
@@ -78,18 +82,34 @@ bool IsToldOf(const User& user)
     return text == ErrorAllocating || text == SystemError;
 }
 
+// The first error that finds no memory for itself makes ready what all later ones use. What is painted meanwhile may take the refusals away
+// from it.
+void MakeErrorsReady(User& user)
+{
+    bool told = false;
+    for (std::int64_t i = 0; i < Rounds * Rounds && !told; ++i) {
+        MemoryFaults faults;
+        faults.Arm(1 + i % Rounds, RequestAndError);
+        Send(user, Enclose);
+        faults.Disarm();
+        told = IsToldOf(user);
+        Send(user, Revert);
+    }
+    user.Expect(told, "a lack of memory is told of");
+}
+
 class OutOfMemoryIn : public testing::TestWithParam<MemoryCase> {
 protected:
     void SetUp() override { ForgetOptions(); }
 
-    // One command whose nth request for memory is refused. False when it makes fewer.
+    // One command whose nth request for memory and all later ones are refused. False when it makes fewer.
     static bool TryOnce(User& user, const MemoryCase& tested, const Image& before, const Image& done,
-                        std::int64_t nth, std::int64_t length)
+                        std::int64_t nth)
     {
         if (TreeImage(user) != before) Prepare(user, tested);
         const LRESULT modified = Ask(user, GetModified);
         MemoryFaults faults;
-        faults.Arm(nth, length);
+        faults.Arm(nth, AllLater);
         Send(user, tested.command);
         const bool refused = faults.Refused() > 0;
         // What is painted now is painted without memory, too.
@@ -109,16 +129,8 @@ protected:
     }
     static void TryEveryRequest(User& user, const MemoryCase& tested, const Image& before, const Image& done)
     {
-        // The first error that finds no memory for itself makes ready what all later ones use. What is painted meanwhile may take the
-        // refusals away from it.
         std::int64_t nth = 1;
-        for (int round = 0; round < Rounds && TreeImage(user) != before; ++round) {
-            for (nth = 1;
-                 TryOnce(user, tested, before, done, nth, RequestAndError) && TreeImage(user) != before;)
-                ++nth;
-        }
-        user.Expect(TreeImage(user) == before, "without memory the command is not done");
-        for (nth = 1; user.IsOpen() && TryOnce(user, tested, before, done, nth, AllLater);)
+        while (user.IsOpen() && TryOnce(user, tested, before, done, nth))
             ++nth;
         user.Expect(nth > 1, "the command asks for memory");
     }
@@ -130,6 +142,7 @@ TEST_P(OutOfMemoryIn, TheArrayStaysWholeAndTheEditorGoesOn)
 {
     const MemoryCase& tested = GetParam();
     const Outcome outcome = RunEdit(interpreter, tested.argument, [&](User& user) {
+        MakeErrorsReady(user);
         SendMessageW(user.Client(), SetPickIndex, 0, reinterpret_cast<LPARAM>(u"2"));
         Send(user, CopyArray);
         Prepare(user, tested);
@@ -175,13 +188,74 @@ INSTANTIATE_TEST_SUITE_P(
             "InsertItem", 4701, u"1", Beside(Text(Long)),
             NestedArray({3}, {Text(std::u16string(Long.size(), u' ')), Text(Long), Text(Long + u"zz")})},
         MemoryCase{"Cut", CutArray, u"1", Beside(Text(Long)), NestedArray({1}, {Text(Long + u"zz")})},
-        MemoryCase{"Enclose", 4612, u"1", Beside(Text(Long)), Beside(NestedArray({}, {Text(Long)}))},
+        MemoryCase{"Enclose", Enclose, u"1", Beside(Text(Long)), Beside(NestedArray({}, {Text(Long)}))},
         MemoryCase{"MakeMatrix", 4619, u"1", Beside(Text(Long)),
                    Beside(TextOf({static_cast<std::int64_t>(Long.size()), 1}, Long))},
         // The numbers 0 to 19 row by row, and then in fives.
         MemoryCase{"Transpose", 4616, u"1", Beside(NumericArray({4, 5}, Count(20, 1))),
                    Beside(NumericArray({5, 4}, Count(20, 5)))}),
     [](const testing::TestParamInfo<MemoryCase>& tested) { return std::string(tested.param.name); });
+
+class WithoutMemory : public testing::Test {
+protected:
+    void SetUp() override { ForgetOptions(); }
+
+    Interpreter interpreter;
+};
+
+// Does something while no request for memory is granted.
+void DoWithoutMemory(User& user, const std::function<void()>& act)
+{
+    MemoryFaults faults;
+    faults.Arm(1, AllLater);
+    act();
+    RedrawWindow(user.Frame(), nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN | RDW_UPDATENOW);
+    faults.Disarm();
+    Sleep(1);
+    user.Expect(user.IsOpen() && FindWindowW(L"#32770", L"Vantrel Error Message") == nullptr,
+                "the window stays");
+    user.Expect(Ask(user, GetBusy) == 0, "the view is ready for what comes next");
+}
+
+TEST_F(WithoutMemory, WhateverTheUserDoesTheWindowStays)
+{
+    const Array argument = NestedArray(
+        {2}, {Text(Long), NestedArray({2}, {Text(Long), NumericArray({3, 2}, {1, 2, 3, 4, 5, 6})})});
+    const Outcome outcome = RunEdit(interpreter, argument, [](User& user) {
+        MakeErrorsReady(user);
+        const auto select = [&](const char16_t* index) {
+            DoWithoutMemory(
+                user, [&] { SendMessageW(user.Client(), SetPickIndex, 0, reinterpret_cast<LPARAM>(index)); });
+        };
+        const auto edit = [&](UINT message, WPARAM wParam) {
+            DoWithoutMemory(user, [&] { SendMessageW(user.Editor(), message, wParam, 0); });
+        };
+        const auto run = [&](std::initializer_list<int> commands) {
+            for (const int command : commands)
+                DoWithoutMemory(user, [&] { Send(user, command); });
+        };
+        select(u"1");
+        edit(WM_CHAR, u'x');
+        edit(WM_CHAR, u'\r');
+        edit(WM_UNDO, 0);
+        edit(SelectAllText, 0);
+        edit(WM_COPY, 0);
+        edit(WM_PASTE, 0);
+        for (const char16_t* index : {u"2 2", u"2"}) {
+            select(index);
+            run({4606, 4604, 4605, 4604}); // filling the window, closed, restored
+        }
+        run({4603, 4308, 4308, 4309, 4314, 4315, 4301, 4301, 4307, 4302, 4302}); // sizes, options, bars
+        run({CopyArray, PasteArray, UndoArray, RedoArray, 4206, 4601});
+        DoWithoutMemory(user, [&] { SendMessageW(user.Client(), Find, 1, 0); });
+        run({Save, Revert});
+        Send(user, Revert);
+        Send(user, Save);
+        user.ExpectEqual(user.StatusText(), u"Data saved", "with memory at hand all is well");
+    });
+    ASSERT_TRUE(outcome.edit.hasResult);
+    EXPECT_TRUE(SameValues(outcome.edit.result, argument)) << Dump(outcome.edit.result);
+}
 
 } // namespace
 } // namespace vantrel::ui
