@@ -167,7 +167,10 @@ void ShowBars(EditWindow& window, bool horizontal, bool vertical)
     const TraceScope trace("edit_effects.cpp", "ShowBars");
     ShowScrollBar(window.window, SB_HORZ, horizontal);
     ShowScrollBar(window.window, SB_VERT, vertical);
-    if (IsThemeActive()) SetWindowTheme(window.window, nullptr, L"Scrollbar");
+    EditInstance* const instance = GetEditInstance(window.window);
+    // Once is enough: each time the whole window would be drawn anew.
+    if (instance == nullptr || instance->barsThemed || !IsThemeActive()) return;
+    instance->barsThemed = SUCCEEDED(SetWindowTheme(window.window, nullptr, L"Scrollbar"));
 }
 
 } // namespace

@@ -11,6 +11,7 @@ struct EditInstance {
     EditWindow edit; // the model's part; effects lead from it to the window
     HFONT font = nullptr;
     bool mouseTimer = false;
+    bool barsThemed = false;
     bool ownsCaret = false; // the thread's one caret was made by this window
     Point64 lastMousePoint; // where the pointer was seen last, in client coordinates
 };

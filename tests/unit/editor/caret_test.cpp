@@ -169,6 +169,14 @@ TEST(EditCaretPicture, OfACharacterScalarIsABlockOverTheCharacter)
     EXPECT_EQ(picture.width, CharWidth);
 }
 
+TEST(EditCaretPicture, OfANumericScalarIsAnyLines)
+{
+    Editor editor(TypeInteger, {}, u"12");
+    editor.Put(1, 0);
+    EXPECT_EQ(GetCaretPicture(editor.window).point.x, 2 + CharWidth);
+    EXPECT_EQ(GetCaretPicture(editor.window).width, 0);
+}
+
 TEST(EditCaretPicture, IsNotDrawnWhileTheMouseSelects)
 {
     Editor editor(TypeCharacter, {2}, u"ab");

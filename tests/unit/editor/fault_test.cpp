@@ -207,6 +207,27 @@ void SweepFailures(const Operation& operation, void (*check)(Editor&, const Text
     }
 }
 
+TEST(EditFaults, AScalarKeepsItsCharacterAndCaret)
+{
+    std::int64_t failures = 1;
+    for (std::int64_t nth = 1; failures > 0; ++nth) {
+        SCOPED_TRACE(nth);
+        Editor editor(TypeCharacter, {}, u"a");
+        editor.Put(1, 0);
+        editor.view.findMatch = true;
+        ArmAllocationFault(nth, true);
+        editor.Type(u"b");
+        failures = DisarmAllocationFault();
+        EXPECT_EQ(failures > 0, editor.Notified(EditNotifyOutOfMemory));
+        const bool kept = editor.Lines() == TextLines{u"a"};
+        EXPECT_EQ(editor.UndoSteps(), kept ? 0 : 1);
+        EXPECT_EQ(editor.Caret(), (EditCaret{failures > 0 && !kept ? 0 : 1, 0}));
+        EXPECT_TRUE(IsSelectionEmpty(editor.window));
+        EXPECT_EQ(editor.view.findMatch, kept);
+        ASSERT_LT(nth, 100);
+    }
+}
+
 TEST(EditFaults, AnUndoThatFailsLosesNoStep)
 {
     const auto pasteOver = [](Editor& e) {
@@ -243,9 +264,9 @@ TEST(EditFaults, ARedoThatFailsLosesNoOlderStep)
     };
     const Operation redo{"redo", undoPaste, [](Editor& e) { Redo(e.window); }};
     SweepFailures(redo, [](Editor& editor, const TextLines& before) {
+        EXPECT_EQ(editor.RedoSteps(), editor.Lines() == before ? 1 : 0) << "half done it cannot be redone";
         if (editor.Lines() == before) {
             EXPECT_EQ(editor.UndoSteps(), 2);
-            EXPECT_EQ(editor.RedoSteps(), 1);
             EXPECT_EQ(Redo(editor.window), 1);
             EXPECT_NE(editor.Lines(), before);
         }

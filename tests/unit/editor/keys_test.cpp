@@ -156,8 +156,8 @@ TEST(EditChars, ReleasedControlAndSurrogateCharactersAreNotTyped)
 TEST(EditChars, TheIdeographicSpaceBecomesABlank)
 {
     Editor editor(TypeCharacter, {1}, u"a");
-    editor.Type(u"\u3000\uE000⍳");
-    EXPECT_EQ(editor.Lines(), (TextLines{u" \uE000⍳a"}));
+    editor.Type(u"\u3000\uE000⍳ ");
+    EXPECT_EQ(editor.Lines(), (TextLines{u" \uE000⍳ a"}));
 }
 
 TEST(EditChars, EnterWithAModifierIsIgnored)

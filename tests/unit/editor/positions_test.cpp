@@ -127,6 +127,20 @@ TEST(EditPositions, ACaretThatEndsAtTheFarEdgeIsStillInside)
     EXPECT_GT(editor.invalidated, before);
 }
 
+TEST(EditPositions, OnePixelOutsideIsScrolledIn)
+{
+    Editor editor(TypeCharacter, {1, 1}, ManyLines(30, 60));
+    editor.client.right -= 1;
+    editor.client.bottom -= 1;
+    LayOutEdit(editor.window);
+    MoveCaret(editor.window, 24, 9);
+    EXPECT_EQ(editor.State().scroll.horizontal.position, 1);
+    EXPECT_EQ(editor.State().scroll.vertical.position, 1);
+    MoveCaret(editor.window, -24, -9);
+    EXPECT_EQ(editor.State().scroll.horizontal.position, 0);
+    EXPECT_EQ(editor.State().scroll.vertical.position, 0);
+}
+
 TEST(EditPositions, AfterScrollingTheCaretFollowsTheWindow)
 {
     Editor editor(TypeCharacter, {1, 1}, ManyLines(100, 100));

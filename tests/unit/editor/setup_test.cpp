@@ -40,6 +40,13 @@ TEST(EditSetup, OptionsSetTheMargins)
     EXPECT_EQ(editor.view.rulerHeight, 0);
 }
 
+TEST(EditSetup, LineNumbersOfPlanesCountTheRowsOfOne)
+{
+    Editor editor(TypeCharacter, {6, 2, 1}, u"a\nb\nc\nd\ne\nf\ng\nh\ni\nj\nk\nl");
+    EXPECT_EQ(editor.view.lineNumbersWidth, 3 * CharWidth); // "[2]"
+    EXPECT_EQ(editor.State().scroll.vertical.dataSize, 2 * LineHeight);
+}
+
 TEST(EditSetup, LineNumbersGrowWithTheText)
 {
     Editor editor(TypeCharacter, {1, 1}, u"a\nb\nc\nd\ne\nf\ng\nh\ni");

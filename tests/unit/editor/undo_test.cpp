@@ -149,6 +149,7 @@ TEST(EditUndo, AStepThatTheNodeRefusesIsLost)
     Undo(editor.window);
     EXPECT_EQ(editor.Lines(), (TextLines{u"12"}));
     EXPECT_EQ(editor.beeps, (std::vector<EditBeep>{EditBeep::Exclamation}));
+    EXPECT_TRUE(IsSelectionEmpty(editor.window));
     EXPECT_FALSE(CanUndo(editor.window));
     EXPECT_FALSE(CanRedo(editor.window));
 }
