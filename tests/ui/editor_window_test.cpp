@@ -34,13 +34,18 @@ void SetOptionTo(User& user, int option, bool value)
     user.Wait();
 }
 
-// All of the editor's text, by way of the clipboard.
+// All of the editor's text, which is not empty, by way of the clipboard. Another program may have that open for a moment.
 std::u16string TextIn(User& user)
 {
-    SendMessageW(user.Editor(), SelectAllMessage, 0, 0);
-    ClearClipboard();
-    SendMessageW(user.Editor(), WM_COPY, 0, 0);
-    return user.ClipboardText();
+    std::u16string text;
+    for (int round = 0; round < 50 && text.empty(); ++round) {
+        SendMessageW(user.Editor(), SelectAllMessage, 0, 0);
+        ClearClipboard();
+        SendMessageW(user.Editor(), WM_COPY, 0, 0);
+        text = user.ClipboardText();
+        if (text.empty()) Sleep(20);
+    }
+    return text;
 }
 
 // --- messages ---
