@@ -6,6 +6,7 @@
 #include <commctrl.h>
 
 #include "ui/driver.h"
+#include "ui/menus.h"
 
 namespace vantrel::ui {
 namespace {
@@ -116,17 +117,6 @@ int PositionOf(HMENU menu, UINT id)
     return -1;
 }
 
-void ChooseByMouse(User& user, UINT menu, UINT id)
-{
-    HMENU const bar = GetMenu(user.Frame());
-    HMENU const popup = GetSubMenu(bar, static_cast<int>(menu));
-    RECT place{};
-    GetMenuItemRect(user.Frame(), bar, menu, &place);
-    ClickScreen(user, place);
-    GetMenuItemRect(nullptr, popup, static_cast<UINT>(PositionOf(popup, id)), &place);
-    ClickScreen(user, place);
-}
-
 void PressTool(User& user, int command)
 {
     HWND const bar = FindWindowExW(user.Frame(), nullptr, TOOLBARCLASSNAMEW, nullptr);
@@ -145,16 +135,6 @@ void PressButton(User& user, HWND dialog, int id)
     ClickScreen(user, place);
 }
 
-HWND WaitForPopup()
-{
-    for (int i = 0; i < 300; ++i) {
-        HWND const menu = FindWindowW(L"#32768", nullptr);
-        if (menu != nullptr && IsWindowVisible(menu)) return menu;
-        Sleep(10);
-    }
-    return nullptr;
-}
-
 TEST_F(FrameSession, WithoutAKeyboard)
 {
     const Array argument = NestedArray({2}, {Text(u"abc"), NumericArray({2}, {1.5, 2})});
@@ -167,12 +147,11 @@ TEST_F(FrameSession, WithoutAKeyboard)
 
         user.Mouse(user.Client(), {24, 24}, MOUSEEVENTF_RIGHTDOWN);
         user.Mouse(user.Client(), {24, 24}, MOUSEEVENTF_RIGHTUP);
-        HWND const menu = WaitForPopup();
+        HMENU const menu = WaitForMenu();
         user.Expect(menu != nullptr, "the right button shows what can be done");
         if (menu == nullptr) return;
-        const auto handle = reinterpret_cast<HMENU>(SendMessageW(menu, MN_GETHMENU, 0, 0));
         RECT place{};
-        GetMenuItemRect(nullptr, handle, static_cast<UINT>(PositionOf(handle, 4605)), &place);
+        GetMenuItemRect(nullptr, menu, static_cast<UINT>(PositionOf(menu, 4605)), &place);
         ClickScreen(user, place); // Minimize
         user.Wait();
         user.Expect((GetMenuState(GetMenu(user.Frame()), 4604, MF_BYCOMMAND) & MF_GRAYED) == 0,
@@ -184,13 +163,13 @@ TEST_F(FrameSession, WithoutAKeyboard)
         user.Expect(IsWindowVisible(bar) != 0, "the find bar is shown");
         PressTool(user, 4206);
 
-        ChooseByMouse(user, 4, 4309); // Options, Use 3D edges
+        user.Expect(ChooseFromMenuBar(user, 4309), "the menu has it"); // Options, Use 3D edges
         user.Expect((GetMenuState(GetMenu(user.Frame()), 4309, MF_BYCOMMAND) & MF_CHECKED) != 0, "checked");
-        ChooseByMouse(user, 6, 4503); // Help, About
+        user.Expect(ChooseFromMenuBar(user, 4503), "the menu has it"); // Help, About
         HWND const about = user.WaitForBox(L"About Vantrel");
         PressButton(user, about, IDOK);
         user.Expect(!IsWindow(about), "a button closes the dialog");
-        ChooseByMouse(user, 0, 4104); // File, Save and close
+        user.Expect(ChooseFromMenuBar(user, 4104), "the menu has it"); // File, Save and close
         user.Expect(!user.IsOpen(), "saved and closed");
     });
     ASSERT_TRUE(outcome.edit.hasResult);
