@@ -93,10 +93,14 @@ TEST_F(FrameDialogs, SaveAsIsDoneByKeys)
         HWND const dialog = user.WaitForBox(L"Save As");
         ExpectTabOrder(user, dialog, {NameEdit, SelectedOnly, IDOK, IDCANCEL});
         user.Expect(IsDlgButtonChecked(dialog, SelectedOnly) == BST_UNCHECKED, "the whole array at first");
-        user.Key('S', {VK_MENU});
-        user.Expect(IsDlgButtonChecked(dialog, SelectedOnly) == BST_CHECKED, "Alt+S checks the box");
+        wchar_t label[64] = {};
+        GetDlgItemTextW(dialog, SelectedOnly, label, 64);
+        user.Expect(std::wstring(label) == L"Save selected array", "what the box says");
+        user.Key(VK_TAB);
         user.Key(VK_SPACE);
-        user.Expect(IsDlgButtonChecked(dialog, SelectedOnly) == BST_UNCHECKED, "the space bar takes it back");
+        user.Expect(IsDlgButtonChecked(dialog, SelectedOnly) == BST_CHECKED, "the space bar checks the box");
+        user.Key(VK_SPACE);
+        user.Expect(IsDlgButtonChecked(dialog, SelectedOnly) == BST_UNCHECKED, "and takes it back");
         user.Key('N', {VK_MENU});
         user.Expect(FocusOf(user) == GetDlgItem(dialog, NameEdit), "Alt+N goes to the name");
         user.Key(VK_ESCAPE);
