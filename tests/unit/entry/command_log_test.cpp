@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace vantrel {
 namespace {
@@ -23,26 +25,67 @@ TEST(CommandLog, BeginsWithProductVersionAndBuild)
     EXPECT_EQ(log.substr(log.size() - 2), "\r\n");
 }
 
-TEST(CommandLog, KeepsTheProgramsOwnSpellings)
+// The spellings are the program's own.
+TEST(CommandLog, NamesEveryCommand)
 {
-    EXPECT_EQ(NameOf(4201), "Cut array");
-    EXPECT_EQ(NameOf(4202), "Copy Array");
-    EXPECT_EQ(NameOf(4621), "Array or rows");
-    EXPECT_EQ(NameOf(4104), "Save and Close");
-    EXPECT_EQ(NameOf(4110), "Exit force");
-}
-
-TEST(CommandLog, KnowsTheEndsOfEachRange)
-{
-    EXPECT_EQ(NameOf(4001), "Popup undo");
-    EXPECT_EQ(NameOf(4008), "Popup help");
-    EXPECT_EQ(NameOf(4210), "Find previous");
-    EXPECT_EQ(NameOf(4316), "Options enable Undo array");
-    EXPECT_EQ(NameOf(4504), "Debug");
-    EXPECT_EQ(NameOf(4601), "Size to definition");
-    EXPECT_EQ(NameOf(4629), "Execute");
-    EXPECT_EQ(NameOf(4706), "Insert row below");
-    EXPECT_EQ(NameOf(4908), "Graphics surface");
+    const std::pair<std::int32_t, std::vector<const char*>> ranges[] = {
+        {4001,
+         {"Popup undo", "Popup redo", "Popup cut", "Popup copy", "Popup paste", "Popup delete",
+          "Popup select all", "Popup help"}},
+        {4101,
+         {"Revert", "Save", "Save As", "Save and Close", "Exit", "Open", "Page setup", "Print", "Open object",
+          "Exit force"}},
+        {4201,
+         {"Cut array", "Copy Array", "Paste Array", "Undo Array", "Redo Array", "Find", "Check and align",
+          "Empty undo buffer", "Find next", "Find previous"}},
+        {4301,
+         {"Options toolbar", "Options status", "Options font", "Options confirm close",
+          "Options size to definition", "Options top most", "Options small icons", "Options small margins",
+          "Options 3d edges", "Options whole cell", "Options overtype", "Options reject bad data",
+          "Options line numbers", "Options ruler", "Options scrollbar", "Options enable Undo array"}},
+        {4501, {"Help general", "Help keys", "Help about", "Debug"}},
+        {4601,
+         {"Size to definition",
+          "Reset size",
+          "Reset all sizes",
+          "Restore",
+          "Minimize",
+          "Maximize",
+          "Format",
+          "Convert to numeric",
+          "Ravel",
+          "First",
+          "Disclose",
+          "Enclose",
+          "Enlist",
+          "Reverse",
+          "Reverse along first axis",
+          "Transpose",
+          "Grade up",
+          "Grade down",
+          "Matrix rows",
+          "Unknown",
+          "Array or rows",
+          "Plane up",
+          "Plane down",
+          "Plane first",
+          "Plane last",
+          "Plane page up",
+          "Plane page down",
+          "Reorder axes",
+          "Execute"}},
+        {4701,
+         {"Insert item left", "Insert item right", "Insert column left", "Insert column right",
+          "Insert row above", "Insert row below"}},
+        {4901,
+         {"Graphics area", "Graphics bar", "Graphics contour", "Graphics histogram", "Graphics mesh",
+          "Graphics pie", "Graphics plot", "Graphics surface"}}};
+    for (const auto& [first, names] : ranges) {
+        std::int32_t id = first;
+        for (const char* const name : names)
+            EXPECT_EQ(NameOf(id++), name);
+        EXPECT_EQ(NameOf(id), "Unknown") << "behind the range of " << first;
+    }
 }
 
 TEST(CommandLog, OtherIdsAreUnknown)
