@@ -25,6 +25,7 @@ using fake::NestedArray;
 using fake::RawArray;
 using fake::SameValues;
 using fake::Text;
+using fake::TextOf;
 namespace ErrorNumber = fake::ErrorNumber;
 
 constexpr int Exit = 4105;
