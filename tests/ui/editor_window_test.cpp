@@ -114,6 +114,32 @@ TEST_F(EditorWindow, CutsCopiesPastesAndClearsByMessage)
     Expect(outcome, Matrix({U"aad ", U"efgh"}));
 }
 
+TEST_F(EditorWindow, WaitsAMomentForAClipboardThatIsInUse)
+{
+    const Outcome outcome = RunEdit(interpreter, MatrixItem({U"abcd", U"efgh"}), [](User& user) {
+        user.Key(VK_TAB);
+        HWND const editor = user.Editor();
+        const auto whileOpen = [&](UINT message, DWORD milliseconds) {
+            while (!OpenClipboard(nullptr))
+                Sleep(1);
+            PostMessageW(editor, message, 0, 0);
+            Sleep(milliseconds);
+            CloseClipboard();
+            user.Wait();
+        };
+        PutOnClipboard(u"before");
+        user.Key(VK_RIGHT, {VK_SHIFT});
+        whileOpen(WM_CUT, 30);
+        user.ExpectEqual(user.ClipboardText(), u"a", "cut when it was free again");
+        whileOpen(WM_PASTE, 30);
+        user.Key(VK_RIGHT, {VK_SHIFT});
+        whileOpen(WM_CUT, 600);
+        user.ExpectEqual(user.ClipboardText(), u"a", "not for ever: the text goes all the same");
+        user.Command(SaveAndClose);
+    });
+    Expect(outcome, Matrix({U"acd ", U"efgh"}));
+}
+
 TEST_F(EditorWindow, TakesItsMarginsFromTheOptions)
 {
     RunEdit(interpreter, Matrix(Letters()), [](User& user) {

@@ -68,9 +68,21 @@ KeyStates ReadKeyStates(EditWindow&)
 
 // --- clipboard ---
 
+// Other programs look into the clipboard whenever it changes, and it is theirs for that moment: a cut right after a copy would else lose its text.
+bool OpenClipboardPatiently(HWND owner) noexcept
+{
+    constexpr int Tries = 10;
+    constexpr DWORD Pause = 10; // milliseconds
+    for (int left = Tries; left > 0; --left) {
+        if (OpenClipboard(owner)) return true;
+        if (left > 1) Sleep(Pause);
+    }
+    return false;
+}
+
 class ClipboardGuard {
 public:
-    explicit ClipboardGuard(HWND owner) noexcept : open_(OpenClipboard(owner) != FALSE) {}
+    explicit ClipboardGuard(HWND owner) noexcept : open_(OpenClipboardPatiently(owner)) {}
     ~ClipboardGuard()
     {
         if (open_) CloseClipboard();
@@ -106,7 +118,7 @@ private:
 bool OpenAndEmptyClipboard(EditWindow& window)
 {
     const TraceScope trace("edit_effects.cpp", "OpenAndEmptyClipboard");
-    if (!OpenClipboard(window.window)) return false;
+    if (!OpenClipboardPatiently(window.window)) return false;
     if (EmptyClipboard()) return true;
     CloseClipboard();
     return false;
