@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include "ui/driver.h"
 #include "ui/menus.h"
+#include "ui/view_support.h"
 
 namespace vantrel::ui {
 
@@ -13,7 +13,6 @@ using namespace fake;
 inline constexpr int SaveAndClose = 4104;
 inline constexpr int OvertypeOption = 4311;
 inline constexpr int RankOneBarsOption = 4315;
-inline constexpr UINT SetOption = 32980;
 inline constexpr UINT MoveCaretMessage = 33071;
 inline constexpr UINT SelectAllMessage = 33072;
 inline constexpr int Rim = 2; // between the client area's edge and the text
@@ -24,23 +23,6 @@ protected:
 
     Interpreter interpreter;
 };
-
-struct FontSize {
-    int character;
-    int line;
-};
-
-inline FontSize FontOf(HWND window)
-{
-    HDC const dc = GetDC(window);
-    const auto font = reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0));
-    HGDIOBJ const previous = SelectObject(dc, font);
-    TEXTMETRICW metrics{};
-    GetTextMetricsW(dc, &metrics);
-    SelectObject(dc, previous);
-    ReleaseDC(window, dc);
-    return {metrics.tmAveCharWidth, metrics.tmHeight + metrics.tmExternalLeading};
-}
 
 // A little right of a character's left edge, in an editor that shows no margins.
 inline POINT At(HWND editor, int column, int line)

@@ -4,18 +4,16 @@
 #include <atomic>
 #include <thread>
 
-#include "ui/driver.h"
 #include "ui/menus.h"
+#include "ui/view_support.h"
 
 namespace vantrel::ui {
 namespace {
 
 using namespace fake;
 
-constexpr int Margin = 5;
 constexpr UINT GetPickIndex = 32975;
 constexpr UINT GetSelected = 32978;
-constexpr UINT SetPickIndex = 32981;
 constexpr UINT GetBusy = 32986;
 constexpr int FindCommand = 4206;
 constexpr int RestoreCommand = 4604;
@@ -31,52 +29,12 @@ protected:
     Interpreter interpreter;
 };
 
-LRESULT SelectIndex(const User& user, const char16_t* index)
-{
-    return SendMessageW(user.Client(), SetPickIndex, 0, reinterpret_cast<LPARAM>(index));
-}
-
 HWND FocusOf(const User& user)
 {
     GUITHREADINFO info{};
     info.cbSize = sizeof info;
     GetGUIThreadInfo(GetWindowThreadProcessId(user.Frame(), nullptr), &info);
     return info.hwndFocus;
-}
-
-// The window of the cell editor in the view's client area.
-RECT EditorRect(const User& user)
-{
-    RECT rect{};
-    GetWindowRect(user.Editor(), &rect);
-    MapWindowPoints(nullptr, user.Client(), reinterpret_cast<POINT*>(&rect), 2);
-    return rect;
-}
-
-int BarPosition(HWND window, int bar)
-{
-    SCROLLINFO info{};
-    info.cbSize = sizeof info;
-    info.fMask = SIF_POS;
-    GetScrollInfo(window, bar, &info);
-    return info.nPos;
-}
-
-struct FontSize {
-    int character;
-    int line;
-};
-
-FontSize FontOf(HWND window)
-{
-    HDC const dc = GetDC(window);
-    HGDIOBJ const previous =
-        SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0)));
-    TEXTMETRICW metrics{};
-    GetTextMetricsW(dc, &metrics);
-    SelectObject(dc, previous);
-    ReleaseDC(window, dc);
-    return {metrics.tmAveCharWidth, metrics.tmHeight + metrics.tmExternalLeading};
 }
 
 Array Words(Shape shape)

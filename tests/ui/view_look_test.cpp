@@ -4,16 +4,13 @@
 
 #include <algorithm>
 
-#include "ui/driver.h"
+#include "ui/view_support.h"
 
 namespace vantrel::ui {
 namespace {
 
 using namespace fake;
 
-constexpr int Margin = 5;
-constexpr UINT SetOption = 32980;
-constexpr UINT SetPickIndex = 32981;
 constexpr int Edges3dOption = 4309;
 constexpr int RestoreCommand = 4604;
 constexpr int MinimizeCommand = 4605;
@@ -25,57 +22,6 @@ protected:
 
     Interpreter interpreter;
 };
-
-void SelectIndex(const User& user, const char16_t* index)
-{
-    SendMessageW(user.Client(), SetPickIndex, 0, reinterpret_cast<LPARAM>(index));
-}
-
-void Switch(User& user, int option, bool on)
-{
-    SendMessageW(user.Client(), SetOption, MAKEWPARAM(option, on ? 1 : 0), 0);
-    user.Wait();
-}
-
-// The thickness of a sunken edge, measured as the view measures it.
-int EdgeWidth()
-{
-    HDC const dc = CreateCompatibleDC(nullptr);
-    RECT area{0, 0, 100, 100};
-    DrawEdge(dc, &area, EDGE_SUNKEN, BF_RECT | BF_ADJUST);
-    DeleteDC(dc);
-    return (100 - (area.right - area.left)) / 2;
-}
-
-// The window of the cell editor in the view's client area: the selected box less its margin.
-RECT EditorRect(const User& user)
-{
-    RECT rect{};
-    GetWindowRect(user.Editor(), &rect);
-    MapWindowPoints(nullptr, user.Client(), reinterpret_cast<POINT*>(&rect), 2);
-    return rect;
-}
-
-int BarPosition(HWND window, int bar)
-{
-    SCROLLINFO info{};
-    info.cbSize = sizeof info;
-    info.fMask = SIF_POS;
-    GetScrollInfo(window, bar, &info);
-    return info.nPos;
-}
-
-LONG LineHeight(HWND window)
-{
-    HDC const dc = GetDC(window);
-    HGDIOBJ const previous =
-        SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0)));
-    TEXTMETRICW metrics{};
-    GetTextMetricsW(dc, &metrics);
-    SelectObject(dc, previous);
-    ReleaseDC(window, dc);
-    return metrics.tmHeight;
-}
 
 Array Words(Shape shape)
 {
@@ -323,14 +269,14 @@ TEST_F(SmallBars, ZoomingKeepsTheLinesInSight)
         for (int page = 0; page < 4; ++page)
             SendMessageW(user.Editor(), WM_VSCROLL, SB_PAGEDOWN, 0);
         const auto row = [&] {
-            return BarPosition(user.Editor(), SB_VERT) / static_cast<double>(LineHeight(user.Client()));
+            return BarPosition(user.Editor(), SB_VERT) / static_cast<double>(FontOf(user.Client()).line);
         };
         const double before = row();
         user.Expect(before > 20, "far down");
         SelectIndex(user, u"2");
-        const LONG line = LineHeight(user.Client());
+        const LONG line = FontOf(user.Client()).line;
         SendMessageW(user.Client(), WM_MOUSEWHEEL, MAKEWPARAM(MK_CONTROL, 240), 0);
-        user.Expect(LineHeight(user.Client()) > line, "a larger font");
+        user.Expect(FontOf(user.Client()).line > line, "a larger font");
         SelectIndex(user, u"1");
         user.Expect(row() > before - 1.5 && row() < before + 1.5, "the same rows");
     });
@@ -427,19 +373,19 @@ void WheelWith(User& user, WORD key, int wheel)
 TEST_F(Look, ControlAndTheWheelChangeTheFontsSize)
 {
     RunEdit(interpreter, Words({3}), [](User& user) {
-        const LONG before = LineHeight(user.Client());
+        const LONG before = FontOf(user.Client()).line;
         WheelWith(user, VK_CONTROL, 240);
-        const LONG larger = LineHeight(user.Client());
+        const LONG larger = FontOf(user.Client()).line;
         user.Expect(larger > before, "away from the user it grows");
         WheelWith(user, VK_CONTROL, -360);
-        user.Expect(LineHeight(user.Client()) < larger, "towards the user it shrinks");
+        user.Expect(FontOf(user.Client()).line < larger, "towards the user it shrinks");
         SelectIndex(user, u"1");
-        const LONG shown = LineHeight(user.Client());
+        const LONG shown = FontOf(user.Client()).line;
         WheelWith(user, VK_CONTROL, 240);
-        user.Expect(LineHeight(user.Client()) > shown, "from within the editor, too");
-        user.ExpectEqual(LineHeight(user.Editor()), LineHeight(user.Client()), "which has the same font");
+        user.Expect(FontOf(user.Client()).line > shown, "from within the editor, too");
+        user.ExpectEqual(FontOf(user.Editor()).line, FontOf(user.Client()).line, "which has the same font");
         const RECT box = EditorRect(user);
-        user.Expect(box.bottom - box.top > LineHeight(user.Client()), "and the box has grown");
+        user.Expect(box.bottom - box.top > FontOf(user.Client()).line, "and the box has grown");
     });
 }
 

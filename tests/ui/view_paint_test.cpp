@@ -9,17 +9,14 @@
 
 #include "hosts/fake_matlab.h"
 #include "hosts/win/matlab_libraries.h"
-#include "ui/driver.h"
+#include "ui/view_support.h"
 
 namespace vantrel::ui {
 namespace {
 
 using namespace fake;
 
-constexpr int Margin = 5;
 constexpr UINT GetPreferredSize = 32976;
-constexpr UINT SetOption = 32980;
-constexpr UINT SetPickIndex = 32981;
 constexpr int FindCommand = 4206;
 constexpr int Edges3dOption = 4309;
 constexpr int RankOneBarsOption = 4315;
@@ -32,39 +29,6 @@ protected:
 
     Interpreter interpreter;
 };
-
-void SelectIndex(const User& user, const char16_t* index)
-{
-    SendMessageW(user.Client(), SetPickIndex, 0, reinterpret_cast<LPARAM>(index));
-}
-
-void Switch(User& user, int option, bool on)
-{
-    SendMessageW(user.Client(), SetOption, MAKEWPARAM(option, on ? 1 : 0), 0);
-    user.Wait();
-}
-
-// The thickness of a sunken edge, measured as the view measures it.
-int EdgeWidth()
-{
-    HDC const dc = CreateCompatibleDC(nullptr);
-    RECT area{0, 0, 100, 100};
-    DrawEdge(dc, &area, EDGE_SUNKEN, BF_RECT | BF_ADJUST);
-    DeleteDC(dc);
-    return (100 - (area.right - area.left)) / 2;
-}
-
-int LineHeight(const User& user)
-{
-    HDC const dc = GetDC(user.Client());
-    HGDIOBJ const previous =
-        SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(user.Client(), WM_GETFONT, 0, 0)));
-    TEXTMETRICW metrics{};
-    GetTextMetricsW(dc, &metrics);
-    SelectObject(dc, previous);
-    ReleaseDC(user.Client(), dc);
-    return metrics.tmHeight + metrics.tmExternalLeading;
-}
 
 // What is displayed, margins included.
 SIZE SizeOfTop(const User& user)
@@ -460,7 +424,7 @@ TEST_F(Painting, AClosedBoxIsTheSystemsRestoreButton)
         SelectIndex(user, u"2");
         const int inset = EdgeWidth() + 1;
         const POINT corner{box.left + inset, box.top + inset};
-        const int side = LineHeight(user) - 2;
+        const int side = FontOf(user.Client()).line - 2;
         user.Mouse(user.Client(), {200, 200});
         user.Expect(ShowsButton(user, corner, side, Button::Normal), "at rest");
         user.Mouse(user.Client(), {corner.x + 3, corner.y + 3});

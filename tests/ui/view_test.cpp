@@ -4,20 +4,17 @@
 #include <atomic>
 #include <thread>
 
-#include "ui/driver.h"
+#include "ui/view_support.h"
 
 namespace vantrel::ui {
 namespace {
 
 using namespace fake;
 
-constexpr int Margin = 5; // with small margins, the default
 constexpr int LargeMargin = 10;
 constexpr UINT GetModified = 32973;
 constexpr UINT GetOption = 32974;
 constexpr UINT GetPreferredSize = 32976;
-constexpr UINT SetOption = 32980;
-constexpr UINT SetPickIndex = 32981;
 constexpr int SmallMarginsOption = 4308;
 constexpr int RankOneBarsOption = 4315;
 constexpr COLORREF NumberColour = RGB(64, 64, 224);
@@ -34,42 +31,6 @@ Array TwoTexts()
     return NestedArray({2}, {Text(u"ab"), Text(u"cde")});
 }
 
-// The thickness of a sunken edge, measured as the view measures it.
-int EdgeWidth(HWND window)
-{
-    HDC const dc = GetDC(window);
-    RECT area{0, 0, 100, 100};
-    DrawEdge(dc, &area, EDGE_SUNKEN, BF_RECT | BF_ADJUST);
-    ReleaseDC(window, dc);
-    InvalidateRect(window, nullptr, FALSE);
-    return (100 - (area.right - area.left)) / 2;
-}
-
-struct FontSize {
-    int character;
-    int line;
-};
-
-FontSize FontOf(HWND window)
-{
-    HDC const dc = GetDC(window);
-    const auto font = reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0));
-    HGDIOBJ const previous = SelectObject(dc, font);
-    TEXTMETRICW metrics{};
-    GetTextMetricsW(dc, &metrics);
-    SelectObject(dc, previous);
-    ReleaseDC(window, dc);
-    return {metrics.tmAveCharWidth, metrics.tmHeight + metrics.tmExternalLeading};
-}
-
-RECT EditorRect(const User& user)
-{
-    RECT rect{};
-    GetWindowRect(user.Editor(), &rect);
-    MapWindowPoints(nullptr, user.Client(), reinterpret_cast<POINT*>(&rect), 2);
-    return rect;
-}
-
 bool SameRect(const RECT& a, const RECT& b)
 {
     return a.left == b.left && a.top == b.top && a.right == b.right && a.bottom == b.bottom;
@@ -78,7 +39,7 @@ bool SameRect(const RECT& a, const RECT& b)
 // The text area of a vector's item: `before` is the width of the boxes to its left, each less one margin.
 RECT TextArea(const User& user, int before, int characters, int margin)
 {
-    const int edge = EdgeWidth(user.Client());
+    const int edge = EdgeWidth();
     const FontSize font = FontOf(user.Client());
     const int left = edge + margin + before + margin;
     const int top = edge + margin + margin;
@@ -254,7 +215,7 @@ TEST_F(View, PreferredSizeHoldsTheWholeArray)
         user.ExpectEqual(SendMessageW(user.Client(), GetPreferredSize, 0, reinterpret_cast<LPARAM>(&size)), 0,
                          "it answers");
         const RECT second = TextArea(user, BoxWidthLessMargin(user, 2, Margin), 3, Margin);
-        const int edge = EdgeWidth(user.Client());
+        const int edge = EdgeWidth();
         user.ExpectEqual(size.cx, second.right + 2 * Margin + edge + GetSystemMetrics(SM_CXVSCROLL),
                          "its width");
         user.ExpectEqual(size.cy, second.bottom + 2 * Margin + edge + GetSystemMetrics(SM_CYHSCROLL),
