@@ -5,6 +5,7 @@
 
 #include "action_fixture.h"
 #include "view/commit.h"
+#include "view/options.h"
 
 namespace vantrel {
 namespace {
@@ -162,9 +163,20 @@ protected:
         if (row < node.records.count) Type(node, row, texts[Pick(0, 4)]);
     }
 
+    void ChangeOption()
+    {
+        const std::int32_t options[] = {OptionSmallMargins, OptionWholeCell, OptionRankOneScrollBars,
+                                        OptionEnableUndo};
+        const std::uint32_t effects = SetViewOption(view, options[Pick(0, 3)], Pick(0, 1) != 0);
+        const bool again = (effects & OptionEffectLayOutAgain) != 0;
+        EXPECT_TRUE(!again || LayOutAgain(view, Pick(0, 1) != 0) == 0);
+        if ((effects & OptionEffectEmptyUndo) != 0) UndoPurge(view);
+    }
+
     void TypingStep()
     {
         SelectAnything();
+        if (Pick(0, 9) == 0) ChangeOption();
         if (Pick(0, 2) == 0) TypeSomething();
         if (Pick(0, 2) == 0) SelectAnything();
         const std::int32_t command = Commands[Pick(0, static_cast<int>(std::size(Commands)) - 1)];
