@@ -144,8 +144,14 @@ CaretPicture GetCaretPicture(EditWindow& window)
     const Scdr& node = *window.view->node;
     // The one character of a scalar is replaced by whatever is typed, and the caret says so.
     const bool replacesAll = node.Rank == 0 && node.Type == TypeCharacter;
-    const CaretPlace place = CaretToPosition(window, replacesAll ? EditCaret{0, 0} : CaretOf(window));
-    const bool block = replacesAll || IsOvertyping(window);
+    return CaretPictureAt(window, replacesAll ? EditCaret{0, 0} : CaretOf(window),
+                          replacesAll || IsOvertyping(window));
+}
+
+CaretPicture CaretPictureAt(EditWindow& window, EditCaret caret, bool block)
+{
+    const TraceScope trace("caret.cpp", "CaretPictureAt");
+    const CaretPlace place = CaretToPosition(window, caret);
     const Rect64 area = TextArea(window);
     const std::int64_t top = std::max(place.point.y, area.top);
     const std::int64_t bottom = std::min(place.point.y + window.view->lineHeight, area.bottom);

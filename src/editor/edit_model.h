@@ -118,6 +118,7 @@ struct EditWindow {
     // What the mouse has begun, at most one, and over which node: the view may go on to another before the button is let go.
     const Scdr* pressed = nullptr;
     bool dragText = false;  // the left button went down inside the selection
+    EditCaret dropTarget;   // and would drop it here
     bool selecting = false; // it went down elsewhere in the text
     bool resizing = false;  // a border is being dragged
     EditResize resize;
@@ -172,6 +173,8 @@ struct CaretPicture {
     bool shown = false;
 };
 [[nodiscard]] CaretPicture GetCaretPicture(EditWindow& window);
+// A caret anywhere in the text: thin, or a block over its character.
+[[nodiscard]] CaretPicture CaretPictureAt(EditWindow& window, EditCaret caret, bool block);
 // Caret, selection and find match as they are, to be put back after a change that was refused.
 struct EditPlace {
     EditCaret caret;
@@ -271,6 +274,8 @@ bool PressMouse(EditWindow& window, const MousePress& press);
 void DragMouse(EditWindow& window, Point64 point);
 // The capture has ended: a selection is complete, dragged text is dropped.
 void EndMouse(EditWindow& window, Point64 point);
+// The place where dragged text would land, as a thin caret; not shown where letting go would move nothing.
+[[nodiscard]] CaretPicture GetDropMark(EditWindow& window);
 // Moves the selected text to another place, as one undo group. Dropped on itself it only loses the selection.
 void DropText(EditWindow& window, EditCaret target);
 

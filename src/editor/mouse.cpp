@@ -35,6 +35,7 @@ void PressLeft(EditWindow& window, EditCaret caret, bool shift)
         window.selecting = true;
     } else if (!IsSelectionEmpty(window) && LiesInside(NormalisedSelection(window), caret)) {
         window.dragText = true;
+        window.dropTarget = caret;
     } else {
         MoveCaretTo(window, caret);
         SelectionReset(window);
@@ -101,10 +102,22 @@ bool PressMouse(EditWindow& window, const MousePress& press)
 void DragMouse(EditWindow& window, Point64 point)
 {
     const TraceScope trace("mouse.cpp", "DragMouse");
-    if (!window.selecting || !IsSameNode(window)) return;
+    if ((!window.selecting && !window.dragText) || !IsSameNode(window)) return;
     // The caret may follow the pointer out of the window; that movement scrolls.
     const EditCaret caret = PositionToCaret(window, point);
-    if (caret != CaretOf(window)) SelectTo(window, caret);
+    if (window.selecting && caret != CaretOf(window)) SelectTo(window, caret);
+    if (window.dragText && caret != window.dropTarget) {
+        window.dropTarget = caret;
+        window.effects->invalidate(window);
+    }
+}
+
+CaretPicture GetDropMark(EditWindow& window)
+{
+    const TraceScope trace("mouse.cpp", "GetDropMark");
+    const bool moves = window.dragText && IsSameNode(window) && !window.readOnly && !IsLocked(window) &&
+                       !LiesInside(NormalisedSelection(window), window.dropTarget);
+    return moves ? CaretPictureAt(window, window.dropTarget, false) : CaretPicture{};
 }
 
 void EndMouse(EditWindow& window, Point64 point)
@@ -116,6 +129,7 @@ void EndMouse(EditWindow& window, Point64 point)
     if (window.selecting && IsSameNode(window)) SelectionEnd(window);
     window.dragText = window.selecting = window.resizing = false;
     if (!HasEditedNode(window)) return;
+    if (drops) window.effects->invalidate(window); // the mark goes, whatever becomes of the text
     if (drops && IsSameNode(window)) DropText(window, PositionToCaret(window, point));
     DrawCaret(window);
 }

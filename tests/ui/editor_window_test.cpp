@@ -549,6 +549,32 @@ TEST_F(EditorWindow, APlaneKeepsItsLinesAndAnUndoFindsItsPlane)
     Expect(outcome, TextOf({2, 2, 3}, u"zabcd ef gh "));
 }
 
+TEST_F(EditorWindow, DraggedTextShowsWhereItWouldLand)
+{
+    RunEdit(interpreter, MatrixItem(Letters()), [](User& user) {
+        user.Key(VK_TAB);
+        HWND const editor = user.Editor();
+        const FontSize font = FontOf(editor);
+        const auto marked = [&](int column, int line) {
+            const int x = Rim + column * font.character;
+            const int y = Rim + line * font.line;
+            return user.Shot(editor).Count(GetSysColor(COLOR_WINDOWTEXT), {x, y, x + 2, y + font.line}) ==
+                   2 * font.line;
+        };
+        user.Drag(editor, At(editor, 2, 1), At(editor, 5, 1));
+        Sleep(GetDoubleClickTime() + 50);
+        user.Mouse(editor, At(editor, 3, 1), MOUSEEVENTF_LEFTDOWN);
+        user.Mouse(editor, At(editor, 7, 2));
+        user.Expect(marked(7, 2), "before the character under the pointer");
+        user.Mouse(editor, At(editor, 1, 3));
+        user.Expect(marked(1, 3) && !marked(7, 2), "it follows the pointer");
+        user.Mouse(editor, At(editor, 4, 1));
+        user.Expect(!marked(1, 3) && !marked(4, 1), "and is nowhere over the text itself");
+        user.Mouse(editor, At(editor, 4, 1), MOUSEEVENTF_LEFTUP);
+        user.Expect(!marked(4, 1), "nor afterwards");
+    });
+}
+
 TEST_F(EditorWindow, TextDroppedOnItselfOnlyLosesItsSelection)
 {
     const Outcome outcome = RunEdit(interpreter, MatrixItem(Letters()), [](User& user) {

@@ -14,6 +14,7 @@ namespace {
 
 constexpr COLORREF BorderColor = RGB(255, 0, 0);   // as the view marks a maximised array
 constexpr COLORREF LineNumberColor = RGB(7, 0, 0); // fixed, whatever the user's colours are
+constexpr int DropMarkWidth = 2;                   // pixels, more than a caret's
 constexpr int PieceUnits = 512;                    // characters handed to the system at a time
 
 // --- small things ---
@@ -189,6 +190,15 @@ void DrawRows(Painter& painter)
     ForEachVisiblePiece(painter.edit, focused, &DrawTextPiece, &painter);
 }
 
+void DrawDropMark(Painter& painter)
+{
+    const CaretPicture mark = GetDropMark(painter.edit);
+    if (!mark.shown) return;
+    const RECT line =
+        ToRect({mark.point.x, mark.point.y, mark.point.x + DropMarkWidth, mark.point.y + mark.height});
+    FillRect(painter.dc, &line, GetSysColorBrush(COLOR_WINDOWTEXT));
+}
+
 // A vector without scroll bars shows by arrows that there is more of it.
 void DrawCues(const Painter& painter)
 {
@@ -225,6 +235,7 @@ void DrawPicture(EditInstance& instance, HDC dc)
     if (ShowsMargins(edit)) DrawFrame(painter);
     DrawMargins(painter);
     DrawRows(painter);
+    DrawDropMark(painter);
     DrawCues(painter);
 }
 

@@ -60,6 +60,38 @@ TEST(EditDrop, APressInsideTheSelectionKeepsItAndDrawsNoCaret)
     EXPECT_TRUE(editor.window.selecting);
 }
 
+TEST(EditDrop, AMarkShowsWhereTheTextWouldLand)
+{
+    Editor editor(TypeCharacter, {1, 1}, u"abcdefgh\nijkl");
+    editor.Select({2, 0}, {5, 0});
+    EXPECT_FALSE(GetDropMark(editor.window).shown);
+    ASSERT_TRUE(Grab(editor, At(3, 0)));
+    EXPECT_FALSE(GetDropMark(editor.window).shown) << "on itself it would not move";
+    const int before = editor.invalidated;
+    DragMouse(editor.window, At(2, 1));
+    EXPECT_EQ(editor.invalidated, before + 1);
+    CaretPicture mark = GetDropMark(editor.window);
+    EXPECT_TRUE(mark.shown);
+    EXPECT_EQ(mark.point.x, 2 + 2 * CharWidth);
+    EXPECT_EQ(mark.point.y, 2 + LineHeight);
+    EXPECT_EQ(mark.height, LineHeight);
+    EXPECT_EQ(mark.width, 0) << "thin, also when overtyping";
+    DragMouse(editor.window, At(2, 1));
+    EXPECT_EQ(editor.invalidated, before + 1) << "painted once";
+    for (const std::int64_t column : {2, 3, 5}) {
+        DragMouse(editor.window, At(column, 0));
+        EXPECT_FALSE(GetDropMark(editor.window).shown) << column;
+    }
+    DragMouse(editor.window, At(1, 0));
+    EXPECT_TRUE(GetDropMark(editor.window).shown);
+    editor.window.readOnly = true;
+    EXPECT_FALSE(GetDropMark(editor.window).shown);
+    EndMouse(editor.window, At(1, 0));
+    editor.window.readOnly = false;
+    EXPECT_FALSE(GetDropMark(editor.window).shown);
+    EXPECT_GT(editor.invalidated, before + 4);
+}
+
 TEST(EditDrop, ShiftExtendsASelectionAlsoFromInside)
 {
     Editor editor(TypeCharacter, {1, 1}, u"abcdefgh");
