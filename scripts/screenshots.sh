@@ -80,9 +80,14 @@ open_editor() {
     sleep 0.7
 }
 
-close_editor() {
-    # Where two dialogs ended at once the window manager gives the keyboard to nobody.
+# After dialogs the window manager sometimes gives the keyboard to nobody.
+activate() {
     xdotool windowactivate --sync "$window"
+    sleep 0.3
+}
+
+close_editor() {
+    activate
     press alt+F4
     sleep 0.5
     # The question, where something was changed.
@@ -180,7 +185,7 @@ close_editor
 open_editor "$root/examples/cube.npy" --title 'Cube'
 press alt+Down Escape
 shot planes
-point_at 40 452
+point_at 40 "$((height * 96 / dpi - 8))"
 xdotool click 1
 shot information
 press Escape
@@ -201,6 +206,7 @@ press Tab Tab
 shot matlab
 # The second time the name is taken.
 for _ in first second; do
+    activate
     press alt+f a
     display_window --name '^Save As$' "$editor" >"$scratch/dialog" || fail "the dialog Save As did not come up"
     typed figures
