@@ -148,7 +148,8 @@ void SetBulkRecordsOwning(RecordList& list, OwnedArray<char16_t> text, std::int6
 {
     TraceScope trace("record_list.cpp", "SetBulkRecordsOwning");
     SetBulkRecords(list, text.get(), rows, length);
-    list.ownedText = text.release();
+    // A list without rows is filled again whenever somebody asks for its text; it must not own what nothing reads.
+    if (rows > 0) list.ownedText = text.release();
 }
 
 RecordText GetRecord(const RecordList& list, std::int64_t row) noexcept

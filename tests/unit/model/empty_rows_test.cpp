@@ -38,6 +38,18 @@ protected:
     CharWidths widths;
 };
 
+TEST_F(EmptyRows, NoneAtAllOwnNothing)
+{
+    const std::int64_t live = LiveAllocations();
+    {
+        OwnedRecords none;
+        for (int i = 0; i < 2; ++i) // formatted, and formatted again
+            SetBulkRecordsOwning(none.list, AllocateArray<char16_t>(0), 0, 5);
+        EXPECT_EQ(none.list.count, 0);
+    }
+    EXPECT_EQ(LiveAllocations(), live);
+}
+
 TEST_F(EmptyRows, CostFewChunks)
 {
     EXPECT_EQ(records.list.count, Huge);
