@@ -188,6 +188,21 @@ protected:
         environment.ErrorCode = VTERROR_CODE::NoError;
     }
 
+    // The command may be done or not, or some of its steps where it has several.
+    void FaultyStep()
+    {
+        SelectAnything();
+        const std::int32_t command = Commands[Pick(0, static_cast<int>(std::size(Commands)) - 1)];
+        SCOPED_TRACE(std::to_string(command) + " on " + test::DumpTree(*Selected(view)).substr(0, 300));
+        if (Pick(0, 3) == 0) TypeSomething();
+        ArmAllocationFault(Pick(1, 30), Pick(0, 1) != 0);
+        Run(command);
+        DisarmAllocationFault();
+        ExpectWhole();
+        if (CheckAndAlignScdr(view) != 0 && CalculateScdrSizes(view) == 0) ExpectLaidOut();
+        environment.ErrorCode = VTERROR_CODE::NoError;
+    }
+
     void Step()
     {
         SelectAnything();
@@ -240,6 +255,28 @@ TEST_F(ActionWalk, TypedTextLeavesTheTreeWhole)
         ShowNewTree();
         for (int step = 0; step < 60 && !HasFailure() && Tree().size() < LargestTree; ++step)
             TypingStep();
+    }
+    EXPECT_EQ(ShowTree(view, nullptr), 0);
+    clipboard = nullptr;
+    EXPECT_EQ(LiveAllocations(), live);
+}
+
+TEST_F(ActionWalk, ALackOfMemoryLeavesTheTreeWhole)
+{
+    log.onAxes = [&](const Scdr& node, std::int32_t* axes) {
+        std::shuffle(axes, axes + node.Rank, random);
+        return true;
+    };
+    const std::int64_t live = LiveAllocations();
+    for (unsigned seed = 0; seed < 60 && !HasFailure(); ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        random.seed(seed);
+        ShowNewTree();
+        for (int step = 0; step < 60 && !HasFailure() && Tree().size() < LargestTree; ++step)
+            FaultyStep();
+        EXPECT_EQ(ShowTree(view, nullptr), 0);
+        clipboard = nullptr;
+        EXPECT_EQ(LiveAllocations(), live);
     }
     EXPECT_EQ(ShowTree(view, nullptr), 0);
     clipboard = nullptr;
