@@ -87,8 +87,22 @@ protected:
         BlankPrototypes(*tree);
         SetSimplestType(*tree);
         ASSERT_EQ(ShowTree(view, std::move(tree)), 0);
-        states.assign(1, Tree());
+        states.assign(1, State());
         view.flags = 0;
+    }
+
+    static void AddMarks(const Scdr& node, std::string& text)
+    {
+        text += std::to_string(node.Flags & (FlagStructure | FlagKeptSize)) + " ";
+        for (std::int64_t i = 0; i < ChildCount(node); ++i)
+            AddMarks(*Children(node)[i], text);
+    }
+    // The tree and what an adapter marked in it.
+    std::string State() const
+    {
+        std::string text = Tree();
+        AddMarks(*view.root, text);
+        return text;
     }
 
     void SelectAnything()
@@ -120,11 +134,11 @@ protected:
         const std::size_t now = Actions(view.undo);
         if (now == undoable + 1 && command != CommandRedoArray) {
             states.resize(now);
-            states.push_back(Tree());
+            states.push_back(State());
             EXPECT_EQ(view.redo, nullptr);
         }
         ASSERT_LT(now, states.size());
-        EXPECT_EQ(Tree(), states[now]);
+        EXPECT_EQ(State(), states[now]);
     }
 
     void ExpectWhole() const
@@ -238,7 +252,7 @@ TEST_F(ActionWalk, EveryStateIsUndoneAndRedone)
             const std::size_t undoable = Actions(view.undo);
             Run(CommandUndoArray);
             ASSERT_EQ(Actions(view.undo), undoable - 1);
-            EXPECT_EQ(Tree(), states[undoable - 1]);
+            EXPECT_EQ(State(), states[undoable - 1]);
         }
     }
     EXPECT_EQ(ShowTree(view, nullptr), 0);
