@@ -132,7 +132,8 @@ std::int32_t InsertAtCaret(EditWindow& window, std::u16string_view text, RecordL
         return 1;
     }
     PutCaret(window, end);
-    TextChanged(window);
+    // Where a deletion is all there is, it has seen to that itself.
+    if (deletion == nullptr || !text.empty()) TextChanged(window);
     SelectionReset(window);
     RecordInsertion(window, start, deletion, std::move(step), firstOfGroup);
     SetModified(window);

@@ -75,15 +75,6 @@ void UpdateShownBar(ScrollRecord& scroll, ScrollAxis axis, bool shown)
         scroll.effects->updateBar(scroll, axis);
 }
 
-// A bar is drawn anew with every word to it, so it hears only what is new: typing would else draw both bars several times for each key.
-void TellScrollBars(ScrollRecord& scroll, const Size64& data, const Size64& page)
-{
-    if (scroll.horizontal.dataSize != data.width || scroll.vertical.dataSize != data.height)
-        SetScrollBarsDataSize(scroll, data.width, data.height);
-    if (scroll.horizontal.pageSize != page.width || scroll.vertical.pageSize != page.height)
-        SetScrollBarsWindowSize(scroll, page.width, page.height);
-}
-
 Rect64 Inset(const Rect64& client) noexcept
 {
     return {client.left + Rim, client.top + Rim, client.right - Rim, client.bottom - Rim};
@@ -206,8 +197,8 @@ void LayOutEdit(EditWindow& window)
     const std::int64_t height = std::max<std::int64_t>(area.bottom - area.top, 0);
     window.columnsPerPage = width / std::max(window.view->averageCharWidth, 1);
     window.linesPerPage = height / std::max(window.view->lineHeight, 1);
-    TellScrollBars(state.scroll, {state.maximumWidth, EditRows(window) * window.view->lineHeight},
-                   {width, height});
+    SetScrollBarsDataSize(state.scroll, state.maximumWidth, EditRows(window) * window.view->lineHeight);
+    SetScrollBarsWindowSize(state.scroll, width, height);
     AdjustScrollPositions(state.scroll);
     ScrollCaretIntoWindow(window);
     DrawCaret(window);

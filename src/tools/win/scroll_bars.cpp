@@ -34,6 +34,19 @@ void InvalidateWindow(ScrollRecord& record)
 
 constexpr ScrollEffects WindowEffects = {&UpdateWindowBar, &InvalidateWindow};
 
+// The system keeps no page larger than the data and no position behind the last page.
+bool ShowsAlready(HWND window, std::int32_t bar, const BarPicture& picture) noexcept
+{
+    SCROLLINFO present{};
+    present.cbSize = sizeof present;
+    present.fMask = SIF_RANGE | SIF_PAGE | SIF_POS;
+    if (!GetScrollInfo(window, bar, &present)) return false;
+    const std::int64_t page = std::min<std::int64_t>(picture.page, std::int64_t{picture.maximum} + 1);
+    const std::int64_t last = picture.maximum - std::max<std::int64_t>(page - 1, 0);
+    return present.nMin == 0 && present.nMax == picture.maximum && present.nPage == page &&
+           present.nPos == std::min<std::int64_t>(picture.position, last);
+}
+
 std::int64_t DeltaOfCode(const ScrollRecord& record, ScrollAxis axis, std::int32_t code) noexcept
 {
     const ScrollInformation& information =
@@ -48,6 +61,8 @@ void SetScrollInfo64(HWND window, std::int32_t bar, std::int64_t maximum, std::i
                      std::uint32_t page) noexcept
 {
     const BarPicture picture = PictureOfScroll(maximum, position, page);
+    // Setting draws the bar at once, also where nothing moves: typing would draw both for each key.
+    if (ShowsAlready(window, bar, picture)) return;
     SCROLLINFO info{};
     info.cbSize = sizeof info;
     info.fMask = SIF_ALL | SIF_DISABLENOSCROLL;
