@@ -16,9 +16,18 @@ constexpr std::int64_t Everything = std::int64_t{1} << 40;
 enum LineLevel : std::int32_t { LevelAllLines, LevelTallest, LineLevels };
 enum ColumnLevel : std::int32_t { LevelBox, LevelGap, LevelCharacter, ColumnLevels };
 
+constexpr std::int64_t NowhereOnThisPage = -1;
+
+// An array and the length of a page in one direction.
+struct PagedArray {
+    View& view;
+    std::int64_t page;
+};
+
 // One question: what lies across a line through the array.
 struct Question {
     View& view;
+    std::int64_t page;
     std::int32_t level;
     std::int64_t position;
     std::int64_t answer;
@@ -28,6 +37,26 @@ struct Question {
 bool LiesAcross(std::int64_t start, std::int64_t end, std::int64_t position) noexcept
 {
     return start < position && position < end;
+}
+
+// Neighbours share a margin; paper is cut through its middle, clear of both frames.
+struct Extent {
+    std::int64_t start;
+    std::int64_t end;
+};
+
+Extent WidthOf(const View& view, const Scdr& node) noexcept
+{
+    const Rect64 box = NodeRect(node);
+    const std::int64_t margin = view.metrics.margin;
+    return {box.left + margin / 2, box.right - (margin - margin / 2)};
+}
+
+Extent HeightOf(const View& view, const Scdr& node) noexcept
+{
+    const Rect64 box = NodeRect(node);
+    const std::int64_t margin = view.metrics.margin;
+    return {box.top + margin / 2, box.bottom - (margin - margin / 2)};
 }
 
 // Items of the shown planes that meet a range of layout space, down to the smallest; `look` answers whether to go on below the node.
@@ -64,27 +93,28 @@ void TakeLine(Question& question, std::int64_t start, std::int64_t rows) noexcep
 
 void LookAtLine(Question& question, const Scdr& node)
 {
-    const Rect64 box = NodeRect(node);
+    const Extent box = HeightOf(question.view, node);
     const std::int64_t position = question.position;
     if (IsClosed(node)) {
-        if (LiesAcross(box.top, box.bottom, position)) TakeLine(question, box.top, 1);
+        if (LiesAcross(box.start, box.end, position)) TakeLine(question, box.start, 1);
         return;
     }
     const std::int64_t lineHeight = question.view.edit.lineHeight;
-    if (!IsSimple(node) || lineHeight <= 0) return;
-    const std::int64_t rows = ShownRows(node);
-    const std::int64_t top = TextCorner(question.view, node, box).y;
-    if (!LiesAcross(top, top + rows * lineHeight, position)) return;
-    const std::int64_t start = top + (position - top) / lineHeight * lineHeight;
-    // The array's frame should not stay behind alone.
-    TakeLine(question, start == top && start < position ? box.top : start, rows);
+    const std::int64_t rows = IsSimple(node) ? ShownRows(node) : 0;
+    if (rows <= 0 || lineHeight <= 0) return;
+    const std::int64_t top = TextCorner(question.view, node, NodeRect(node)).y;
+    if (!LiesAcross(top, box.end, position)) return;
+    // The array's frame should not stay behind alone, neither above its first line nor below its last.
+    const std::int64_t line = std::min((position - top) / lineHeight, rows - 1);
+    const std::int64_t start = top + line * lineHeight;
+    TakeLine(question, line == 0 && start < position ? box.start : start, rows);
 }
 
 std::int64_t LineAcross(void* state, std::int32_t level, std::int64_t position)
 {
-    View& view = *static_cast<View*>(state);
-    Question question{view, level, position, position};
-    ForEachNodeMeeting(view, {0, position, Everything, position + 1}, [&](const Scdr& node) {
+    const PagedArray& array = *static_cast<const PagedArray*>(state);
+    Question question{array.view, array.page, level, position, position};
+    ForEachNodeMeeting(array.view, {0, position, Everything, position + 1}, [&](const Scdr& node) {
         LookAtLine(question, node);
         return !IsClosed(node);
     });
@@ -127,33 +157,37 @@ std::int64_t FindTextGap(View& view, const Scdr& node, std::int64_t x, bool only
     return x;
 }
 
-void LookAtColumn(Question& question, const Scdr& node)
+// Whether what is below the node may be cut as well.
+bool LookAtColumn(Question& question, const Scdr& node)
 {
-    const Rect64 box = NodeRect(node);
+    const Extent box = WidthOf(question.view, node);
     const std::int64_t position = question.position;
-    if (!LiesAcross(box.left, box.right, position)) return;
-    if (question.level == LevelBox || IsClosed(node)) {
-        if (IsSimple(node) || IsClosed(node)) question.answer = std::min(question.answer, box.left);
-        return;
+    if (!LiesAcross(box.start, box.end, position)) return !IsClosed(node);
+    const bool fits = box.end - box.start <= question.page;
+    if (IsClosed(node) || (question.level == LevelBox && fits)) {
+        question.answer = std::min(question.answer, box.start);
+        return false;
     }
-    if (!IsSimple(node)) return;
-    const std::int64_t left = TextCorner(question.view, node, box).x;
+    if (!IsSimple(node)) return true;
+    const std::int64_t left = TextCorner(question.view, node, NodeRect(node)).x;
     if (position <= left) {
-        question.answer = std::min(question.answer, box.left);
-        return;
+        question.answer = std::min(question.answer, box.start);
+        return false;
     }
-    const std::int64_t gap = FindTextGap(question.view, node, position - left, question.level == LevelGap);
-    question.answer = std::min(question.answer, gap <= 0 ? box.left : left + gap);
+    const std::int64_t gap =
+        FindTextGap(question.view, node, position - left, question.level != LevelCharacter);
+    // What is longer than a page is cut in any case: there is no use in beginning it on a page of its own.
+    const std::int64_t whole = fits ? box.start : NowhereOnThisPage;
+    question.answer = std::min(question.answer, gap <= 0 ? whole : left + gap);
+    return false;
 }
 
 std::int64_t ColumnAcross(void* state, std::int32_t level, std::int64_t position)
 {
-    View& view = *static_cast<View*>(state);
-    Question question{view, level, position, position};
-    ForEachNodeMeeting(view, {position, 0, position + 1, Everything}, [&](const Scdr& node) {
-        LookAtColumn(question, node);
-        return !IsClosed(node);
-    });
+    const PagedArray& array = *static_cast<const PagedArray*>(state);
+    Question question{array.view, array.page, level, position, position};
+    ForEachNodeMeeting(array.view, {position, 0, position + 1, Everything},
+                       [&](const Scdr& node) { return LookAtColumn(question, node); });
     return question.answer;
 }
 
@@ -206,8 +240,10 @@ PageGrid CutArrayIntoPages(View& view, const Size64& page)
 {
     TraceScope trace("page_cuts.cpp", "CutArrayIntoPages");
     PageGrid grid;
-    grid.columns = CutIntoPages(view.top->width, page.width, {&ColumnAcross, &view, ColumnLevels});
-    grid.rows = CutIntoPages(view.top->height, page.height, {&LineAcross, &view, LineLevels});
+    PagedArray across{view, page.width};
+    PagedArray down{view, page.height};
+    grid.columns = CutIntoPages(view.top->width, page.width, {&ColumnAcross, &across, ColumnLevels});
+    grid.rows = CutIntoPages(view.top->height, page.height, {&LineAcross, &down, LineLevels});
     return grid;
 }
 

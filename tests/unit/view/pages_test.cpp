@@ -213,6 +213,68 @@ TEST_F(Pages, ABoxGoesToTheNextPageAsAWhole)
     }
 }
 
+TEST_F(Pages, ColumnsThatShareAMarginAreCutApartThroughIt)
+{
+    // Items of different widths in each column, one of them as wide as the column.
+    std::vector<ScdrPtr> items;
+    for (std::size_t i = 0; i < 54; ++i)
+        items.push_back(Word(std::u16string(4 + i * 7 % 9, u'x')));
+    Scdr& root = LayOut(Nested({9, 6}, std::move(items)));
+    const std::int64_t margin = view.metrics.margin;
+    const Positions cuts = ColumnCuts(root.width / 2);
+    ASSERT_EQ(cuts.size(), 4u);
+    EXPECT_GT(cuts[1], root.width / 4) << "the first page is well filled";
+    for (std::size_t cut = 1; cut + 1 < cuts.size(); ++cut) {
+        for (std::int64_t i = 0; i < 54; ++i) {
+            const Rect64 box = NodeRect(Item(root, i));
+            EXPECT_FALSE(box.left + margin <= cuts[cut] && cuts[cut] <= box.right - margin) << i;
+        }
+    }
+}
+
+TEST_F(Pages, ANestedItemThatFitsGoesToTheNextPageWithItsFrame)
+{
+    std::vector<ScdrPtr> items;
+    for (int i = 0; i < 6; ++i)
+        items.push_back(Vec(Word(u"inner"), Word(u"box")));
+    Scdr& root = LayOut(Nested({6}, std::move(items)));
+    const std::int64_t margin = view.metrics.margin;
+    const Positions cuts = ColumnCuts(root.width / 2 - 20);
+    ASSERT_GT(cuts.size(), 2u);
+    for (std::size_t cut = 1; cut + 1 < cuts.size(); ++cut) {
+        for (std::int64_t i = 0; i < 6; ++i) {
+            const Rect64 box = NodeRect(Item(root, i));
+            EXPECT_FALSE(box.left + margin <= cuts[cut] && cuts[cut] <= box.right - margin) << i;
+        }
+    }
+}
+
+TEST_F(Pages, ALongTextInAFrameBeginsOnTheFirstPage)
+{
+    std::vector<ScdrPtr> items;
+    items.push_back(Word(std::u16string(200, u'x')));
+    LayOut(Nested({1}, std::move(items)));
+    EXPECT_GT(ColumnCuts(400)[1], 380);
+}
+
+TEST_F(Pages, TheLastLineKeepsItsFrame)
+{
+    std::vector<ScdrPtr> items;
+    for (int i = 0; i < 6; ++i)
+        items.push_back(Characters({3, 2}, u"aabbcc"));
+    Scdr& root = LayOut(Nested({6, 1}, std::move(items)));
+    const std::int64_t margin = view.metrics.margin;
+    for (std::int64_t height = 100; height < 200; ++height) {
+        for (const std::int64_t cut : RowCuts(height)) {
+            for (std::int64_t i = 0; i < 6; ++i) {
+                const Rect64 box = NodeRect(Item(root, i));
+                const std::int64_t textEnd = TextCorner(view, Item(root, i), box).y + 3 * 16;
+                EXPECT_FALSE(textEnd <= cut && cut < box.bottom - margin) << height << ": " << cut;
+            }
+        }
+    }
+}
+
 TEST_F(Pages, AWideMatrixIsCutBetweenItsNumbers)
 {
     Scdr& root = LayOut(Integers({2, 30}, std::vector<std::int64_t>(60, 12345)));
