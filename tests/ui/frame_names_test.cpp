@@ -116,6 +116,27 @@ TEST_F(FrameNames, CtrlWClosesAndEscapeDoesNothing)
     EXPECT_TRUE(result.unchanged);
 }
 
+TEST_F(FrameNames, TheGraphicsMenuPlots)
+{
+    const std::pair<int, const char*> plots[] = {{4901, "area"}, {4902, "bar"},    {4903, "contour"},
+                                                 {4904, "hist"}, {4905, "mesh"},   {4906, "pie"},
+                                                 {4907, "plot"}, {4908, "surface"}};
+    Edit(DoubleValue({2, 2}, {1, 3, 2, 4}), [&](User& user) {
+        for (const auto& [command, function] : plots) {
+            matlab.ClearCalls();
+            user.Command(command);
+            bool called = false;
+            for (const MatlabCall& call : matlab.Calls())
+                called = called || call.function == function;
+            user.Expect(called, function);
+        }
+        matlab.ClearCalls();
+        user.Key('G', {VK_MENU});
+        user.Key('A');
+        user.Expect(!matlab.Calls().empty(), "Alt+G, A plots, too");
+    });
+}
+
 TEST_F(FrameNames, SaveAsMakesAVariable)
 {
     Edit(TextValue(u"abc"), [](User& user) {
