@@ -7,6 +7,12 @@
 namespace vantrel {
 namespace {
 
+void ForgetError(EditContext* context) noexcept
+{
+    SetErrorCode(context, VTERROR_CODE::NoError);
+    ClearDyalogMessage(HostOf(context));
+}
+
 ScdrPtr ReadCopyBuffer(EditContext* context)
 {
     const DyalogHost& host = HostOf(context);
@@ -23,8 +29,7 @@ void FillCopyBuffer(EditContext* context, const Scdr& scdr)
 {
     const OwnedLocalp localp(context, ScdrToObject(context, &scdr));
     if (localp.get() == nullptr) {
-        if (context->langEnv->ErrorCode == VTERROR_CODE::DomainError)
-            SetErrorCode(context, VTERROR_CODE::NoError);
+        if (context->langEnv->ErrorCode == VTERROR_CODE::DomainError) ForgetError(context);
         return;
     }
     CheckDyalogCallbackResult(context, ServiceOf(HostOf(context), dyalog::PutCopyBuffer)(localp.get()));
@@ -42,8 +47,7 @@ std::int32_t ClipboardCanPaste(EditContext* context)
 Scdr* ClipboardToScdr(EditContext* context, WindowHandle owner)
 {
     TraceScope trace("dyalog_clipboard.cpp", "ClipboardToScdr");
-    SetErrorCode(context, VTERROR_CODE::NoError);
-    ClearDyalogMessage(HostOf(context));
+    ForgetError(context);
     if (CanPasteFromClipboard(context) != 0) return ReadClipboard(context, owner);
     try {
         return ReadCopyBuffer(context).release();
@@ -56,7 +60,7 @@ Scdr* ClipboardToScdr(EditContext* context, WindowHandle owner)
 std::int32_t ScdrToClipboard(EditContext* context, WindowHandle owner, const Scdr* scdr)
 {
     TraceScope trace("dyalog_clipboard.cpp", "ScdrToClipboard");
-    SetErrorCode(context, VTERROR_CODE::NoError);
+    ForgetError(context);
     FillCopyBuffer(context, *scdr);
     return WriteClipboard(context, owner, *scdr, nullptr);
 }

@@ -18,6 +18,13 @@ constexpr char16_t Tab = u'\t';
 constexpr char16_t LineFeed = u'\n';
 constexpr char16_t Return = u'\r';
 
+// What the host had to say of one cell is not the user's business when the whole comes about.
+void ForgetHostError(EditContext* context) noexcept
+{
+    SetErrorCode(context, VTERROR_CODE::NoError);
+    context->langEnv->ErrorDetail = nullptr;
+}
+
 // --- an array becomes text ---
 
 // Lines of a node that nobody has formatted yet.
@@ -49,7 +56,7 @@ const RecordList* LinesOf(EditContext* context, const Scdr& node, FreshLines& fr
         characters = fresh.converted.get();
     }
     if (characters == nullptr || characters->Type != TypeCharacter) {
-        SetErrorCode(context, VTERROR_CODE::NoError);
+        ForgetHostError(context);
         return nullptr;
     }
     SplitCharacters(context, *characters, fresh.records.list);
@@ -146,7 +153,7 @@ ScdrPtr CellFromText(EditContext* context, Scdr& parent, RecordText text)
     const auto convert = context->langEnv->Operations.CallPrimitiveReturningScdr;
     ScdrPtr numbers(convert(context, ActionConvertToNumeric, cell.get(), nullptr));
     if (numbers != nullptr && !HasError(context)) return numbers;
-    SetErrorCode(context, VTERROR_CODE::NoError);
+    ForgetHostError(context);
     return cell;
 }
 

@@ -82,6 +82,16 @@ TEST_P(DyalogClipboard, ConvertsCellsThroughTheInterpreter)
         EXPECT_NE(Children(*table)[i]->Type, TypeCharacter);
 }
 
+TEST_P(DyalogClipboard, SaysNothingOfCellsThatAreNoNumbers)
+{
+    clipboard.SetText(u"1\tabc");
+    const ScdrPtr cells = Read();
+    ASSERT_NE(cells, nullptr);
+    EXPECT_EQ(TextIn(*Children(*cells)[1]), u"abc");
+    EXPECT_EQ(bench.Code(), VTERROR_CODE::NoError);
+    EXPECT_EQ(bench.host.langEnv.ErrorDetail, nullptr);
+}
+
 TEST_P(DyalogClipboard, PassesARefusalOfTheCopyBufferOn)
 {
     bench.interpreter.SetCopyBuffer(fake::IntegerArray(fake::ElementType::Int16, {2}, {1, 2}));

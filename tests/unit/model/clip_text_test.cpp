@@ -171,6 +171,19 @@ TEST_F(ClipText, KeepsTextThatTheHostRefuses)
     EXPECT_EQ(Dump(u"1\t2"), "General[2](Character[1]'1' Character[1]'2')");
 }
 
+TEST_F(ClipText, ForgetsWhatTheHostSaidOfTextThatIsNoNumber)
+{
+    context.primitive = [](EditContext* edit, std::int32_t, const Scdr*) -> Scdr* {
+        edit->langEnv->ErrorDetail = u"DOMAIN ERROR";
+        SetErrorCode(edit, VTERROR_CODE::DomainError);
+        return nullptr;
+    };
+    ArrayOf(u"a\tb");
+    EXPECT_EQ(context.langEnv.ErrorDetail, nullptr);
+    EXPECT_EQ(TextOf(Integers(context, {1}, {5})), u"(none)");
+    EXPECT_EQ(context.langEnv.ErrorDetail, nullptr);
+}
+
 TEST_F(ClipText, AsksTheHostForEachFilledCellOnce)
 {
     ArrayOf(u"1\t\tx");
