@@ -57,8 +57,12 @@ bool HostInterrupted(void* state, std::int64_t)
 
 ScdrPtr FormatToArray(EditContext* context, Scdr& argument)
 {
+    const bool canInterrupt = context->langEnv->Operations.CheckForInterrupt != nullptr;
+    // One that waits already is not made to wait for the clock.
+    if (canInterrupt && argument.ElementCount > 1 && HostInterrupted(context, 0))
+        throw VTERROR_CODE::Interrupt;
     const FormatPoll hostPoll = {HostInterrupted, context};
-    BlockPoll poll(context->langEnv->Operations.CheckForInterrupt != nullptr ? &hostPoll : nullptr);
+    BlockPoll poll(canInterrupt ? &hostPoll : nullptr);
     NumberBlock block = MeasureNumbers(*context, argument, poll);
     ScdrPtr result = AllocateTextArray(context, argument, block.length);
     ReserveColumns(argument);

@@ -347,6 +347,18 @@ TEST_F(BuiltinFormatTest, TheHostsInterruptStopsLongWork)
     EXPECT_EQ(TakeError(), VTERROR_CODE::Interrupt);
 }
 
+// It is asked between items, so that one alone is formatted in any case.
+TEST_F(BuiltinFormatTest, AnInterruptThatWaitsStopsEvenShortWork)
+{
+    environment.Operations.CheckForInterrupt = AlwaysInterrupted;
+    for (const ScdrPtr& argument : {Integers({1, 2}), Booleans("10"), Reals({2, 1}, {1.5, 2})}) {
+        EXPECT_EQ(BuiltinFormat(&context, *argument), nullptr);
+        EXPECT_EQ(TakeError(), VTERROR_CODE::Interrupt);
+    }
+    EXPECT_EQ(DumpTree(*BuiltinFormat(&context, *Reals({}, {2.5}))), "Character[3]'2.5'");
+    EXPECT_EQ(DumpTree(*BuiltinFormat(&context, *Characters({2}, u"ab"))), "Character[2]'ab'");
+}
+
 TEST_F(BuiltinFormatTest, AHostThatDoesNotInterruptIsAskedInVain)
 {
     environment.Operations.CheckForInterrupt = NeverInterrupted;
