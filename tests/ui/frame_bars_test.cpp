@@ -264,6 +264,37 @@ TEST_F(FrameBars, TabGoesRoundTheFindBar)
     });
 }
 
+TEST_F(FrameBars, InANarrowWindowTheFindTextMakesRoom)
+{
+    RunEdit(interpreter, Words(), [](User& user) {
+        user.Command(FindCommand);
+        const auto widthOf = [&](int control) {
+            RECT place{};
+            GetWindowRect(GetDlgItem(FindBar(user), control), &place);
+            return place.right - place.left;
+        };
+        const auto isInSight = [&](int control) {
+            RECT place{};
+            RECT bar{};
+            GetWindowRect(GetDlgItem(FindBar(user), control), &place);
+            GetWindowRect(FindBar(user), &bar);
+            return place.right <= bar.right;
+        };
+        const LONG text = widthOf(FindText);
+        const LONG button = widthOf(NextButton);
+        MoveWindow(user.Frame(), 0, 0, 440, 400, TRUE);
+        user.Wait();
+        user.Expect(isInSight(Numeric), "the last control is in sight");
+        user.Expect(widthOf(FindText) < text && widthOf(NextButton) == button, "the text box is narrower");
+        MoveWindow(user.Frame(), 0, 0, 100, 400, TRUE);
+        user.Wait();
+        user.Expect(widthOf(FindText) >= text / 3 - 1, "but wide enough to type");
+        MoveWindow(user.Frame(), 0, 0, 800, 400, TRUE);
+        user.Wait();
+        user.Expect(widthOf(FindText) == text, "and as before in a wide window");
+    });
+}
+
 TEST_F(FrameBars, TheFindBarStandsBetweenToolBarAndView)
 {
     RunEdit(interpreter, Words(), [](User& user) {

@@ -1,5 +1,7 @@
 #include <windows.h>
 
+#include <algorithm>
+
 #include "entry/trace.h"
 #include "frame/find.h"
 #include "frame/messages.h"
@@ -68,6 +70,21 @@ void FillBar(const FrameWindow& frame)
     SetDlgItemTextW(frame.findBar, IDC_FIND_TEXT, AsWide(state->text));
 }
 
+// In the bar's client area.
+RECT PlaceOf(const FrameWindow& frame, int control) noexcept
+{
+    RECT place{};
+    GetWindowRect(GetDlgItem(frame.findBar, control), &place);
+    MapWindowPoints(nullptr, frame.findBar, reinterpret_cast<POINT*>(&place), 2);
+    return place;
+}
+
+void Place(const FrameWindow& frame, int control, const RECT& place) noexcept
+{
+    MoveWindow(GetDlgItem(frame.findBar, control), place.left, place.top, place.right - place.left,
+               place.bottom - place.top, TRUE);
+}
+
 INT_PTR OnBarCommand(FrameWindow& frame, int control, int notification)
 {
     switch (control) {
@@ -108,11 +125,30 @@ bool FindBarCreate(FrameWindow& frame)
     if (bar == nullptr) return false;
     SetWindowLongPtrW(bar, GWLP_ID, FindBarId);
     frame.findBar = bar;
+    frame.findBarWidth = PlaceOf(frame, IDC_FIND_NUMERIC).right + PlaceOf(frame, IDC_FIND_LABEL).left;
     FillBar(frame);
     EnableSearch(frame, false);
     CheckFindText(frame);
     if (IsShown(frame)) ShowWindow(bar, SW_SHOWNA);
     return true;
+}
+
+void FindBarFit(FrameWindow& frame, int width)
+{
+    TraceScope trace("find_bar.cpp", "FindBarFit");
+    RECT text = PlaceOf(frame, IDC_FIND_TEXT);
+    const int made = text.right - text.left - frame.findBarShift;
+    const int shift = std::clamp(width - frame.findBarWidth, -made * 2 / 3, 0);
+    const int change = shift - frame.findBarShift;
+    if (change == 0) return;
+    frame.findBarShift = shift;
+    text.right += change;
+    Place(frame, IDC_FIND_TEXT, text);
+    for (const int control : {IDC_FIND_NEXT, IDC_FIND_PREVIOUS, IDC_FIND_IGNORE_CASE, IDC_FIND_NUMERIC}) {
+        RECT place = PlaceOf(frame, control);
+        OffsetRect(&place, change, 0);
+        Place(frame, control, place);
+    }
 }
 
 void FindBarShow(FrameWindow& frame)

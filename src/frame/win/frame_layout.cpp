@@ -24,11 +24,12 @@ int PlaceToolBar(const FrameWindow& frame, int width)
     return height;
 }
 
-int PlaceFindBar(const FrameWindow& frame, int top, int width) noexcept
+int PlaceFindBar(FrameWindow& frame, int top, int width)
 {
     if ((frame.options & FrameFindShown) == 0) return 0;
     const int height = HeightOf(frame.findBar);
     MoveWindow(frame.findBar, 0, top, width, height, TRUE);
+    FindBarFit(frame, width);
     return height;
 }
 

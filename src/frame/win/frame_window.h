@@ -27,6 +27,8 @@ struct FrameWindow {
     HostObject name = nullptr;      // the variable's name; null by value
     std::uint32_t options = 0;      // FrameOption bits
     std::int32_t pickIndexPart = 0; // of the status bar
+    int findBarWidth = 0;           // at which its text box is as wide as it was made
+    int findBarShift = 0;           // what it is narrower now; not positive
     bool nameBoxChanging = false;   // the program writes into the name box
     bool nameBoxTyping = false;     // what is typed there is selecting an array
     bool saveSelected = false;      // Save As takes the selected array only
@@ -143,6 +145,8 @@ void OnNameBox(FrameWindow& frame, int notification);
 bool FindBarCreate(FrameWindow& frame);
 void FindBarShow(FrameWindow& frame);
 void FindBarHide(FrameWindow& frame);
+// Narrows the text box, as far as it can be used, so that the other controls stay in sight.
+void FindBarFit(FrameWindow& frame, int width);
 // Presses Next or Previous, where the bar is shown and holds a text.
 void FindBarPress(FrameWindow& frame, int button);
 // Takes over what the bar says and enables what can be done with it. Called whenever it changes.
