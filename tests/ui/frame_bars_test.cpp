@@ -524,8 +524,6 @@ TEST_F(FrameBars, WhiteOnBlackIsLegibleInEveryBar)
         for (HWND const bar : {user.Status(), tools, FindBar(user), GetDlgItem(FindBar(user), IgnoreCase),
                                GetDlgItem(FindBar(user), NextButton)}) {
             const Picture picture = user.Shot(bar);
-            printf("%d %d %d\n", picture.Width() * picture.Height(), picture.Count(Black),
-                   picture.Count(White));
             const int all = picture.Width() * picture.Height();
             user.Expect(picture.Count(Black) * 10 > all * 6, "the paper is black");
             user.Expect(picture.Count(White) > 20, "the ink is white");

@@ -139,7 +139,7 @@ LRESULT CALLBACK StatusProc(HWND window, UINT message, WPARAM wParam, LPARAM lPa
 
 int StatusTextInset() noexcept
 {
-    return GetSystemMetrics(SM_CXEDGE) + GetSystemMetrics(SM_CXBORDER);
+    return 2 * GetSystemMetrics(SM_CXEDGE);
 }
 
 bool StatusBarCreate(FrameWindow& frame)
