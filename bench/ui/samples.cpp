@@ -104,14 +104,6 @@ void OpenAndMeasure(const std::string& what, const fake::Array& argument, const 
     RunEdit(interpreter, argument, measured, edit);
 }
 
-HWND FocusOf(const User& user)
-{
-    GUITHREADINFO info{};
-    info.cbSize = sizeof info;
-    GetGUIThreadInfo(GetWindowThreadProcessId(user.Frame(), nullptr), &info);
-    return info.hwndFocus;
-}
-
 void SelectIndex(const User& user, const std::u16string& index)
 {
     SendMessageW(user.Client(), SetPickIndex, 0, reinterpret_cast<LPARAM>(index.c_str()));

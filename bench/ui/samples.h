@@ -15,8 +15,6 @@ void Measure(const User& user, const std::string& what, const std::function<void
 // Opens `argument`, prints how long that took and how long its window once did not answer meanwhile, and has `script` play the user.
 void OpenAndMeasure(const std::string& what, const fake::Array& argument, const Script& script);
 
-// The window that has the keyboard.
-[[nodiscard]] HWND FocusOf(const User& user);
 void SelectIndex(const User& user, const std::u16string& index);
 
 } // namespace vantrel::ui

@@ -33,7 +33,7 @@ void MeasureAt(User& user, const std::string& place, const std::u16string& index
                      MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
     });
     SelectIndex(user, index);
-    Measure(user, at("Tab"), [&](int) { SendMessageW(FocusOf(user), WM_CHAR, VK_TAB, 1); });
+    Measure(user, at("Tab"), [&](int) { SendMessageW(user.Focus(), WM_CHAR, VK_TAB, 1); });
     SelectIndex(user, index);
     Measure(user, at("type and commit"), [&](int) {
         SendMessageW(user.Editor(), WM_CHAR, 'x', 1);

@@ -3,9 +3,9 @@
 
 #include <cstring>
 
-#include "ui/driver.h"
 #include "ui/menus.h"
 #include "ui/tree_image.h"
+#include "ui/view_support.h"
 
 namespace vantrel::ui {
 namespace {
@@ -13,7 +13,6 @@ namespace {
 using namespace fake;
 
 constexpr UINT GetModified = 32973;
-constexpr UINT SetPickIndex = 32981;
 constexpr int Save = 4102;
 constexpr int CutArray = 4201;
 constexpr int CopyArray = 4202;
@@ -21,11 +20,6 @@ constexpr int PasteArray = 4203;
 constexpr int UndoArray = 4204;
 constexpr int RedoArray = 4205;
 constexpr int ReorderAxes = 4628;
-
-void SelectIndex(const User& user, const char16_t* index)
-{
-    SendMessageW(user.Client(), SetPickIndex, 0, reinterpret_cast<LPARAM>(index));
-}
 
 void ExpectSame(const Array& actual, const Array& expected, const char* when)
 {

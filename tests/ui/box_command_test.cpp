@@ -6,9 +6,9 @@
 #include "hosts/fake_matlab.h"
 #include "hosts/win/matlab_libraries.h"
 #include "model/scdr.h"
-#include "ui/driver.h"
 #include "ui/menus.h"
 #include "ui/tree_image.h"
+#include "ui/view_support.h"
 
 namespace vantrel::ui {
 namespace {
@@ -23,7 +23,6 @@ using fake::TextOf;
 
 constexpr UINT GetPreferredSize = 32976;
 constexpr UINT GetSelected = 32978;
-constexpr UINT SetPickIndex = 32981;
 constexpr int Save = 4102;
 constexpr int UndoArray = 4204;
 constexpr int RedoArray = 4205;
@@ -47,22 +46,10 @@ protected:
     Interpreter interpreter;
 };
 
-void SelectIndex(const User& user, const char16_t* index)
-{
-    SendMessageW(user.Client(), SetPickIndex, 0, reinterpret_cast<LPARAM>(index));
-}
-
 unsigned StateOfBox(const User& user)
 {
     const auto* const node = reinterpret_cast<const Scdr*>(SendMessageW(user.Client(), GetSelected, 0, 0));
     return node->Flags & (FlagMinimized | FlagMaximized);
-}
-
-RECT EditorRect(const User& user)
-{
-    RECT rect{};
-    GetWindowRect(user.Editor(), &rect);
-    return rect;
 }
 
 LONG WidthOf(const RECT& rect)
@@ -104,8 +91,7 @@ TEST_F(BoxCommands, GiveABoxTheSizeOfItsTextAgain)
         const auto widen = [&](const char16_t* index) {
             SelectIndex(user, index);
             const RECT rect = EditorRect(user);
-            POINT side{rect.right - 1, (rect.top + rect.bottom) / 2};
-            ScreenToClient(user.Client(), &side);
+            const POINT side{rect.right - 1, (rect.top + rect.bottom) / 2};
             user.Drag(user.Client(), side, {side.x + 30, side.y});
         };
         SelectIndex(user, u"1");

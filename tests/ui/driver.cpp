@@ -274,6 +274,14 @@ HWND User::Editor() const
     return nullptr;
 }
 
+HWND User::Focus() const
+{
+    GUITHREADINFO info{};
+    info.cbSize = sizeof info;
+    GetGUIThreadInfo(GetWindowThreadProcessId(frame_, nullptr), &info);
+    return info.hwndFocus;
+}
+
 void User::Wait()
 {
     // Messages that are sent overtake the input that is on its way, hence the pauses.

@@ -63,6 +63,8 @@ public:
     [[nodiscard]] HWND Status() const;
     // The visible cell editor, or null.
     [[nodiscard]] HWND Editor() const;
+    // The window that has the keyboard, or null.
+    [[nodiscard]] HWND Focus() const;
     [[nodiscard]] bool IsOpen() const { return IsWindow(frame_) != 0; }
 
     void Type(std::u16string_view text);

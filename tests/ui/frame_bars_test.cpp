@@ -57,14 +57,6 @@ bool IsGreyed(const User& user, int id)
     return (GetMenuState(GetMenu(user.Frame()), static_cast<UINT>(id), MF_BYCOMMAND) & MF_GRAYED) != 0;
 }
 
-HWND FocusOf(const User& user)
-{
-    GUITHREADINFO info{};
-    info.cbSize = sizeof info;
-    GetGUIThreadInfo(GetWindowThreadProcessId(user.Frame(), nullptr), &info);
-    return info.hwndFocus;
-}
-
 std::wstring TextOfWindow(HWND window)
 {
     wchar_t text[512] = {};
@@ -133,16 +125,16 @@ TEST_F(FrameBars, TheNameBoxShowsThePickIndexAndSelectsWhatIsTyped)
         user.Key(VK_TAB);
         user.Expect(TextOfWindow(box) == L"1", "the first item's");
         user.Click(box, 3, 3);
-        user.Expect(FocusOf(user) == box, "it has the keyboard");
+        user.Expect(user.Focus() == box, "it has the keyboard");
         user.Key('A', {VK_CONTROL});
         SendMessageW(box, EM_SETSEL, 0, -1);
         user.Type(u"2 1");
         user.Expect(user.PickIndex() == u"2 1", "the named array is selected");
-        user.Expect(FocusOf(user) == box, "typing goes on");
+        user.Expect(user.Focus() == box, "typing goes on");
         user.Type(u"9");
         user.Expect(user.PickIndex() == u"2 1", "what names nothing changes nothing");
         user.Key(VK_ESCAPE);
-        user.Expect(user.IsOpen() && FocusOf(user) != box, "Escape goes back to the array");
+        user.Expect(user.IsOpen() && user.Focus() != box, "Escape goes back to the array");
         user.Expect(TextOfWindow(box) == L"2 1", "and shows its index");
     });
 }
@@ -152,18 +144,18 @@ TEST_F(FrameBars, FindFindsForwardsAndBackwards)
     RunEdit(interpreter, Words(), [](User& user) {
         user.Key('F', {VK_CONTROL});
         user.Expect(FindBar(user) != nullptr, "the bar is shown");
-        user.Expect(FocusOf(user) == GetDlgItem(FindBar(user), FindText), "the text has the keyboard");
+        user.Expect(user.Focus() == GetDlgItem(FindBar(user), FindText), "the text has the keyboard");
         user.Type(u"eta");
         user.Key(VK_RETURN);
         user.Expect(user.PickIndex() == u"1", "in the first item");
         user.Key(VK_F3);
         user.Expect(user.PickIndex() == u"2 1", "in the second");
-        user.Expect(FocusOf(user) == GetDlgItem(FindBar(user), NextButton), "Next has the keyboard");
+        user.Expect(user.Focus() == GetDlgItem(FindBar(user), NextButton), "Next has the keyboard");
         user.Key(VK_F3);
         user.Expect(user.PickIndex() == u"1", "and round");
         user.Key(VK_F3, {VK_SHIFT});
         user.Expect(user.PickIndex() == u"2 1", "and back");
-        user.Expect(FocusOf(user) == GetDlgItem(FindBar(user), PreviousButton), "Previous has the keyboard");
+        user.Expect(user.Focus() == GetDlgItem(FindBar(user), PreviousButton), "Previous has the keyboard");
     });
 }
 
@@ -184,7 +176,7 @@ TEST_F(FrameBars, EscapeClosesTheBarAndNothingElse)
         user.Command(FindCommand);
         user.Key(VK_ESCAPE);
         user.Expect(user.IsOpen() && FindBar(user) == nullptr, "only the bar is gone");
-        user.Expect(FocusOf(user) == user.Client() || FocusOf(user) == user.Editor(),
+        user.Expect(user.Focus() == user.Client() || user.Focus() == user.Editor(),
                     "the array has the keyboard");
     });
     EXPECT_EQ(StoredOption(L"Find")[0], 0);
@@ -259,7 +251,7 @@ TEST_F(FrameBars, TabGoesRoundTheFindBar)
         user.Type(u"1");
         for (const int control : {NextButton, PreviousButton, IgnoreCase, Numeric, FindText}) {
             user.Key(VK_TAB);
-            user.Expect(FocusOf(user) == GetDlgItem(FindBar(user), control), "the next control");
+            user.Expect(user.Focus() == GetDlgItem(FindBar(user), control), "the next control");
         }
     });
 }
@@ -412,20 +404,20 @@ TEST_F(FrameBars, F6GoesRoundArrayFindBarAndNameBox)
     RunEdit(interpreter, Words(), [](User& user) {
         HWND const box = GetDlgItem(user.Frame(), NameBox);
         user.Key(VK_F6);
-        user.Expect(FocusOf(user) == box, "no find bar: the name box");
+        user.Expect(user.Focus() == box, "no find bar: the name box");
         user.Key(VK_F6);
-        user.Expect(FocusOf(user) == user.Client(), "the array");
+        user.Expect(user.Focus() == user.Client(), "the array");
         user.Command(FindCommand);
         user.Key(VK_F6);
-        user.Expect(FocusOf(user) == box, "behind the find bar the name box");
+        user.Expect(user.Focus() == box, "behind the find bar the name box");
         user.Key(VK_F6, {VK_SHIFT});
-        user.Expect(FocusOf(user) == GetDlgItem(FindBar(user), FindText), "and back");
+        user.Expect(user.Focus() == GetDlgItem(FindBar(user), FindText), "and back");
         user.Key(VK_F6, {VK_SHIFT});
-        user.Expect(FocusOf(user) == user.Client(), "to the array");
+        user.Expect(user.Focus() == user.Client(), "to the array");
         user.Command(4302);
         user.Key(VK_F6);
         user.Key(VK_F6);
-        user.Expect(FocusOf(user) == user.Client(), "no status bar, no name box");
+        user.Expect(user.Focus() == user.Client(), "no status bar, no name box");
     });
 }
 
@@ -436,11 +428,11 @@ TEST_F(FrameBars, EnterInTheNameBoxGoesToTheArrayThatItNames)
         user.Type(u"2 1");
         user.Key(VK_RETURN);
         user.Expect(user.PickIndex() == u"2 1", "it is selected");
-        user.Expect(FocusOf(user) == user.Editor() && user.Editor() != nullptr, "and has the keyboard");
+        user.Expect(user.Focus() == user.Editor() && user.Editor() != nullptr, "and has the keyboard");
         user.Key(VK_F6);
         user.Type(u"2");
         user.Key(VK_TAB);
-        user.Expect(user.PickIndex() == u"2" && FocusOf(user) == user.Client(), "Tab goes there, too");
+        user.Expect(user.PickIndex() == u"2" && user.Focus() == user.Client(), "Tab goes there, too");
     });
 }
 
@@ -455,7 +447,7 @@ TEST_F(FrameBars, AltEnterShowsEverythingAboutTheSelectedArray)
     RunEdit(interpreter, Cube(), [](User& user) {
         user.Expect(Information(user) == nullptr, "nothing at first");
         user.Key(VK_RETURN, {VK_MENU});
-        user.Expect(Information(user) != nullptr && FocusOf(user) == Information(user), "it pops up");
+        user.Expect(Information(user) != nullptr && user.Focus() == Information(user), "it pops up");
         user.Expect(TextOfWindow(Information(user)) ==
                         L"Type: Real\r\n≡: 1\r\n×/⍴: 24\r\n⍴⍴: 3\r\n⍴: 2 3 4\r\n⊃:  \r\n[1;;]\r\n"
                         L"Axis name 1: 2\r\nAxis name 2: 3\r\nAxis name 3: 4",
@@ -463,7 +455,7 @@ TEST_F(FrameBars, AltEnterShowsEverythingAboutTheSelectedArray)
         user.Expect(PlaceOf(Information(user)).bottom == PlaceOf(user.Client()).bottom, "above the bar");
         user.Key(VK_ESCAPE);
         user.Expect(user.IsOpen() && Information(user) == nullptr, "Escape hides it and nothing else");
-        user.Expect(FocusOf(user) == user.Client() || FocusOf(user) == user.Editor(), "back to the array");
+        user.Expect(user.Focus() == user.Client() || user.Focus() == user.Editor(), "back to the array");
     });
 }
 

@@ -29,24 +29,16 @@ protected:
     Interpreter interpreter;
 };
 
-HWND FocusOf(const User& user)
-{
-    GUITHREADINFO info{};
-    info.cbSize = sizeof info;
-    GetGUIThreadInfo(GetWindowThreadProcessId(user.Frame(), nullptr), &info);
-    return info.hwndFocus;
-}
-
 // Tab goes through the controls in this order and round, Shift+Tab back.
 void ExpectTabOrder(User& user, HWND dialog, std::initializer_list<int> controls)
 {
     for (const int control : controls) {
-        user.Expect(FocusOf(user) == GetDlgItem(dialog, control), "Tab goes to the next control");
+        user.Expect(user.Focus() == GetDlgItem(dialog, control), "Tab goes to the next control");
         user.Key(VK_TAB);
     }
-    user.Expect(FocusOf(user) == GetDlgItem(dialog, *controls.begin()), "and round");
+    user.Expect(user.Focus() == GetDlgItem(dialog, *controls.begin()), "and round");
     user.Key(VK_TAB, {VK_SHIFT});
-    user.Expect(FocusOf(user) == GetDlgItem(dialog, *(controls.end() - 1)), "Shift+Tab goes back");
+    user.Expect(user.Focus() == GetDlgItem(dialog, *(controls.end() - 1)), "Shift+Tab goes back");
     user.Key(VK_TAB);
 }
 
@@ -61,7 +53,7 @@ TEST_F(FrameDialogs, AboutOpensByItsLettersAndClosesByEnter)
     RunEdit(interpreter, Text(u"abc"), [](User& user) {
         OpenByMenu(user, 'H', 'A');
         HWND const dialog = user.WaitForBox(L"About Vantrel");
-        user.Expect(FocusOf(user) == GetDlgItem(dialog, IDOK), "the button has the keyboard");
+        user.Expect(user.Focus() == GetDlgItem(dialog, IDOK), "the button has the keyboard");
         user.Key(VK_RETURN);
         user.Expect(!IsWindow(dialog) && user.IsOpen(), "Enter closes it");
     });
@@ -75,7 +67,7 @@ TEST_F(FrameDialogs, OpenIsDoneByKeys)
         ExpectTabOrder(user, dialog, {NameEdit, IDOK, IDCANCEL});
         user.Key(VK_TAB);
         user.Key('N', {VK_MENU});
-        user.Expect(FocusOf(user) == GetDlgItem(dialog, NameEdit), "Alt+N goes to the name");
+        user.Expect(user.Focus() == GetDlgItem(dialog, NameEdit), "Alt+N goes to the name");
         user.Key(VK_ESCAPE);
         user.Expect(!IsWindow(dialog) && user.IsOpen(), "Escape leaves it");
         OpenByMenu(user, 'F', 'O');
@@ -102,7 +94,7 @@ TEST_F(FrameDialogs, SaveAsIsDoneByKeys)
         user.Key(VK_SPACE);
         user.Expect(IsDlgButtonChecked(dialog, SelectedOnly) == BST_UNCHECKED, "and takes it back");
         user.Key('N', {VK_MENU});
-        user.Expect(FocusOf(user) == GetDlgItem(dialog, NameEdit), "Alt+N goes to the name");
+        user.Expect(user.Focus() == GetDlgItem(dialog, NameEdit), "Alt+N goes to the name");
         user.Key(VK_ESCAPE);
         user.Expect(!IsWindow(dialog) && user.IsOpen(), "Escape leaves it");
     });
@@ -176,7 +168,7 @@ TEST_F(FrameDialogs, TheQuestionAboutAnExistingVariableTakesLetters)
                     user.Key(VK_RETURN);
                     user.WaitForBox(Program);
                     user.Key('N');
-                    user.Expect(FocusOf(user) == GetDlgItem(dialog, NameEdit), "N asks for another name");
+                    user.Expect(user.Focus() == GetDlgItem(dialog, NameEdit), "N asks for another name");
                     user.Key(VK_RETURN);
                     user.WaitForBox(Program);
                     user.Key('Y');

@@ -5,14 +5,13 @@
 
 #include <commctrl.h>
 
-#include "ui/driver.h"
+#include "ui/view_support.h"
 
 namespace vantrel::ui {
 namespace {
 
 using namespace fake;
 
-constexpr UINT SetPickIndex = 32981;
 constexpr UINT DisableMenuItems = 32970;
 constexpr int Revert = 4101;
 constexpr int CopyArray = 4202;
@@ -48,11 +47,6 @@ Array Items()
 Array Grid()
 {
     return NestedArray({2, 2}, {Text(u"aa"), Text(u"bb"), Text(u"cc"), Text(u"dd")});
-}
-
-void SelectIndex(const User& user, const char16_t* index)
-{
-    SendMessageW(user.Client(), SetPickIndex, 0, reinterpret_cast<LPARAM>(index));
 }
 
 HWND FindBar(const User& user)

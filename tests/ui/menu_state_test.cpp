@@ -1,8 +1,8 @@
 // Menu state and the context menu of the real window.
 #include <gtest/gtest.h>
 
-#include "ui/driver.h"
 #include "ui/menus.h"
+#include "ui/view_support.h"
 
 namespace vantrel::ui {
 namespace {
@@ -10,7 +10,6 @@ namespace {
 using namespace fake;
 
 constexpr UINT DisableMenuItems = 32970;
-constexpr UINT SetPickIndex = 32981;
 constexpr int Save = 4102;
 
 class MenuStates : public testing::Test {
@@ -30,11 +29,6 @@ std::vector<int> Grayed(const User& user, int first, int last)
         if (state != 0xFFFFFFFF && (state & (MF_GRAYED | MF_DISABLED)) != 0) grayed.push_back(id);
     }
     return grayed;
-}
-
-void SelectIndex(const User& user, const char16_t* index)
-{
-    SendMessageW(user.Client(), SetPickIndex, 0, reinterpret_cast<LPARAM>(index));
 }
 
 using Ids = std::vector<int>;

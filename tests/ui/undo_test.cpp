@@ -1,15 +1,13 @@
 // Array undo in the real window: what belongs together, what ends it, and what it remembers.
 #include <gtest/gtest.h>
 
-#include "ui/driver.h"
+#include "ui/view_support.h"
 
 namespace vantrel::ui {
 namespace {
 
 using namespace fake;
 
-constexpr UINT SetOption = 32980;
-constexpr UINT SetPickIndex = 32981;
 constexpr int Save = 4102;
 constexpr int CopyArray = 4202;
 constexpr int PasteArray = 4203;
@@ -32,10 +30,6 @@ protected:
         EXPECT_TRUE(outcome.edit.hasResult);
         return outcome.edit.result;
     }
-    static void SelectIndex(const User& user, const char16_t* index)
-    {
-        SendMessageW(user.Client(), SetPickIndex, 0, reinterpret_cast<LPARAM>(index));
-    }
     static void ExpectSame(const Array& actual, const Array& expected)
     {
         EXPECT_TRUE(SameValues(actual, expected)) << Dump(actual) << " instead of " << Dump(expected);
@@ -51,9 +45,9 @@ Array Mixed()
 
 void PasteLetterOverNumber(User& user)
 {
-    SendMessageW(user.Client(), SetPickIndex, 0, reinterpret_cast<LPARAM>(u"1"));
+    SelectIndex(user, u"1");
     user.Command(CopyArray);
-    SendMessageW(user.Client(), SetPickIndex, 0, reinterpret_cast<LPARAM>(u"2"));
+    SelectIndex(user, u"2");
     user.Command(PasteArray);
 }
 

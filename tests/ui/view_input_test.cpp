@@ -29,14 +29,6 @@ protected:
     Interpreter interpreter;
 };
 
-HWND FocusOf(const User& user)
-{
-    GUITHREADINFO info{};
-    info.cbSize = sizeof info;
-    GetGUIThreadInfo(GetWindowThreadProcessId(user.Frame(), nullptr), &info);
-    return info.hwndFocus;
-}
-
 Array Words(Shape shape)
 {
     std::vector<Array> items;
@@ -67,10 +59,10 @@ TEST_F(Input, ControlTabAndItsReverseGoRoundTheSiblings)
         user.ExpectEqual(user.PickIndex(), u"3", "and from the first to the last");
         user.Key(VK_TAB, {VK_CONTROL, VK_SHIFT});
         user.ExpectEqual(user.PickIndex(), u"2", "one back");
-        user.Expect(FocusOf(user) == user.Editor() && user.Editor() != nullptr, "with the keyboard");
+        user.Expect(user.Focus() == user.Editor() && user.Editor() != nullptr, "with the keyboard");
         user.Key(VK_UP, {VK_CONTROL});
         user.ExpectEqual(user.PickIndex(), u" ", "the parent");
-        user.Expect(FocusOf(user) == user.Client(), "which has no editor");
+        user.Expect(user.Focus() == user.Client(), "which has no editor");
         user.Key(VK_UP, {VK_CONTROL});
         user.Key(VK_TAB, {VK_CONTROL});
         user.ExpectEqual(user.PickIndex(), u" ", "the whole array has neither parent nor siblings");
@@ -176,7 +168,7 @@ TEST_F(Input, AClickBesideEverythingSelectsTheWholeArray)
         GetClientRect(user.Client(), &client);
         user.Click(user.Client(), client.right - 5, client.bottom - 5);
         user.ExpectEqual(user.PickIndex(), u" ", "what is displayed");
-        user.Expect(FocusOf(user) == user.Client(), "with the keyboard");
+        user.Expect(user.Focus() == user.Client(), "with the keyboard");
     });
 }
 
@@ -245,7 +237,7 @@ TEST_F(Input, TheEditorFitsTheKindOfArray)
         user.Expect((style() & (WS_HSCROLL | WS_VSCROLL)) == (WS_HSCROLL | WS_VSCROLL), "with both bars");
         SelectIndex(user, u" ");
         user.Expect(user.Editor() == nullptr, "a nested array has none");
-        user.Expect(FocusOf(user) == user.Client(), "and the view has the keyboard");
+        user.Expect(user.Focus() == user.Client(), "and the view has the keyboard");
     });
 }
 
@@ -537,7 +529,7 @@ TEST_F(Input, APickIndexNamesThePathAndLeadsBack)
             user.Expect(SelectIndex(user, index) != 0, "a bad index is refused");
             user.ExpectEqual(PickIndexOf(user, false), u"2 (1 2)", "and changes nothing");
         }
-        user.Expect(FocusOf(user) == user.Editor(), "the keyboard went along");
+        user.Expect(user.Focus() == user.Editor(), "the keyboard went along");
     });
 }
 
@@ -590,12 +582,12 @@ TEST_F(Input, FindingInAClosedBoxLeavesTheKeyboardInTheFindBar)
         user.ExpectEqual(user.PickIndex(), u"2 1", "the boxes open");
         user.Expect(user.Editor() != nullptr, "and show the array");
         HWND const bar = GetParent(FindText(user));
-        user.Expect(IsChild(bar, FocusOf(user)) != 0, "Enter would find the next, not break a line");
+        user.Expect(IsChild(bar, user.Focus()) != 0, "Enter would find the next, not break a line");
         SelectIndex(user, u"1");
         user.Command(MaximizeCommand);
         user.Key(VK_F3);
         user.Expect(user.PickIndex().rfind(u"2", 0) == 0, "out of a maximised array");
-        user.Expect(IsChild(bar, FocusOf(user)) != 0, "the same");
+        user.Expect(IsChild(bar, user.Focus()) != 0, "the same");
     });
 }
 

@@ -8,9 +8,9 @@
 #include <cstring>
 
 #include "model/scdr.h"
-#include "ui/driver.h"
 #include "ui/menus.h"
 #include "ui/tree_image.h"
+#include "ui/view_support.h"
 
 namespace vantrel::ui {
 namespace {
@@ -35,8 +35,6 @@ constexpr UINT GetPreferredSize = 32976;
 constexpr UINT GetTree = 32977;
 constexpr UINT GetSelected = 32978;
 constexpr UINT SetModified = 32979;
-constexpr UINT SetOption = 32980;
-constexpr UINT SetPickIndex = 32981;
 constexpr UINT SetTree = 32984;
 constexpr UINT PrintTree = 32985;
 constexpr UINT GetBusy = 32986;
@@ -71,11 +69,6 @@ LRESULT Ask(const User& user, UINT message, WPARAM wParam = 0, LPARAM lParam = 0
 const Scdr* NodeOf(LRESULT answer)
 {
     return reinterpret_cast<const Scdr*>(answer);
-}
-
-LRESULT SelectIndex(const User& user, const char16_t* index)
-{
-    return Ask(user, SetPickIndex, 0, reinterpret_cast<LPARAM>(index));
 }
 
 std::u16string TextOf(const Scdr& node)
