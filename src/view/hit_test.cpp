@@ -33,7 +33,8 @@ Scdr* HitItem(const View& view, const Scdr& node, const Point64& point) noexcept
 
 Rect64 TextRectangle(std::int64_t margin, const Scdr& node, std::int64_t width, std::int64_t height) noexcept
 {
-    const std::int64_t shrink = node.Rank == 0 ? margin + 1 : margin;
+    const bool thinFrame = IsSimple(node) && node.Rank == 0;
+    const std::int64_t shrink = thinFrame ? margin + 1 : margin;
     const Point64 origin = OriginOf(node);
     return Shrink({origin.x, origin.y, origin.x + width, origin.y + height}, shrink);
 }

@@ -144,6 +144,14 @@ TEST_F(HitTest, EditRectanglesLeaveTheMargin)
     EXPECT_EQ(scalar.bottom, 7 + 38 - 6);
 }
 
+TEST_F(HitTest, OnlyASimpleScalarHasTheThinFrame)
+{
+    Scdr& root = Show(NestedOf({}, Word(u"abc")));
+    const Rect64 box = NodeRect(root);
+    EXPECT_EQ(GetEditRectangle(5, root).left, box.left + 5);
+    EXPECT_EQ(GetEditRectangle(5, root).bottom, box.bottom - 5);
+}
+
 TEST_F(HitTest, TheCalculatedRectangleIgnoresWhatTheUserDid)
 {
     Scdr& root = LayOut(Vec(Word(u"abc")));
