@@ -152,6 +152,11 @@ void ResetNodeSize(Scdr& node) noexcept
 {
     if (!IsSimple(node) || (node.records.flags & RecordsResizedByUser) == 0) return;
     node.records.flags = static_cast<std::uint8_t>(node.records.flags & ~RecordsResizedByUser);
+    if ((node.Flags & FlagMinimized) !=
+        0) { // a closed box stays as it is and opens with the size of its text
+        if (node.extra != nullptr) node.extra->savedWidth = node.extra->savedHeight = 0;
+        return;
+    }
     node.width = node.records.formattedWidth;
     node.height = node.records.formattedHeight;
     InvalidateAncestorsSizesAndLaterSiblingsOrigins(node);

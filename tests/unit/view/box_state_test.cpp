@@ -249,6 +249,25 @@ TEST_F(BoxState, ResetSizeGivesResizedBoxesTheirFormattedSizeBack)
     EXPECT_EQ(Item(root, 0).records.flags & RecordsResizedByUser, 0);
 }
 
+TEST_F(BoxState, ResetSizeOfAClosedBoxIsSeenWhenItOpens)
+{
+    Scdr& root = Show(Vec(Word(u"abc"), Word(u"d")));
+    Scdr& leaf = Item(root, 0);
+    const std::int64_t width = leaf.width;
+    leaf.width += 100;
+    leaf.records.flags |= RecordsResizedByUser;
+    InvalidateAncestorsSizesAndLaterSiblingsOrigins(leaf);
+    EXPECT_EQ(CalculateScdrSizes(view), 0);
+    EXPECT_EQ(SelectScdr(view, leaf, false), 0);
+    EXPECT_EQ(MinimizeScdr(view), 0);
+    const std::int64_t closed = leaf.width;
+    ResetSize(view, root);
+    EXPECT_EQ(CalculateScdrSizes(view), 0);
+    EXPECT_EQ(leaf.width, closed);
+    EXPECT_EQ(RestoreScdr(view), 0);
+    EXPECT_EQ(leaf.width, width);
+}
+
 TEST_F(BoxState, ResetSizeLeavesOtherBoxesAlone)
 {
     Scdr& root = Show(Vec(Word(u"abc")));
