@@ -104,6 +104,9 @@ void OnSizeFrameToDefinition(FrameWindow& frame)
     SIZE wanted{};
     if (SendMessageW(frame.client, ViewGetPreferredSize, 0, reinterpret_cast<LPARAM>(&wanted)) != 0) return;
     RethrowEscapedException();
+    // More than any screen has is as good as everything.
+    constexpr LONG Most = 0x7FFF;
+    wanted = {std::min(wanted.cx, Most), std::min(wanted.cy, Most)};
     RECT before{};
     GetWindowRect(frame.window, &before);
     const POINT at{before.left, before.top};

@@ -1,3 +1,5 @@
+#include <limits>
+
 #include "entry/trace.h"
 #include "model/primitives.h"
 #include "resources/resource.h"
@@ -117,8 +119,7 @@ LRESULT OnGetPreferredSize(ClientWindow& client, SIZE& size)
         wanted = {view.top->width + view.metrics.verticalBarWidth,
                   view.top->height + view.metrics.horizontalBarHeight};
     }
-    // More than any screen has is as good as everything.
-    constexpr std::int64_t Most = 0x7FFF;
+    constexpr std::int64_t Most = std::numeric_limits<LONG>::max();
     size = {static_cast<LONG>(std::min(wanted.width, Most)),
             static_cast<LONG>(std::min(wanted.height, Most))};
     return 0;
