@@ -67,7 +67,8 @@ void FollowLayout(View& view, std::int32_t notification)
     SetScrollBarsDataSizeFromScdr(view);
     EditResize(view);
     view.effects.notifyFrame(view, notification);
-    if (!IsSimple(*view.top)) {
+    // Who changes the font looks at what is in sight, wherever the selection is.
+    if (!IsSimple(*view.top) && notification != ViewNotifyFont) {
         MoveScdrIntoWindow(view);
         SetScrollBarsDataSizeFromScdr(view);
     }
