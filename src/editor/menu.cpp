@@ -1,6 +1,7 @@
 // What the pop-up menu offers.
 #include "editor/edit_model.h"
 #include "entry/trace.h"
+#include "model/tree_walk.h"
 
 namespace vantrel {
 
@@ -9,7 +10,7 @@ namespace {
 // Only where taking the array out leaves an array behind.
 bool CanLeaveParent(const Scdr& node) noexcept
 {
-    const Scdr* const parent = node.parent;
+    const Scdr* const parent = HoldingNode(node);
     if (parent == nullptr || parent->ElementCount < 1) return false;
     if (parent->Rank < 2) return true;
     return parent->Rank == 2 && (parent->Shape[0] < 2 || parent->Shape[1] < 2);

@@ -74,6 +74,17 @@ TEST(EditMenu, AnArrayIsCutOutOfWhatStaysAnArray)
     EXPECT_FALSE(GetEditMenu(root.window, {}).cutArray);
 }
 
+TEST(EditMenu, AMaximisedItemMayBeCutFromItsArrayAsByTheMainMenu)
+{
+    Editor editor(TypeCharacter, {1, 1}, u"abc");
+    const std::int64_t three = 3;
+    const ScdrPtr vector = AllocateScdr(&editor.context, nullptr, TypeNested, 1, &three, false);
+    ExtraOf(*editor.node).savedParent = vector.get();
+    editor.node->Flags |= FlagMaximized;
+    EXPECT_TRUE(GetEditMenu(editor.window, {}).cutArray);
+    editor.node->extra->savedParent = nullptr;
+}
+
 void ExpectSizes(const Editor& editor, bool restore, bool minimize, bool maximize)
 {
     const EditMenu menu = GetEditMenu(editor.window, {});
