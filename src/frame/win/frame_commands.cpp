@@ -46,8 +46,7 @@ void OnEscape(FrameWindow& frame)
 // Where Escape means something of its own the host's key, which ends the edit, has to wait.
 bool IsEscapeFromBar(const FrameWindow& frame, int source, std::int32_t id) noexcept
 {
-    if (source != FromAccelerator || id != ID_FILE_SAVE_AND_CLOSE || GetKeyState(VK_ESCAPE) >= 0)
-        return false;
+    if (source != FromAccelerator || id != ID_FILE_SAVE_AND_CLOSE) return false;
     HWND const focus = GetFocus();
     return IsFocusInFindBar(frame) || focus == frame.nameBox || focus == frame.information;
 }

@@ -19,7 +19,7 @@ namespace {
 
 // Window positions beyond this are out of sight on any screen, and the system keeps window rectangles in few bits.
 constexpr std::int64_t FarAway = 30000;
-constexpr int LongestStatus = 256; // characters
+constexpr int LongestStatus = 384; // characters
 
 int WindowPixel(std::int64_t value) noexcept
 {
