@@ -86,6 +86,8 @@ void EditArgument(EditContext* context, Localp* argument)
     }
     SetLimits(host);
     context->result = host.platform->editObject(context, argument, false);
+    if (!HasFailed(host) && context->failure != VTERROR_CODE::NoError)
+        SignalHostError(context, context->failure);
 }
 
 void StoreArgument(const DyalogHost& host, DyalogBlock** slot, const Localp* argument) noexcept

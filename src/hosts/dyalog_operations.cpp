@@ -63,7 +63,11 @@ std::int32_t SetResult(EditContext* context, const Scdr* scdr)
     TraceScope trace("dyalog_operations.cpp", "SetResult");
     DyalogHost& host = HostOf(context);
     HostObject object = ScdrToObject(context, scdr);
-    if (object == nullptr) return 1;
+    if (object == nullptr) {
+        NoteFailure(context, context->langEnv->ErrorCode);
+        return 1;
+    }
+    NoteSaved(context);
     if (host.resultSlot == nullptr) {
         FreeObject(context, context->result); // of an earlier save
         context->result = object;

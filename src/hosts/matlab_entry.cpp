@@ -114,6 +114,7 @@ void RunEdit(MatlabHost& host, const Arguments& call)
     // The editor only looks at its argument.
     auto* argument = const_cast<MxArray*>(call.prhs[0]);
     auto* result = static_cast<MxArray*>(host.platform->editObject(&context, argument, call.ByName()));
+    if (host.identifier == nullptr) SignalHostError(&context, context.failure);
     if (result != nullptr)
         call.plhs[0] = result;
     else if (!call.ByName() && host.identifier == nullptr)

@@ -70,9 +70,13 @@ std::int32_t SetResult(EditContext* context, const Scdr* scdr)
 {
     TraceScope trace("matlab_operations.cpp", "SetResult");
     HostObject array = ScdrToObject(context, scdr);
-    if (array == nullptr) return 1;
+    if (array == nullptr) {
+        NoteFailure(context, context->langEnv->ErrorCode);
+        return 1;
+    }
     FreeObject(context, context->result); // of an earlier save
     context->result = array;
+    NoteSaved(context);
     return 0;
 }
 

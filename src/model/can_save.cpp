@@ -93,7 +93,9 @@ bool CanSaveScdr(EditContext* context, const Scdr& node) noexcept
     if (!HasCapability(host, CapabilityUnicode) && host.CharacterTable != nullptr)
         UseCharacterTable(host.CharacterTable);
     for (SubtreeWalk walk(node); walk.Node() != nullptr; walk.Next()) {
-        if (!FitsLimits(host, *walk.Node()) || !FitsType(host, *walk.Node())) return false;
+        if (FitsLimits(host, *walk.Node()) && FitsType(host, *walk.Node())) continue;
+        NoteFailure(context, VTERROR_CODE::DomainError);
+        return false;
     }
     return true;
 }

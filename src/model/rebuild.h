@@ -29,7 +29,7 @@ inline constexpr std::int32_t ActionSortDescending = 4618;
 // The array that the node's records say, numeric or not, all planes of it. Null on failure, with the host's ErrorCode or 9. Text of a scalar or
 // vector that the host does not take for numbers stays text; ErrorCode then tells what the host said.
 [[nodiscard]] ScdrPtr BuildScdrFromRecords(EditContext* context, const Scdr& node, bool numeric);
-// Whether the host's limits, types and characters allow the array.
+// Whether the host's limits, types and characters allow the array. A refusal is noted as the failure of the run.
 [[nodiscard]] bool CanSaveScdr(EditContext* context, const Scdr& node) noexcept;
 
 } // namespace vantrel

@@ -37,6 +37,17 @@ bool IsReadableVariable(EditContext* context, HostObject name) noexcept
     return true;
 }
 
+// 1 when the host reported an error.
+std::int32_t NoteOutcome(EditContext* context) noexcept
+{
+    if (HasError(context)) {
+        NoteFailure(context, context->langEnv->ErrorCode);
+        return 1;
+    }
+    NoteSaved(context);
+    return 0;
+}
+
 std::int32_t AssignValue(EditContext* context, HostObject name, const Scdr& value) noexcept
 {
     const HostOperations& host = context->langEnv->Operations;
@@ -45,7 +56,7 @@ std::int32_t AssignValue(EditContext* context, HostObject name, const Scdr& valu
         host.Assign(context, name, object);
         host.FreeObject(context, object);
     }
-    return HasError(context) ? 1 : 0;
+    return NoteOutcome(context);
 }
 
 } // namespace
@@ -86,7 +97,10 @@ std::int32_t SaveVariableName(EditContext* context, const Scdr& value, const cha
     const HostOperations& host = context->langEnv->Operations;
     const auto length = static_cast<std::int64_t>(std::char_traits<char16_t>::length(name));
     HostObject nameObject = host.UnicodeToObject(context, name, length);
-    if (nameObject == nullptr) return 1;
+    if (nameObject == nullptr) {
+        NoteFailure(context, context->langEnv->ErrorCode);
+        return 1;
+    }
     const std::int32_t failed = AssignValue(context, nameObject, value);
     host.FreeObject(context, nameObject);
     return failed;

@@ -179,7 +179,7 @@ TEST_F(MatlabRoad, AnAccessViolationRaisesAnErrorAndMatlabLivesOn)
     EXPECT_TRUE(Edit(1, {TextValue(u"abc")}, [](User& user) { user.Command(Exit); }).unchanged);
 }
 
-TEST_F(MatlabRoad, WithoutKnownMemorySavingFailsAndTheWindowStays)
+TEST_F(MatlabRoad, WithoutKnownMemorySavingFailsAndTheWindowStaysAndTheCallFails)
 {
     matlab.options.memoryBytes.reset();
     const MexResult result = Edit(1, {TextValue(u"abc")}, [](User& user) {
@@ -187,8 +187,8 @@ TEST_F(MatlabRoad, WithoutKnownMemorySavingFailsAndTheWindowStays)
         user.Command(Save);
         user.Expect(user.IsOpen(), "a failing save keeps the window open");
     });
-    EXPECT_FALSE(result.raised) << result.error.text; // the user has seen it
-    EXPECT_TRUE(result.unchanged);
+    EXPECT_TRUE(result.raised);
+    EXPECT_EQ(result.error.identifier, "quillmoor_vantrel:WorkspaceFull");
 }
 
 TEST_F(MatlabRoad, ManyEditsInOneProcessLeaveNothingBehind)

@@ -1,6 +1,7 @@
 #include "dyalog_fixture.h"
 
 #include "entry/trace.h"
+#include "model/rebuild.h"
 
 namespace vantrel {
 namespace {
@@ -180,6 +181,54 @@ TEST_P(DyalogEntry, KeepsWhatWasSavedBeforeAnError)
     EXPECT_TRUE(result.hasResult);
     EXPECT_FALSE(result.unchanged);
     EXPECT_TRUE(Run(SaveAndFail, WithoutSlot()).error.signalled);
+}
+
+// As the editor does when it has shown an error.
+void Acknowledge(EditContext* context)
+{
+    SetErrorCode(context, VTERROR_CODE::NoError);
+    context->langEnv->ErrorDetail = nullptr;
+}
+fake::Interpreter* g_interpreter = nullptr;
+bool g_saveAgain = false;
+HostObject FailToSave(EditContext* context, HostObject)
+{
+    const ScdrPtr tree = AllocateScdr(context, nullptr, TypeReal, 0, nullptr, true);
+    g_interpreter->FailAllocation(1);
+    EXPECT_EQ(context->langEnv->Operations.SetResult(context, tree.get()), 1);
+    Acknowledge(context);
+    if (g_saveAgain) Save(context, u"saved");
+    return nullptr;
+}
+HostObject SaveWhatCannotBe(EditContext* context, HostObject)
+{
+    const ScdrPtr tree = AllocateScdr(context, nullptr, TypeInteger, 0, nullptr, true);
+    static_cast<std::int64_t*>(WritableData(*tree))[0] = 2147483648;
+    EXPECT_FALSE(CanSaveScdr(context, *tree));
+    return nullptr;
+}
+
+TEST_P(DyalogEntry, ASaveThatFailedIsTheErrorOfTheCallUnlessAnotherSucceeded)
+{
+    g_interpreter = &bench.interpreter;
+    g_saveAgain = false;
+    fake::EditResult result = Run(FailToSave);
+    EXPECT_TRUE(result.error.signalled);
+    EXPECT_EQ(result.error.number, 1u);
+    EXPECT_EQ(result.error.message, bench.interpreter.Message(1));
+    EXPECT_FALSE(result.hasResult);
+    g_saveAgain = true;
+    result = Run(FailToSave);
+    EXPECT_FALSE(result.error.signalled);
+    EXPECT_EQ(fake::TextOfArray(result.result), u"saved");
+}
+
+TEST_P(DyalogEntry, AnArrayThatCannotBeSavedIsTheErrorOfTheCall)
+{
+    const fake::EditResult result = Run(SaveWhatCannotBe);
+    EXPECT_TRUE(result.error.signalled);
+    EXPECT_EQ(result.error.number, 11u);
+    EXPECT_EQ(result.error.message, u"Argument contained an unsupported type of data");
 }
 
 TEST_P(DyalogEntry, GivesNothingBackAfterAnInterruptWithoutAnError)

@@ -135,7 +135,7 @@ TEST_P(DyalogOrder, ARefusedAllocationIsExplainedAndTheHoldersFreed)
                            "RegisterLocalp",  "ErrorTrap",     CharactersAllocated(),
                            "MessageText 1",   "MessageText 1", "UnregisterLocalp",
                            "UnregisterLocalp"};
-    EXPECT_EQ(CallsOf(edit), Joined(Joined(Introduction(), refused), {"ReleaseResult"}));
+    EXPECT_EQ(CallsOf(edit), Joined(Joined(Introduction(), refused), {"SignalError"}));
     bench.interpreter.FailAllocation(0);
 }
 

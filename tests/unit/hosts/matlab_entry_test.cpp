@@ -1,6 +1,8 @@
+#include <optional>
 #include <set>
 
 #include "entry/trace.h"
+#include "model/rebuild.h"
 #include "model/variables.h"
 #include "unit/hosts/matlab_fixture.h"
 
@@ -142,6 +144,57 @@ TEST_F(MatlabEntry, WithoutKnownMemoryEverySaveFails)
     matlab.options.memoryBytes.reset();
     MatlabPlatform::edit = SaveOnce;
     EXPECT_EQ(ErrorOf(1, {DoubleValue({1, 1}, {1})}), "quillmoor_vantrel:WorkspaceFull|Workspace Full");
+}
+
+// As the editor does when it has shown an error.
+void Acknowledge(EditContext* context)
+{
+    SetErrorCode(context, VTERROR_CODE::NoError);
+    context->langEnv->ErrorDetail = nullptr;
+}
+
+TEST_F(MatlabEntry, ASaveThatFailedIsTheErrorOfTheCallThoughTheUserWasTold)
+{
+    matlab.options.memoryBytes.reset();
+    MatlabPlatform::edit = [](EditContext* context, HostObject object, bool byName) {
+        SaveOnce(context, object, byName);
+        Acknowledge(context);
+        return context->result;
+    };
+    const fake::MexResult result = Call(1, {DoubleValue({1, 1}, {1})});
+    EXPECT_TRUE(result.raised);
+    EXPECT_EQ(result.error.identifier, "quillmoor_vantrel:WorkspaceFull");
+    EXPECT_EQ(result.error.text, "Workspace Full");
+    EXPECT_FALSE(result.hasResult);
+}
+
+TEST_F(MatlabEntry, ALaterSaveMakesUpForOneThatFailed)
+{
+    const std::optional<double> bytes = matlab.options.memoryBytes;
+    matlab.options.memoryBytes.reset();
+    MatlabPlatform::edit = [&](EditContext* context, HostObject object, bool byName) {
+        SaveOnce(context, object, byName);
+        Acknowledge(context);
+        matlab.options.memoryBytes = bytes;
+        return SaveOnce(context, object, byName);
+    };
+    const fake::MexResult result = Call(1, {TextValue(u"abc")});
+    EXPECT_FALSE(result.raised);
+    EXPECT_VALUE(result.result, TextValue(u"abc"));
+}
+
+TEST_F(MatlabEntry, AnAssignmentThatFailedIsTheErrorOfTheCall)
+{
+    matlab.failPutVariable = true;
+    MatlabPlatform::edit = [](EditContext* context, HostObject name, bool) -> HostObject {
+        const ScdrPtr tree = ScdrFromUnicode(context, u"x", 1);
+        EXPECT_EQ(SaveVariable(context, name, *tree), 1);
+        Acknowledge(context);
+        return nullptr;
+    };
+    EXPECT_EQ(ErrorOf(0, {TextValue(u"x"), DoubleValue({0, 0}, {})}),
+              "quillmoor_vantrel:SystemError|System Error");
+    matlab.failPutVariable = false;
 }
 
 TEST_F(MatlabEntry, AnErrorWithoutAResultGivesNone)

@@ -150,6 +150,19 @@ TEST_F(Variables, AnAssignmentThatFailsIsReported)
     EXPECT_EQ(SaveVariableName(context, *SavableTree(), u"abc"), 1);
 }
 
+TEST_F(Variables, AFailureIsKeptForTheHostUntilSomethingIsSaved)
+{
+    host.assignError = VTERROR_CODE::WsFull;
+    EXPECT_EQ(SaveVariable(context, &host.name, *SavableTree()), 1);
+    EXPECT_EQ(context.context.failure, VTERROR_CODE::WsFull);
+    (void)context.TakeError();
+    host.assignError = VTERROR_CODE::NoError;
+    EXPECT_EQ(SaveVariableName(context, *SavableTree(), u"abc"), 0);
+    EXPECT_EQ(context.context.failure, VTERROR_CODE::NoError);
+    EXPECT_EQ(SaveVariable(context, &host.name, *TreeBeyondTheLimits()), 1);
+    EXPECT_EQ(context.context.failure, VTERROR_CODE::NoError); // what was saved is the answer
+}
+
 TEST_F(Variables, AnArrayBeyondTheHostsLimitsIsNotAssigned)
 {
     const ScdrPtr tree = TreeBeyondTheLimits();
@@ -157,6 +170,7 @@ TEST_F(Variables, AnArrayBeyondTheHostsLimitsIsNotAssigned)
     EXPECT_EQ(context.TakeError(), VTERROR_CODE::DomainError);
     EXPECT_EQ(SaveVariableName(context, *tree, u"abc"), 1);
     EXPECT_TRUE(host.told.empty());
+    EXPECT_EQ(context.context.failure, VTERROR_CODE::DomainError);
 }
 
 } // namespace
