@@ -142,8 +142,10 @@ void Graphics(EditContext* context, const Scdr* scdr, std::int32_t command)
         const char* function = PlotFunction(command);
         if (function == nullptr || scdr == nullptr) throw VTERROR_CODE::SystemError;
         DrawPlot(context, *scdr, function);
+        NoteFailure(context, VTERROR_CODE::NoError);
     } catch (VTERROR_CODE code) {
         SetErrorCode(context, code);
+        NoteFailure(context, code);
     }
 }
 

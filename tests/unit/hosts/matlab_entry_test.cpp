@@ -1,3 +1,4 @@
+#include <cstring>
 #include <optional>
 #include <set>
 
@@ -195,6 +196,26 @@ TEST_F(MatlabEntry, AnAssignmentThatFailedIsTheErrorOfTheCall)
     EXPECT_EQ(ErrorOf(0, {TextValue(u"x"), DoubleValue({0, 0}, {})}),
               "quillmoor_vantrel:SystemError|System Error");
     matlab.failPutVariable = false;
+}
+
+TEST_F(MatlabEntry, APlotOfTextIsTheErrorOfTheCallUnlessAnotherSucceeds)
+{
+    constexpr std::int32_t plot = 4907;
+    bool again = false;
+    MatlabPlatform::edit = [&](EditContext* context, HostObject, bool) -> HostObject {
+        const HostOperations& operations = context->langEnv->Operations;
+        operations.Graphics(context, ScdrFromUnicode(context, u"abc", 3).get(), plot);
+        Acknowledge(context);
+        const double one = 1;
+        const ScdrPtr number = AllocateScdr(context, nullptr, TypeReal, 0, nullptr, true);
+        std::memcpy(WritableData(*number), &one, sizeof one);
+        if (again) operations.Graphics(context, number.get(), plot);
+        EXPECT_FALSE(HasError(context));
+        return nullptr;
+    };
+    EXPECT_EQ(ErrorOf(1, {TextValue(u"abc")}), "quillmoor_vantrel:DomainError|Domain Error");
+    again = true;
+    EXPECT_EQ(ErrorOf(1, {TextValue(u"abc")}), "none");
 }
 
 TEST_F(MatlabEntry, AnErrorWithoutAResultGivesNone)
