@@ -16,8 +16,8 @@ add_subdirectory("${GTEST_SOURCE}" "${CMAKE_BINARY_DIR}/googletest" EXCLUDE_FROM
 function(vantrel_test_program name)
   target_precompile_headers(${name} PRIVATE <gtest/gtest.h>)
   if(NOT MSVC)
-    # The first is what ccache needs to handle a precompiled header. The last leaves names and lines, enough for a trace.
-    target_compile_options(${name} PRIVATE -fpch-preprocess -O0 -g1)
+    # The first is what ccache needs to handle a precompiled header.
+    target_compile_options(${name} PRIVATE -fpch-preprocess -O0)
   endif()
 endfunction()
 
