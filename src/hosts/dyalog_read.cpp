@@ -103,6 +103,9 @@ void PollInterrupt(BlockReader& reader)
 {
     if (++reader.nodes % NodesPerPoll != 0 || !reader.pacer.Due()) return;
     if (CheckForInterrupt(reader.context) != 0) throw VTERROR_CODE::Interrupt;
+    // The window answers meanwhile. One that is closed stops the load as soon as the array has been read: breaking off here would be an error.
+    const auto answerMessages = reader.context->isInterruptOrClosePending;
+    if (answerMessages != nullptr) static_cast<void>(answerMessages(reader.context));
 }
 
 ScdrPtr ReadBlock(BlockReader& reader, Scdr* parent, const DyalogBlock* block, std::int32_t depth);
