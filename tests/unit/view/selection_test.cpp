@@ -426,6 +426,18 @@ TEST_F(Selection, LayingOutAgainAfterANewFont)
     EXPECT_EQ(view.scroll.horizontal.dataSize, root.width);
 }
 
+TEST_F(Selection, ANewFontStaysAtWhatIsInSightAndAnOptionGoesToTheSelection)
+{
+    Scdr& root = ShowLongVector();
+    Select(Item(root, 29));
+    ASSERT_GT(X(), 0);
+    ChangeScrollPositions(view.scroll, ScrollToStart, ScrollToStart);
+    EXPECT_EQ(LayOutAgain(view, true), 0);
+    EXPECT_EQ(X(), 0);
+    EXPECT_EQ(LayOutAgain(view, false), 0);
+    EXPECT_GT(X(), 0);
+}
+
 TEST_F(Selection, LayingOutNothingTellsOnlyAboutTheFont)
 {
     EXPECT_EQ(LayOutAgain(view, true), 0);
