@@ -237,6 +237,22 @@ protected:
         ExpectWhole();
         ExpectLaidOut();
     }
+
+    // Sixty walks of sixty steps each; none leaves anything behind.
+    template <typename WalkStep> void Walk(WalkStep step)
+    {
+        const std::int64_t live = LiveAllocations();
+        for (unsigned seed = 0; seed < 60 && !HasFailure(); ++seed) {
+            SCOPED_TRACE("seed " + std::to_string(seed));
+            random.seed(seed);
+            ShowNewTree();
+            for (int taken = 0; taken < 60 && !HasFailure() && Tree().size() < LargestTree; ++taken)
+                step();
+            EXPECT_EQ(ShowTree(view, nullptr), 0);
+            clipboard = nullptr;
+            EXPECT_EQ(LiveAllocations(), live);
+        }
+    }
 };
 
 TEST_F(ActionWalk, EveryStateIsUndoneAndRedone)
@@ -262,32 +278,12 @@ TEST_F(ActionWalk, EveryStateIsUndoneAndRedone)
 
 TEST_F(ActionWalk, TypedTextLeavesTheTreeWhole)
 {
-    const std::int64_t live = LiveAllocations();
-    for (unsigned seed = 0; seed < 60 && !HasFailure(); ++seed) {
-        SCOPED_TRACE("seed " + std::to_string(seed));
-        random.seed(seed);
-        ShowNewTree();
-        for (int step = 0; step < 60 && !HasFailure() && Tree().size() < LargestTree; ++step)
-            TypingStep();
-    }
-    EXPECT_EQ(ShowTree(view, nullptr), 0);
-    clipboard = nullptr;
-    EXPECT_EQ(LiveAllocations(), live);
+    Walk([&] { TypingStep(); });
 }
 
 TEST_F(ActionWalk, ALackOfMemoryLeavesTheTreeWhole)
 {
-    const std::int64_t live = LiveAllocations();
-    for (unsigned seed = 0; seed < 60 && !HasFailure(); ++seed) {
-        SCOPED_TRACE("seed " + std::to_string(seed));
-        random.seed(seed);
-        ShowNewTree();
-        for (int step = 0; step < 60 && !HasFailure() && Tree().size() < LargestTree; ++step)
-            FaultyStep();
-        EXPECT_EQ(ShowTree(view, nullptr), 0);
-        clipboard = nullptr;
-        EXPECT_EQ(LiveAllocations(), live);
-    }
+    Walk([&] { FaultyStep(); });
 }
 
 } // namespace
