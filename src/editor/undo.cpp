@@ -46,9 +46,10 @@ std::int32_t ApplyEditUndo(EditWindow& window, const EditUndoRecord& record, boo
 
 // Moves the inverse just made to the redo stack. The first marked record ends it: after the second record of a group that is an older
 // step, which goes along unapplied. Users' habits are built on that, so it stays.
-void MoveInverseToRedo(EditState& state) noexcept
+void MoveInverseToRedo(EditState& state, const EditUndoRecord* older) noexcept
 {
     while (state.undo != nullptr) {
+        state.stepMissing = state.stepMissing || state.undo == older;
         EditUndoRecord* record = Pop(state.undo);
         Push(state.redo, record);
         if (record->firstOfGroup) return;
@@ -59,6 +60,15 @@ void MoveInverseToRedo(EditState& state) noexcept
 void KeepForAnotherTry(EditState& state, const EditUndoRecord* older, EditUndoPtr step) noexcept
 {
     Push(state.undo == older ? state.undo : state.undo->next, step.release());
+}
+
+// With every change taken back the text says again what the node's data says, and saving need not read it: a number shown in fewer
+// digits than it has keeps them all.
+void TextUnchanged(EditWindow& window) noexcept
+{
+    EditState& state = StateOf(window);
+    state.modified = false;
+    if (!state.stepMissing) window.view->node->records.flags &= static_cast<std::uint8_t>(~RecordsEdited);
 }
 
 } // namespace
@@ -104,14 +114,16 @@ std::int32_t Undo(EditWindow& window)
         groupDone = record->firstOfGroup;
         window.outOfMemory = false;
         if (ApplyEditUndo(window, *record, firstApplied) == 0) {
-            MoveInverseToRedo(state);
+            MoveInverseToRedo(state, older);
         } else if (window.outOfMemory) {
             KeepForAnotherTry(state, older, std::move(record));
             return 0;
+        } else {
+            state.stepMissing = true;
         }
         firstApplied = false;
     }
-    if (state.undo == nullptr) state.modified = false;
+    if (state.undo == nullptr) TextUnchanged(window);
     return 1;
 }
 
@@ -151,8 +163,10 @@ bool CanRedo(const EditWindow& window) noexcept
 void EmptyUndo(EditWindow& window) noexcept
 {
     const TraceScope trace("undo.cpp", "EmptyUndo");
-    FreeEditUndo(&StateOf(window).undo);
-    FreeEditUndo(&StateOf(window).redo);
+    EditState& state = StateOf(window);
+    state.stepMissing = state.stepMissing || state.undo != nullptr;
+    FreeEditUndo(&state.undo);
+    FreeEditUndo(&state.redo);
 }
 
 void FreeRedo(EditWindow& window) noexcept

@@ -33,6 +33,8 @@ struct EditState {
     std::int64_t endLine = 0;
     bool modified = false;
     bool inUse = false; // an edit window has initialised it
+    bool stepMissing =
+        false; // a step was dropped or left out: undoing the rest does not bring the first text back
 };
 
 // The node's state, made on first use. Throws OutOfMemory.

@@ -20,6 +20,46 @@ TEST(EditUndo, OfEverythingClearsTheModifiedFlag)
     EXPECT_EQ(editor.Caret(), (EditCaret{0, 0}));
 }
 
+bool IsEdited(const Editor& editor)
+{
+    return (editor.node->records.flags & RecordsEdited) != 0;
+}
+
+TEST(EditUndo, OfEverythingMakesTheTextTheNodesOwnAgain)
+{
+    Editor editor(TypeReal, {2}, u"3.14 2");
+    editor.Type(u"12");
+    EXPECT_TRUE(IsEdited(editor));
+    Undo(editor.window);
+    EXPECT_TRUE(IsEdited(editor)) << "one change is left";
+    Undo(editor.window);
+    EXPECT_FALSE(IsEdited(editor));
+    Redo(editor.window);
+    EXPECT_TRUE(IsEdited(editor));
+}
+
+TEST(EditUndo, OfAReplacedSelectionMakesTheTextTheNodesOwnAgain)
+{
+    Editor editor(TypeCharacter, {4}, u"abcd");
+    editor.Select({1, 0}, {3, 0});
+    editor.Type(u"X");
+    Undo(editor.window);
+    EXPECT_EQ(editor.Lines(), (TextLines{u"abcd"}));
+    EXPECT_FALSE(IsEdited(editor));
+}
+
+TEST(EditUndo, OfTheStepsSinceTheBufferWasEmptiedLeavesTheTextEdited)
+{
+    Editor editor(TypeCharacter, {2}, u"ab");
+    editor.Type(u"X");
+    EmptyUndo(editor.window);
+    editor.Type(u"Y");
+    Undo(editor.window);
+    EXPECT_EQ(editor.Lines(), (TextLines{u"Xab"}));
+    EXPECT_FALSE(editor.State().modified);
+    EXPECT_TRUE(IsEdited(editor));
+}
+
 TEST(EditUndo, RedoBringsEverythingBack)
 {
     Editor editor(TypeCharacter, {2}, u"ab");
@@ -79,6 +119,7 @@ TEST(EditUndo, AGroupIsUndoneAsAWhole)
     EXPECT_EQ(editor.Lines(), (TextLines{u"abcd"}));
     EXPECT_EQ(editor.UndoSteps(), 0);
     EXPECT_FALSE(editor.State().modified);
+    EXPECT_FALSE(IsEdited(editor));
 }
 
 TEST(EditUndo, AfterAGroupTheNextOlderStepGoesToTheRedoStackUnapplied)
@@ -93,6 +134,7 @@ TEST(EditUndo, AfterAGroupTheNextOlderStepGoesToTheRedoStackUnapplied)
     EXPECT_EQ(editor.UndoSteps(), 0);
     EXPECT_EQ(editor.RedoSteps(), 3);
     EXPECT_FALSE(editor.State().modified);
+    EXPECT_TRUE(IsEdited(editor)) << "the text still is another";
 }
 
 TEST(EditUndo, TakesAChangeBackInThePlaneWhereItWasMade)
@@ -128,6 +170,7 @@ TEST(EditUndo, EmptyingFreesBothStacks)
     EmptyUndo(editor.window);
     EXPECT_FALSE(CanUndo(editor.window));
     EXPECT_FALSE(CanRedo(editor.window));
+    EXPECT_TRUE(IsEdited(editor));
 }
 
 TEST(EditUndo, FreeingTheRedoStackKeepsTheUndoStack)
