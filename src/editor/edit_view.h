@@ -2,6 +2,7 @@
 // keeps it current; the editor writes only what is marked so.
 #pragma once
 
+#include "editor/find_state.h"
 #include "model/edit_state.h"
 #include "tools/char_widths.h"
 
@@ -17,13 +18,10 @@ struct EditView {
     bool lineNumbers = true;
     bool ruler = true;
     bool rankOneScrollBars = false;
-    bool numericFind = false; // a numeric find is in force: character arrays are locked and drawn grey
     bool busy = false;
-    bool findMatch =
-        false; // the match below is on show; cleared by the editor with every caret movement and change
-    std::int64_t findMatchLine = 0; // within the shown plane
-    std::int64_t findMatchColumn = 0;
-    std::int64_t findMatchLength = 0;      // units
+    // The match in `find` is on show; cleared by the editor with every caret movement and change.
+    bool findMatch = false;
+    FindState find;
     std::int32_t lineNumbersWidth = 0;     // written by the editor: margin of the edited node, 0 when off
     std::int32_t rulerHeight = 0;          // written by the editor
     std::int32_t rankOneArrowOpacity = 50; // percent

@@ -42,9 +42,12 @@ MarkedText FindMarkedText(const EditWindow& window, bool focused) noexcept
 {
     const EditView& view = *window.view;
     if (!IsSelectionEmpty(window)) return {NormalisedSelection(window), PieceKind::Selected};
-    if (!view.findMatch || focused) return {{}, PieceKind::Plain};
-    const EditCaret start{view.findMatchColumn, view.findMatchLine};
-    const EditCaret end{view.findMatchColumn + view.findMatchLength, view.findMatchLine};
+    const FindState& find = view.find;
+    const std::int64_t line = find.record - FirstEditRow(window);
+    const bool here = find.node == view.node && line >= 0 && line < EditRows(window);
+    if (!view.findMatch || !here || focused) return {{}, PieceKind::Plain};
+    const EditCaret start{find.column, line};
+    const EditCaret end{find.column + find.length, line};
     return {{ClampToText(window, start), ClampToText(window, end)}, PieceKind::FindMatch};
 }
 

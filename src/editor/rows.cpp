@@ -44,7 +44,7 @@ EditCaret ClampToText(const EditWindow& window, EditCaret caret) noexcept
 
 bool IsLocked(const EditWindow& window) noexcept
 {
-    return window.view->node->Type == TypeCharacter && window.view->numericFind;
+    return window.view->node->Type == TypeCharacter && IsNumericFind(window.view->find);
 }
 
 bool RefuseChange(EditWindow& window)

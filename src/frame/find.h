@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "view/find_state.h"
+#include "editor/find_state.h"
 
 namespace vantrel {
 

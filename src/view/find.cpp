@@ -77,7 +77,7 @@ const Scdr* PreviousArray(const Scdr& root, const Scdr& node) noexcept
 
 class Search {
 public:
-    Search(View& view, bool forward) : view_(view), forward_(forward), matcher_(view.find) {}
+    Search(View& view, bool forward) : view_(view), forward_(forward), matcher_(view.edit.find) {}
 
     FindResult Run();
     [[nodiscard]] Scdr& Node() const noexcept { return const_cast<Scdr&>(*node_); } // the view's own tree
@@ -86,7 +86,7 @@ public:
 private:
     [[nodiscard]] bool IsSearchable(const Scdr& node) const noexcept
     {
-        return IsSimple(node) && (!IsNumericFind(view_.find) || node.Type != TypeCharacter);
+        return IsSimple(node) && (!IsNumericFind(view_.edit.find) || node.Type != TypeCharacter);
     }
     [[nodiscard]] const Scdr* Step(const Scdr& node) const noexcept
     {
@@ -132,7 +132,7 @@ bool Search::IsStopped()
 // Just behind (backwards: before) the present match, else the caret; in an array without either its own end, where the turn begins.
 FindPlace Search::FindStart(const Scdr& start) const noexcept
 {
-    const FindState& find = view_.find;
+    const FindState& find = view_.edit.find;
     const bool isMatch = find.node == &start && (view_.edit.findMatch || !view_.editorActive);
     if (isMatch) return {find.record, forward_ ? find.column + find.length : find.column};
     if (view_.editorActive && start.editState != nullptr)
@@ -228,12 +228,9 @@ std::int32_t ShowArray(View& view, Scdr& node, std::int64_t plane)
 
 void PutCaretOnMatch(View& view, const Scdr& node, const FindPlace& match)
 {
-    view.edit.findMatchLine = match.record - FirstShownRow(node);
-    view.edit.findMatchColumn = match.column;
-    view.edit.findMatchLength = match.length;
     if (view.editorActive && node.editState != nullptr) {
         view.effects.moveEditorCaret(view, match.column - node.editState->caretColumn,
-                                     view.edit.findMatchLine - node.editState->caretLine);
+                                     match.record - FirstShownRow(node) - node.editState->caretLine);
     }
     // Only now: moving the caret ends every match.
     view.edit.findMatch = true;
@@ -242,10 +239,10 @@ void PutCaretOnMatch(View& view, const Scdr& node, const FindPlace& match)
 FindResult ShowMatch(View& view, Scdr& node, const FindPlace& match)
 {
     if (ShowArray(view, node, PlaneOf(node, match.record)) != 0) return FindResult::Stopped;
-    view.find.node = &node;
-    view.find.record = match.record;
-    view.find.column = match.column;
-    view.find.length = match.length;
+    view.edit.find.node = &node;
+    view.edit.find.record = match.record;
+    view.edit.find.column = match.column;
+    view.edit.find.length = match.length;
     PutCaretOnMatch(view, node, match);
     view.effects.invalidate(view);
     view.effects.notifyFrame(view, ViewNotifyState); // also takes an earlier message away
@@ -257,7 +254,7 @@ FindResult ShowMatch(View& view, Scdr& node, const FindPlace& match)
 FindResult FindNextMatch(View& view, bool forward)
 {
     TraceScope trace("find.cpp", "FindNextMatch");
-    if (view.root == nullptr || view.find.text[0] == u'\0') return FindResult::NotFound;
+    if (view.root == nullptr || view.edit.find.text[0] == u'\0') return FindResult::NotFound;
     try {
         Search search(view, forward);
         const FindResult result = search.Run();

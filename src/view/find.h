@@ -15,12 +15,6 @@ struct FindPlace {
     std::int64_t length = 0; // units
 };
 
-// Numbers are looked for, and only in numeric arrays.
-[[nodiscard]] inline bool IsNumericFind(const FindState& state) noexcept
-{
-    return (state.options & FindNumeric) != 0 && state.numberCount > 0;
-}
-
 enum class FindResult { Found, NotFound, Stopped };
 
 // Finds and selects the next match, shows its plane, puts the caret on it and sets the find-match flag. Stopped: interrupted, out of memory, or its

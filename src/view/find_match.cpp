@@ -1,5 +1,6 @@
 // Finding a text, or a run of numbers, in one record.
 #include <algorithm>
+#include <iterator>
 
 #include "view/find.h"
 
@@ -13,25 +14,39 @@ bool IsBetween(char16_t c, char16_t first, char16_t last) noexcept
     return c >= first && c <= last;
 }
 
-// The small letter of a capital in the alphabets that arrays are written in; one unit stays one unit.
+// Capitals, each `step` behind the one before, whose small letters stand `shift` behind them.
+struct Capitals {
+    char16_t first;
+    char16_t last;
+    int step;
+    int shift;
+};
+
+// Of the alphabets that arrays are written in, where one unit stays one unit; in ascending order.
+constexpr Capitals AllCapitals[] = {
+    {u'A', u'Z', 1, 32},     {0xC0, 0xD6, 1, 32},     {0xD8, 0xDE, 1, 32},
+    {0x100, 0x12E, 2, 1}, // Latin
+    {0x132, 0x136, 2, 1},    {0x139, 0x147, 2, 1},    {0x14A, 0x176, 2, 1},
+    {0x178, 0x178, 1, -121}, {0x179, 0x17D, 2, 1},    {0x1CD, 0x1DB, 2, 1},
+    {0x1DE, 0x1EE, 2, 1},    {0x1F8, 0x21E, 2, 1},    {0x222, 0x232, 2, 1},
+    {0x386, 0x386, 1, 38},   {0x388, 0x38A, 1, 37},   {0x38C, 0x38C, 1, 64}, // Greek
+    {0x38E, 0x38F, 1, 63},   {0x391, 0x3A1, 1, 32},   {0x3A3, 0x3AB, 1, 32},
+    {0x400, 0x40F, 1, 80}, // Cyrillic
+    {0x410, 0x42F, 1, 32},   {0x460, 0x480, 2, 1},    {0x48A, 0x4BE, 2, 1},
+    {0x4C0, 0x4C0, 1, 15},   {0x4C1, 0x4CD, 2, 1},    {0x4D0, 0x52E, 2, 1},
+    {0x531, 0x556, 1, 48},   {0x1E00, 0x1E94, 2, 1}, // Armenian
+    {0x1EA0, 0x1EFE, 2, 1},  {0x2160, 0x216F, 1, 16}, {0x24B6, 0x24CF, 1, 26},
+    {0xFF21, 0xFF3A, 1, 32},
+};
+
 char16_t LowerCase(char16_t c) noexcept
 {
-    const auto shifted = [c](int by) { return static_cast<char16_t>(c + by); };
-    const auto paired = [c](bool capitalIsEven) {
-        const bool even = c % 2 == 0;
-        return static_cast<char16_t>(even == capitalIsEven ? c + 1 : c);
-    };
-    if (c < 0x80) return IsBetween(c, u'A', u'Z') ? shifted(32) : c;
-    if (c < 0x100) return IsBetween(c, 0xC0, 0xDE) && c != 0xD7 ? shifted(32) : c;
-    if (c == 0x178) return 0xFF;
-    if (IsBetween(c, 0x139, 0x148) || IsBetween(c, 0x179, 0x17E)) return paired(false);
-    if (IsBetween(c, 0x100, 0x177) && !IsBetween(c, 0x130, 0x131) && c != 0x138) return paired(true);
-    if (IsBetween(c, 0x391, 0x3AB) && c != 0x3A2) return shifted(32); // Greek
-    if (IsBetween(c, 0x400, 0x40F)) return shifted(80);               // Cyrillic
-    if (IsBetween(c, 0x410, 0x42F)) return shifted(32);
-    if (IsBetween(c, 0x24B6, 0x24CF)) return shifted(26); // circled letters
-    if (IsBetween(c, 0xFF21, 0xFF3A)) return shifted(32); // full-width letters
-    return c;
+    if (c < 0x80) return IsBetween(c, u'A', u'Z') ? static_cast<char16_t>(c + 32) : c;
+    const auto* const range =
+        std::lower_bound(std::begin(AllCapitals), std::end(AllCapitals), c,
+                         [](const Capitals& capitals, char16_t unit) { return capitals.last < unit; });
+    if (range == std::end(AllCapitals) || c < range->first || (c - range->first) % range->step != 0) return c;
+    return static_cast<char16_t>(c + range->shift);
 }
 
 void LowerCase(const char16_t* text, std::int64_t length, Text& lowered)

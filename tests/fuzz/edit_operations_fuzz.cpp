@@ -120,7 +120,7 @@ void Switch(Editor& editor, Bytes& bytes)
     const std::uint8_t what = bytes.Next();
     editor.view.overtype = (what & 1) != 0;
     editor.window.readOnly = (what & 6) == 6;
-    editor.view.numericFind = (what & 24) == 24;
+    SearchForNumbers(editor.view, (what & 24) == 24);
     editor.keys.insertToggled = (what & 32) != 0;
     if ((what & 64) != 0) editor.client.right = 4 + bytes.Next();
     if ((what & 128) != 0) OnNewPlane(editor.window);
@@ -210,7 +210,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             CheckState(editor, rows);
         }
         DisarmAllocationFault();
-        editor.window.readOnly = editor.view.numericFind = false;
+        editor.window.readOnly = false;
+        SearchForNumbers(editor.view, false);
         while (CanUndo(editor.window))
             Undo(editor.window);
         Require(!editor.State().modified || editor.RedoSteps() == 0,

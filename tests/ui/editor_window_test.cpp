@@ -15,6 +15,7 @@ constexpr int LineNumbersOption = 4313;
 constexpr int RulerOption = 4314;
 constexpr int MaximizeCommand = 4606;
 constexpr int PlaneDown = 4623;
+constexpr UINT SetPickIndex = 32981;
 constexpr UINT FreeRedoMessage = 33070;
 constexpr UINT NewPlaneMessage = 33073;
 constexpr UINT LineNumbersMessage = 33075;
@@ -246,12 +247,17 @@ TEST_F(EditorWindow, GreysTextThatMayNotChange)
 
 // --- painting ---
 
+COLORREF MatchBackground()
+{
+    const COLORREF text = GetSysColor(COLOR_WINDOWTEXT);
+    return RGB((GetRValue(text) + 128) % 255, (GetGValue(text) + 224) % 255, (GetBValue(text) + 192) % 255);
+}
+
 TEST_F(EditorWindow, MarksAFindMatchWhileTheFocusIsElsewhere)
 {
     RunEdit(interpreter, MatrixItem(Letters()), [](User& user) {
         const COLORREF text = GetSysColor(COLOR_WINDOWTEXT);
-        const COLORREF back =
-            RGB((GetRValue(text) + 128) % 255, (GetGValue(text) + 224) % 255, (GetBValue(text) + 192) % 255);
+        const COLORREF back = MatchBackground();
         const COLORREF ink =
             RGB((GetRValue(text) + 224) % 255, (GetGValue(text) + 64) % 255, (GetBValue(text) + 64) % 255);
         user.Command(FindCommand);
@@ -269,6 +275,59 @@ TEST_F(EditorWindow, MarksAFindMatchWhileTheFocusIsElsewhere)
         user.Key(VK_ESCAPE);
         user.Expect(user.Caret().window == editor, "the editor has the focus");
         user.ExpectEqual(user.Shot(editor).Count(back), 0, "where the caret shows it");
+    });
+}
+
+TEST_F(EditorWindow, MarksAFindMatchOnlyWhereItWasFound)
+{
+    const COLORREF back = MatchBackground();
+    const auto find = [](User& user, const char16_t* wanted) {
+        user.Command(FindCommand);
+        user.Type(wanted);
+        user.Key(VK_RETURN);
+    };
+    RunEdit(interpreter, NestedArray({2}, {Text(u"abcxyz"), Text(u"defghi")}), [&](User& user) {
+        find(user, u"xyz");
+        user.Expect(user.Shot(user.Editor()).Count(back) > 0, "the first item");
+        SendMessageW(user.Client(), SetPickIndex, 0, reinterpret_cast<LPARAM>(L"2"));
+        user.Wait();
+        user.Command(FindCommand); // the keyboard goes to the bar again
+        user.ExpectEqual(user.PickIndex(), u"2", "the second item is selected");
+        user.ExpectEqual(user.Shot(user.Editor()).Count(back), 0, "which has no such text");
+    });
+    RunEdit(interpreter, TextOf({2, 2, 4}, u"abcdefghijklmnop"), [&](User& user) {
+        find(user, u"cd");
+        user.Expect(user.Shot(user.Editor()).Count(back) > 0, "the first plane");
+        user.Command(PlaneDown);
+        user.ExpectEqual(user.Shot(user.Editor()).Count(back), 0, "the next has another text there");
+    });
+}
+
+TEST_F(EditorWindow, AFindMatchIsDrawnAnewWhenTheKeyboardComesAndGoes)
+{
+    RunEdit(interpreter, Text(u"abcxyz"), [](User& user) {
+        user.Command(FindCommand);
+        user.Type(u"xyz");
+        user.Key(VK_RETURN);
+        HWND const editor = user.Editor();
+        // As it stands on the screen: nothing is asked to draw itself.
+        const auto marked = [&] {
+            user.Wait();
+            HDC const screen = GetDC(editor);
+            int pixels = 0;
+            for (int y = 0; y < 80; ++y) {
+                for (int x = 0; x < 120; ++x)
+                    pixels += GetPixel(screen, x, y) == MatchBackground() ? 1 : 0;
+            }
+            ReleaseDC(editor, screen);
+            return pixels > 0;
+        };
+        user.Expect(marked(), "the keyboard is in the bar");
+        user.Key(VK_F6, {VK_SHIFT});
+        user.Expect(user.Focus() == editor, "the keyboard is in the array");
+        user.Expect(!marked(), "where the caret shows the match");
+        user.Key(VK_F6);
+        user.Expect(marked(), "back in the bar");
     });
 }
 

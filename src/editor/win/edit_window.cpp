@@ -93,9 +93,17 @@ LRESULT OnSetModify(EditInstance& instance, bool modified) noexcept
 
 // --- focus and size ---
 
+// A match is marked only while the keyboard is elsewhere.
+void RedrawMatch(const EditInstance& instance) noexcept
+{
+    if (IsActiveEditor(instance) && instance.edit.view->findMatch)
+        InvalidateRect(WindowOf(instance), nullptr, FALSE);
+}
+
 LRESULT OnSetFocus(EditInstance& instance)
 {
     const TraceScope trace("edit_window.cpp", "OnSetFocus");
+    RedrawMatch(instance);
     DrawCaret(instance.edit);
     instance.edit.effects->notify(instance.edit, EditNotifySetFocus);
     return 0;
@@ -104,6 +112,7 @@ LRESULT OnSetFocus(EditInstance& instance)
 LRESULT OnKillFocus(EditInstance& instance) noexcept
 {
     const TraceScope trace("edit_window.cpp", "OnKillFocus");
+    RedrawMatch(instance);
     HideEditCaret(instance); // also in the middle of a selection
     return 0;
 }

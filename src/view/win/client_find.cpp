@@ -23,9 +23,9 @@ void ReadFindOption(FindState& state, const char16_t* name, FindOption bit) noex
 void FollowFindOptions(ClientWindow& client)
 {
     View& view = client.view;
-    const bool numeric = IsNumericFind(view.find);
-    if (view.edit.numericFind == numeric) return;
-    view.edit.numericFind = numeric;
+    const bool numeric = IsNumericFind(view.edit.find);
+    if (client.numericFind == numeric) return;
+    client.numericFind = numeric;
     view.effects.invalidate(view);
     if (client.activeEdit != nullptr) InvalidateRect(client.activeEdit, nullptr, FALSE);
 }
@@ -77,17 +77,17 @@ LRESULT OnFind(ClientWindow& client, FindRequest request)
 
 void ReadFindOptions(View& view)
 {
-    ReadFindOption(view.find, IgnoreCaseName, FindIgnoreCase);
-    ReadFindOption(view.find, NumericName, FindNumeric);
-    ReadOption(nullptr, FindTextName, view.find.text, sizeof view.find.text);
-    view.find.text[FindTextSize - 1] = u'\0';
+    ReadFindOption(view.edit.find, IgnoreCaseName, FindIgnoreCase);
+    ReadFindOption(view.edit.find, NumericName, FindNumeric);
+    ReadOption(nullptr, FindTextName, view.edit.find.text, sizeof view.edit.find.text);
+    view.edit.find.text[FindTextSize - 1] = u'\0';
 }
 
 void SaveFindOptions(const View& view)
 {
-    SaveBooleanOption(IgnoreCaseName, (view.find.options & FindIgnoreCase) != 0);
-    SaveBooleanOption(NumericName, (view.find.options & FindNumeric) != 0);
-    SaveOption(nullptr, FindTextName, view.find.text, sizeof view.find.text);
+    SaveBooleanOption(IgnoreCaseName, (view.edit.find.options & FindIgnoreCase) != 0);
+    SaveBooleanOption(NumericName, (view.edit.find.options & FindNumeric) != 0);
+    SaveOption(nullptr, FindTextName, view.edit.find.text, sizeof view.edit.find.text);
 }
 
 } // namespace vantrel

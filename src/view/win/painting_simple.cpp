@@ -18,7 +18,7 @@ constexpr std::int64_t PieceUnits = 256; // characters handed to the system at a
 bool IsGreyed(const View& view, const Scdr& node) noexcept
 {
     if ((node.Flags & FlagKeptSize) != 0 || IsScdrInsideEmptyAncestor(node)) return true;
-    return view.edit.numericFind && node.Type == TypeCharacter;
+    return IsNumericFind(view.edit.find) && node.Type == TypeCharacter;
 }
 
 // Sets numbers off from text. Modulo 255, not 256, so that a full component wraps to the shift itself.

@@ -175,7 +175,7 @@ TEST(EditDrop, ReadOnlyAndLockedTextStays)
         for (const std::int64_t target : {0, 7}) {
             Editor editor(TypeCharacter, {1, 1}, u"abcdefgh");
             editor.window.readOnly = !locked;
-            editor.view.numericFind = locked;
+            SearchForNumbers(editor.view, locked);
             editor.Select({2, 0}, {5, 0});
             DragTo(editor, At(3, 0), At(target, 0));
             EXPECT_EQ(editor.Lines(), (TextLines{u"abcdefgh"}));

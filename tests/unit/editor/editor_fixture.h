@@ -13,6 +13,13 @@ namespace vantrel::test {
 inline constexpr std::int32_t CharWidth = 8;
 inline constexpr std::int32_t LineHeight = 10;
 
+// A numeric find locks character arrays.
+inline void SearchForNumbers(EditView& view, bool on) noexcept
+{
+    view.find.options = on ? FindNumeric : 0;
+    view.find.numberCount = on ? 1 : 0;
+}
+
 class Editor {
 public:
     // Rank 3 and above: `shape` has all axes and `text` the lines of all planes.

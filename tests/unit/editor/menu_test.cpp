@@ -32,7 +32,7 @@ TEST(EditMenu, OfTextThatMayNotChangeOffersCopyOnly)
         Undo(editor.window);
         editor.Select({0, 0}, {2, 0});
         editor.window.readOnly = !locked;
-        editor.view.numericFind = locked;
+        SearchForNumbers(editor.view, locked);
         const EditMenu menu = GetEditMenu(editor.window, Everything);
         EXPECT_FALSE(menu.cut || menu.paste || menu.undo || menu.redo || menu.remove);
         EXPECT_TRUE(menu.copy && menu.pasteArray);

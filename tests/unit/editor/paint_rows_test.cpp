@@ -153,9 +153,10 @@ void Find(Editor& editor, std::int64_t line, std::int64_t column, std::int64_t l
 {
     editor.Put(column, line);
     editor.view.findMatch = true;
-    editor.view.findMatchLine = line;
-    editor.view.findMatchColumn = column;
-    editor.view.findMatchLength = length;
+    editor.view.find.node = editor.node.get();
+    editor.view.find.record = FirstEditRow(editor.window) + line;
+    editor.view.find.column = column;
+    editor.view.find.length = length;
 }
 
 TEST(EditPaintRows, AFindMatchIsMarkedWhileTheFocusIsElsewhere)
@@ -170,12 +171,36 @@ TEST(EditPaintRows, AFindMatchIsMarkedWhileTheFocusIsElsewhere)
     EXPECT_EQ(MatchOf(editor, false).match, u"") << "the caret has left";
 }
 
+TEST(EditPaintRows, AMatchIsMarkedOnlyInTheArrayThatHoldsIt)
+{
+    Editor editor(TypeCharacter, {1, 1}, u"first\nsecond");
+    const Editor other(TypeCharacter, {1, 1}, u"first\nsecond");
+    Find(editor, 1, 2, 3);
+    editor.view.find.node = other.node.get();
+    EXPECT_EQ(MatchOf(editor, false).match, u"");
+}
+
+TEST(EditPaintRows, AMatchIsMarkedOnlyInItsPlane)
+{
+    Editor editor(TypeCharacter, {3, 2, 2}, u"ab\ncd\nef\ngh\nij\nkl");
+    editor.ShowPlane(1);
+    Find(editor, 1, 0, 2);
+    EXPECT_EQ(MatchOf(editor, false).match, u"gh");
+    editor.ShowPlane(2);
+    EXPECT_EQ(MatchOf(editor, false).match, u"");
+    editor.ShowPlane(0);
+    EXPECT_EQ(MatchOf(editor, false).match, u"");
+    editor.ShowPlane(1);
+    EXPECT_EQ(MatchOf(editor, false).match, u"gh");
+}
+
 TEST(EditPaintRows, ASelectionHidesTheFindMatch)
 {
     Editor editor(TypeCharacter, {1, 1}, u"first\nsecond");
     editor.Select({0, 0}, {2, 0});
     editor.view.findMatch = true;
-    editor.view.findMatchLength = 5;
+    editor.view.find.node = editor.node.get();
+    editor.view.find.length = 5;
     EXPECT_EQ(MatchOf(editor, false).match, u"");
 }
 

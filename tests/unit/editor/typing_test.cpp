@@ -109,12 +109,12 @@ TEST(EditTyping, ReadOnlyRefusesEveryChange)
 TEST(EditTyping, ANumericFindLocksCharacterArraysOnly)
 {
     Editor characters(TypeCharacter, {1}, u"1");
-    characters.view.numericFind = true;
+    SearchForNumbers(characters.view, true);
     characters.Type(u"2");
     EXPECT_EQ(characters.Lines(), (TextLines{u"1"}));
     EXPECT_EQ(characters.beeps, (std::vector<EditBeep>{EditBeep::Asterisk}));
     Editor numbers(TypeInteger, {1}, u"1");
-    numbers.view.numericFind = true;
+    SearchForNumbers(numbers.view, true);
     numbers.Type(u"2");
     EXPECT_EQ(numbers.Lines(), (TextLines{u"21"}));
 }

@@ -9,10 +9,10 @@ class Find : public ViewTest {
 protected:
     void Wanted(const std::u16string& text, std::uint16_t options = 0, std::int32_t numbers = 0)
     {
-        view.find.options = options;
-        std::fill(std::begin(view.find.text), std::end(view.find.text), u'\0');
-        std::copy(text.begin(), text.end(), view.find.text);
-        view.find.numberCount = numbers;
+        view.edit.find.options = options;
+        std::fill(std::begin(view.edit.find.text), std::end(view.edit.find.text), u'\0');
+        std::copy(text.begin(), text.end(), view.edit.find.text);
+        view.edit.find.numberCount = numbers;
     }
     void Numbers(const std::u16string& text, std::int32_t numbers) { Wanted(text, FindNumeric, numbers); }
 
@@ -23,13 +23,11 @@ protected:
     std::string Place()
     {
         const Scdr* const node = Selected(view);
-        EXPECT_EQ(view.find.node, node);
+        EXPECT_EQ(view.edit.find.node, node);
         EXPECT_TRUE(view.edit.findMatch);
-        EXPECT_EQ(view.edit.findMatchColumn, view.find.column);
-        EXPECT_EQ(view.edit.findMatchLength, view.find.length);
         const std::string item = node == view.root ? "root" : std::to_string(IndexInParent(*node));
-        return item + "@" + std::to_string(view.find.record) + ":" + std::to_string(view.find.column) + "+" +
-               std::to_string(view.find.length);
+        return item + "@" + std::to_string(view.edit.find.record) + ":" +
+               std::to_string(view.edit.find.column) + "+" + std::to_string(view.edit.find.length);
     }
     std::string AfterNext()
     {
@@ -208,7 +206,7 @@ TEST_F(Find, AMatchInAnotherPlaneShowsThatPlane)
     Wanted(u"x");
     EXPECT_EQ(AfterNext(), "1@5:1+1");
     EXPECT_EQ(CurrentPlane(Item(*view.root, 1)), 2);
-    EXPECT_EQ(view.edit.findMatchLine, 1);
+    EXPECT_EQ(view.edit.find.record, 5);
     Wanted(u"a");
     log.Clear();
     EXPECT_EQ(AfterNext(), "1@0:0+1");
@@ -298,7 +296,7 @@ TEST_F(Find, ANumericFindWithoutNumbersLooksForText)
 {
     Show(Vec(Word(u"a"), Word(u"xyz")));
     Wanted(u"xyz", FindNumeric, 0);
-    EXPECT_FALSE(IsNumericFind(view.find));
+    EXPECT_FALSE(IsNumericFind(view.edit.find));
     EXPECT_EQ(AfterNext(), "1@0:0+3");
 }
 
@@ -328,6 +326,40 @@ TEST_F(Find, AFailedAllocationIsReportedAndMovesNothing)
     EXPECT_EQ(Selected(view), &Item(root, 0));
     EXPECT_EQ(log.Count("notify 5"), 1);
     environment.ErrorCode = VTERROR_CODE::NoError;
+}
+
+// --- case ---
+
+TEST(FindCase, EveryCapitalOfTheAlphabetsThatPairThemIsFoundByItsSmallLetter)
+{
+    const std::u16string small = u"azàöøþāįĳŉńňŋŷÿźžǎǜǟǯǹȟȣȳάέίόύώαρσϋѐџаяѡҁҋҿӏӂӎӑԯաֆḁẕạỿⅰⅿⓐⓩａ"
+                                 u"ｚ";
+    const std::u16string capitals = u"AZÀÖØÞĀĮĲŉŃŇŊŶŸŹŽǍǛǞǮǸȞȢȲΆΈΊΌΎΏΑΡΣΫЀЏАЯѠҀҊҾӀӁӍӐԮԱՖḀẔẠỾⅠⅯⒶⓏＡ"
+                                    u"Ｚ";
+    ASSERT_EQ(small.size(), capitals.size());
+    for (std::size_t i = 0; i < small.size(); ++i) {
+        FindState state;
+        state.options = FindIgnoreCase;
+        state.text[0] = small[i];
+        TextMatcher matcher(state);
+        FindPlace place;
+        EXPECT_TRUE(matcher.First({&capitals[i], 1}, 0, place)) << std::hex << int{capitals[i]};
+        EXPECT_TRUE(matcher.First({&small[i], 1}, 0, place)) << std::hex << int{small[i]};
+    }
+}
+
+TEST(FindCase, SignsBetweenTheAlphabetsHaveNone)
+{
+    for (const char16_t sign : std::u16string_view(u"×÷ıſ⍴⍺⍵∇΢ϰ")) {
+        FindState state;
+        state.options = FindIgnoreCase;
+        for (const int by : {1, -1, 32, -32}) {
+            state.text[0] = static_cast<char16_t>(sign + by);
+            TextMatcher matcher(state);
+            FindPlace place;
+            EXPECT_FALSE(matcher.First({&sign, 1}, 0, place)) << std::hex << int{sign} << " " << by;
+        }
+    }
 }
 
 // --- values ---

@@ -1,4 +1,5 @@
-// What is searched for. The frame's find bar writes it in place, the view searches by it.
+// What is searched for, and what was found. The frame's find bar writes it in place, the view searches by it, and the cell editor marks the
+// match.
 #pragma once
 
 #include <cstddef>
@@ -34,7 +35,13 @@ struct FindState {
     std::int64_t length = 0; // units
 };
 
-// Its text and options are read from outside by their places.
+// Numbers are looked for, and only in numeric arrays: character arrays are locked and drawn grey.
+[[nodiscard]] inline bool IsNumericFind(const FindState& state) noexcept
+{
+    return (state.options & FindNumeric) != 0 && state.numberCount > 0;
+}
+
+// Its text and options are read and written from outside by their places.
 static_assert(offsetof(FindState, text) == 2);
 static_assert(offsetof(FindState, numberCount) == 516);
 
