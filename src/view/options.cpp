@@ -32,8 +32,7 @@ std::uint32_t EffectsOf(ViewOption id, bool value) noexcept
     case OptionOvertype: return OptionEffectDrawCaret;
     case OptionLineNumbers: return OptionEffectLineNumbers;
     case OptionRuler: return OptionEffectRuler;
-    case OptionRankOneScrollBars:
-        return value ? OptionEffectScrollbars | OptionEffectLayOutAgain : OptionEffectLayOutAgain;
+    case OptionRankOneScrollBars: return OptionEffectScrollbars | OptionEffectLayOutAgain;
     case OptionEnableUndo: return value ? OptionEffectUndoMenu : OptionEffectUndoMenu | OptionEffectEmptyUndo;
     case OptionWholeCell:
     case OptionRejectBadData: return OptionEffectNone;

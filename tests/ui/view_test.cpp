@@ -88,6 +88,14 @@ TEST_F(View, RankOneBarsMakeRoomInVectorsOnly)
         user.Expect(after.bottom - after.top > before.bottom - before.top,
                     "the box grows by its scroll bars");
         user.ExpectEqual(SendMessageW(user.Client(), GetOption, RankOneBarsOption, 0), 1, "the option is on");
+        const auto bars = [&] {
+            return GetWindowLongW(user.Editor(), GWL_STYLE) & (WS_HSCROLL | WS_VSCROLL);
+        };
+        user.ExpectEqual(bars(), WS_HSCROLL | WS_VSCROLL, "the editor shows them");
+        SendMessageW(user.Client(), SetOption, MAKEWPARAM(RankOneBarsOption, 0), 0);
+        user.Wait();
+        user.ExpectEqual(bars(), 0, "and hides them again");
+        user.Expect(SameRect(EditorRect(user), before), "in a box as large as before");
     });
 }
 

@@ -61,7 +61,8 @@ TEST_F(ViewOptionsTest, AChangeSaysWhatMustFollow)
         {4312, OptionEffectNone, OptionEffectNone},
         {4313, OptionEffectLineNumbers, OptionEffectLineNumbers},
         {4314, OptionEffectRuler, OptionEffectRuler},
-        {4315, OptionEffectScrollbars | OptionEffectLayOutAgain, OptionEffectLayOutAgain},
+        {4315, OptionEffectScrollbars | OptionEffectLayOutAgain,
+         OptionEffectScrollbars | OptionEffectLayOutAgain},
         {4316, OptionEffectUndoMenu, OptionEffectUndoMenu | OptionEffectEmptyUndo},
     };
     for (const auto& row : rows) {
