@@ -1,4 +1,4 @@
-#include "builtin/win/library_path.h"
+#include "tools/win/library_path.h"
 
 #include <windows.h>
 #include <gtest/gtest.h>
