@@ -38,16 +38,12 @@ Text Trimmed(const char16_t* text, std::int64_t length)
     return {text, end};
 }
 
-HostObject MakeName(View& view, const Text& name)
+// False: the host has failed. One without variables makes no object of the name and refuses to open what has none.
+bool OpenName(EditContext* context, const Text& name)
 {
-    if (IsUnicodeValidName(name.c_str(), *view.context->langEnv) == 0) {
-        ShowError(view, MessageNameIsInvalid);
-        return nullptr;
-    }
-    HostObject object = view.context->langEnv->Operations.UnicodeToObject(
-        view.context, name.c_str(), static_cast<std::int64_t>(name.size()));
-    if (object == nullptr) ReportHostError(view);
-    return object;
+    HostObject const object = context->langEnv->Operations.UnicodeToObject(
+        context, name.c_str(), static_cast<std::int64_t>(name.size()));
+    return !HasError(context) && context->openVariable(context, object) == 0;
 }
 
 } // namespace
@@ -70,8 +66,12 @@ void OpenNamedObject(View& view)
     TraceScope trace("open_object.cpp", "OpenNamedObject");
     if (view.context->openVariable == nullptr || Selected(view) == nullptr) return;
     const BusyMark busy(view);
-    HostObject const name = MakeName(view, NameAtCaret(view));
-    if (name != nullptr && view.context->openVariable(view.context, name) != 0) ReportHostError(view);
+    const Text name = NameAtCaret(view);
+    if (IsUnicodeValidName(name.c_str(), *view.context->langEnv) == 0) {
+        ShowError(view, MessageNameIsInvalid);
+    } else if (!OpenName(view.context, name)) {
+        ReportHostError(view);
+    }
 }
 
 } // namespace vantrel

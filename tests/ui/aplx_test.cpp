@@ -17,6 +17,7 @@ using namespace fake;
 constexpr int Save = 4102;
 constexpr int SaveAndClose = 4104;
 constexpr int Exit = 4105;
+constexpr int OpenObject = 4109;
 constexpr int CopyArray = 4202;
 constexpr std::size_t BufferBytes = 65536;
 
@@ -118,6 +119,15 @@ TEST_F(AplxRoad, AResultTooLongForTheBufferLeavesItAlone)
     const AplxEditResult fits = Edit(Text(u"abc"), longer, length + 1);
     EXPECT_EQ(fits.status, AplxStatus::Success);
     EXPECT_EQ(TextOfArray(fits.result), u"Xabc");
+}
+
+TEST_F(AplxRoad, OpeningAnObjectByNameIsRefused)
+{
+    Edit(Text(u"abc"), [](User& user) {
+        user.Command(OpenObject);
+        user.ExpectEqual(user.StatusText(), u"Nonce Error", "the interpreter has no names to offer");
+        user.Command(Exit);
+    });
 }
 
 TEST_F(AplxRoad, InstancesShareTheEditorAndKeepTheirArrays)

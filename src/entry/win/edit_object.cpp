@@ -264,7 +264,8 @@ std::int32_t OpenVariable(EditContext* context, HostObject name)
     TraceScope trace("edit_object.cpp", "OpenVariable");
     HeldObject heldName(context, name);
     context->openedObjects.reserve(context->openedObjects.size() + 2);
-    if (IsObjectValidName(context, name) == 0) {
+    // A host without variables makes no object of a name; it refuses the question for the value.
+    if (name != nullptr && IsObjectValidName(context, name) == 0) {
         if (!HasError(context)) SetErrorCode(context, VTERROR_CODE::DomainError);
         return 1;
     }

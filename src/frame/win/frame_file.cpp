@@ -103,7 +103,7 @@ private:
 };
 
 // Whether an array can be saved under the name, and the user wants it where a variable has it. A host that cannot tell ends the question: what it
-// said is in ErrorCode.
+// said is in ErrorCode. One without variables makes no object of the name and refuses the first question about it.
 NameVerdict CheckVariableNameForSaveAs(FrameWindow& frame, HWND owner, const char16_t* name)
 {
     TraceScope trace("frame_file.cpp", "CheckVariableNameForSaveAs");
@@ -112,7 +112,6 @@ NameVerdict CheckVariableNameForSaveAs(FrameWindow& frame, HWND owner, const cha
     if (IsUnicodeValidName(name, *context->langEnv) == 0) return RefuseName(owner, IDS_NAME_IS_INVALID);
     ForgetError(context);
     const HostName object(context, name);
-    if (object.Get() == nullptr && !HasError(context)) SetErrorCode(context, VTERROR_CODE::NonceError);
     if (HasError(context)) return NameVerdict::Abandoned;
     char16_t wideName[TitleSize] = {};
     const std::int32_t nameClass = host.GetNameClass(context, object.Get(), wideName);
@@ -295,11 +294,7 @@ void OnOpen(FrameWindow& frame)
     ForgetError(frame.context);
     HostObject name =
         frame.context->langEnv->Operations.UnicodeToObject(frame.context, state.name.data(), length);
-    if (name != nullptr) {
-        OpenVariable(frame.context, name);
-    } else if (!HasError(frame.context)) {
-        SetErrorCode(frame.context, VTERROR_CODE::NonceError);
-    }
+    if (!HasError(frame.context)) OpenVariable(frame.context, name);
     ShowHostError(frame);
 }
 
