@@ -19,6 +19,7 @@ constexpr int ToolBarOption = 4301;
 constexpr int StatusBarOption = 4302;
 constexpr int About = 4503;
 constexpr int NameEdit = 106;
+constexpr int NameBox = 32789;
 
 class FrameCommands : public testing::Test {
 protected:
@@ -157,8 +158,14 @@ TEST_F(FrameCommands, BarsAreHiddenAndShownAndTheViewTakesTheirPlace)
         RECT before{};
         RECT after{};
         GetClientRect(user.Client(), &before);
+        HWND const nameBox = GetDlgItem(user.Frame(), NameBox);
+        user.Expect(IsWindowVisible(nameBox) != 0, "the name box lies over the status bar");
         user.Command(ToolBarOption);
+        user.Key(VK_F6, {VK_SHIFT});
+        user.Expect(user.Focus() == nameBox, "the keyboard is in it");
         user.Command(StatusBarOption);
+        user.Expect(IsWindowVisible(nameBox) == 0, "and goes with it");
+        user.Expect(user.Focus() != nameBox, "the keyboard, too");
         GetClientRect(user.Client(), &after);
         user.Expect(!IsWindowVisible(ToolBarOf(user)) && !IsWindowVisible(user.Status()), "both are hidden");
         user.Expect(after.bottom > before.bottom, "the view has grown");

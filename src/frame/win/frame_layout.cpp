@@ -35,10 +35,11 @@ int PlaceFindBar(FrameWindow& frame, int top, int width)
 
 int PlaceStatusBar(FrameWindow& frame)
 {
-    if ((frame.options & FrameStatusBar) == 0) return 0;
-    SendMessageW(frame.status, WM_SIZE, 0, 0); // the bar places itself
+    const bool shown = (frame.options & FrameStatusBar) != 0;
+    if (shown) SendMessageW(frame.status, WM_SIZE, 0, 0);              // the bar places itself
+    if (!shown && GetFocus() == frame.nameBox) SetFocus(frame.client); // the box goes with the bar
     OnPositionPickIndex(frame, frame.pickIndexPart);
-    return HeightOf(frame.status);
+    return shown ? HeightOf(frame.status) : 0;
 }
 
 RECT WorkAreaOf(HWND window) noexcept

@@ -87,7 +87,7 @@ void SetParts(const FrameWindow& frame, HFONT font, const StatusParts& parts)
     for (std::int32_t part = 0; part < parts.count; ++part) {
         const WPARAM drawn = static_cast<WPARAM>(part) | (part % 2 == 0 ? SBT_NOBORDERS : 0u);
         const Text& text = parts.texts[static_cast<std::size_t>(part)];
-        SendMessageW(frame.status, SB_SETTEXTW, drawn, reinterpret_cast<LPARAM>(text.c_str()));
+        SetStatusText(frame.status, drawn, AsWide(text.c_str()));
     }
     SendMessageW(frame.status, SB_SIMPLE, FALSE, 0);
 }

@@ -40,6 +40,13 @@ std::wstring LoadText(UINT id)
     return length > 0 ? std::wstring(text, static_cast<std::size_t>(length)) : std::wstring();
 }
 
+void SetStatusText(HWND bar, WPARAM part, const wchar_t* text) noexcept
+{
+    if (SendMessageW(bar, SB_SETTEXTW, part, reinterpret_cast<LPARAM>(text)) != 0) return;
+    TraceLastError(__LINE__, "SB_SETTEXTW failed.  Last error:", GetLastError());
+    TraceMessage(__LINE__, text);
+}
+
 std::int32_t StatusMessage(HWND window, const wchar_t* text, UINT beep) noexcept
 {
     const TraceScope trace("window.cpp", "StatusMessage");
@@ -48,10 +55,7 @@ std::int32_t StatusMessage(HWND window, const wchar_t* text, UINT beep) noexcept
     if (bar != nullptr) {
         HideNameBox(frame);
         SendMessageW(bar, SB_SIMPLE, TRUE, 0);
-        if (SendMessageW(bar, SB_SETTEXTW, SB_SIMPLEID, reinterpret_cast<LPARAM>(text)) == 0) {
-            TraceLastError(__LINE__, "SB_SETTEXTW failed.  Last error:", GetLastError());
-            TraceMessage(__LINE__, text);
-        }
+        SetStatusText(bar, SB_SIMPLEID, text);
         InvalidateRect(bar, nullptr, TRUE);
     }
     if (beep != 0) MessageBeep(beep);

@@ -12,6 +12,8 @@ namespace vantrel {
 // A string resource; empty when missing.
 [[nodiscard]] std::wstring LoadText(UINT id);
 
+// Writes one part of a status bar; a failure is traced.
+void SetStatusText(HWND bar, WPARAM part, const wchar_t* text) noexcept;
 // Shows a message in the status bar of the frame above `window`; `beep` is a MessageBeep kind or 0 for silence. The bar is updated at once,
 // since messages announce long work. Returns 1.
 std::int32_t StatusMessage(HWND window, const wchar_t* text, UINT beep) noexcept;
