@@ -141,10 +141,7 @@ void OnActivate(FrameWindow& frame, bool active, bool minimized)
 void OnSystemChange(FrameWindow& frame, UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (frame.findBar == nullptr) return;
-    if (message == WM_SYSCOLORCHANGE || message == WM_THEMECHANGED) {
-        ToolbarCreateAgain(frame);
-        GiveBarsTheirLook(frame);
-    }
+    if (message == WM_SYSCOLORCHANGE || message == WM_THEMECHANGED) ToolbarCreateAgain(frame);
     for (HWND const child : {frame.status, frame.toolBar, frame.client})
         SendMessageW(child, message, wParam, lParam);
     SendWmSize(frame.window);

@@ -169,6 +169,7 @@ void ToolbarCreateAgain(FrameWindow& frame)
     TraceScope trace("tool_bar.cpp", "ToolbarCreateAgain");
     ToolbarDestroy(frame);
     ToolbarCreate(frame);
+    GiveBarsTheirLook(frame);
     ToolbarFollowMenu(frame);
     SendWmSize(frame.window);
 }
