@@ -73,6 +73,20 @@ TEST_F(Printing, BAWideAndTallArrayTakesSeveralPages)
     EXPECT_GT(CountPages(output), 3);
 }
 
+TEST_F(Printing, BClosingTheWindowGivesThePagesUp)
+{
+    Printer();
+    std::vector<double> values(60000 * 20, 1234);
+    RunEdit(interpreter, NumericArray({60000, 20}, values), [&](User& user) {
+        PostMessageW(user.Frame(), WM_COMMAND, PrintArray, 0);
+        user.AnswerBox(L"Print", IDOK);
+        PostMessageW(user.Frame(), WM_CLOSE, 0, 0);
+        for (int i = 0; i < 1500 && user.IsOpen(); ++i)
+            Sleep(10);
+        user.Expect(!user.IsOpen(), "the window closes");
+    });
+}
+
 TEST_F(Printing, CASmallArrayTakesOnePageAndACancelledDialogNone)
 {
     const TestPrinter& printer = Printer();

@@ -58,6 +58,31 @@ RECT DefaultMargins(const RECT& answered) noexcept
     return {inch, inch, inch, inch};
 }
 
+// The printer that the user wants to print on, as the dialog has set it up; null: cancelled.
+HDC AskForPrinter(FrameWindow& frame)
+{
+    const AskingScope asking(frame);
+    PRINTDLGEXW& dialog = g_printer.printDialog;
+    dialog.lStructSize = sizeof dialog;
+    dialog.hwndOwner = frame.window;
+    dialog.Flags =
+        PD_NOCURRENTPAGE | PD_USEDEVMODECOPIESANDCOLLATE | PD_RETURNDC | PD_NOPAGENUMS | PD_NOSELECTION;
+    dialog.nStartPage = START_PAGE_GENERAL;
+    dialog.nMaxPageRanges = 0;
+    dialog.lpPageRanges = nullptr;
+    dialog.nCopies = 1;
+    dialog.hDC = nullptr;
+    const HRESULT shown = PrintDlgExW(&dialog);
+    RethrowEscapedException();
+    // The dialog may have exchanged them for those of another printer.
+    g_printer.pageSetup.hDevMode = dialog.hDevMode;
+    g_printer.pageSetup.hDevNames = dialog.hDevNames;
+    if (shown != S_OK || dialog.hDC == nullptr) return nullptr;
+    if (dialog.dwResultAction == PD_RESULT_PRINT) return dialog.hDC;
+    DeleteDC(dialog.hDC);
+    return nullptr;
+}
+
 } // namespace
 
 std::int32_t PrinterInitializeInfo()
@@ -98,28 +123,10 @@ void Print(FrameWindow& frame)
     TraceScope trace("printer.cpp", "Print");
     if (PrinterInitializeInfo() == 0 || g_printer.printing) return;
     const OpenScope open(g_printer.printing);
-    const AskingScope asking(frame);
-    PRINTDLGEXW& dialog = g_printer.printDialog;
-    dialog.lStructSize = sizeof dialog;
-    dialog.hwndOwner = frame.window;
-    dialog.Flags =
-        PD_NOCURRENTPAGE | PD_USEDEVMODECOPIESANDCOLLATE | PD_RETURNDC | PD_NOPAGENUMS | PD_NOSELECTION;
-    dialog.nStartPage = START_PAGE_GENERAL;
-    dialog.nMaxPageRanges = 0;
-    dialog.lpPageRanges = nullptr;
-    dialog.nCopies = 1;
-    dialog.hDC = nullptr;
-    const HRESULT shown = PrintDlgExW(&dialog);
-    RethrowEscapedException();
-    // The dialog may have exchanged them for those of another printer.
-    g_printer.pageSetup.hDevMode = dialog.hDevMode;
-    g_printer.pageSetup.hDevNames = dialog.hDevNames;
-    if (shown != S_OK || dialog.hDC == nullptr) return;
-    if (dialog.dwResultAction != PD_RESULT_PRINT) {
-        DeleteDC(dialog.hDC);
-        return;
-    }
-    SendMessageW(frame.client, ViewPrintScdr, reinterpret_cast<WPARAM>(dialog.hDC),
+    HDC const printer = AskForPrinter(frame);
+    if (printer == nullptr) return;
+    // From here on the user may close the window: the pages are given up for it.
+    SendMessageW(frame.client, ViewPrintScdr, reinterpret_cast<WPARAM>(printer),
                  reinterpret_cast<LPARAM>(&g_printer.margins));
     RethrowEscapedException();
 }

@@ -17,6 +17,7 @@
 #include "view/layout.h"
 #include "view/messages.h"
 #include "view/pages.h"
+#include "view/report.h"
 #include "view/win/client_window.h"
 #include "view/win/painting.h"
 
@@ -297,13 +298,11 @@ std::wstring TitleOf(HWND window)
     return title;
 }
 
+// 0 when all pages went to the printer. Where the array could not be laid out for it ErrorCode says why. Throws OutOfMemory.
 std::int32_t PrintTree(ClientWindow& client, HDC printer, const RECT& margins)
 {
     PrintView print;
-    if (!CopyForPrinting(client.view, print)) {
-        NotifyFrame(client.view, ViewNotifyError);
-        return 1;
-    }
+    if (!CopyForPrinting(client.view, print)) return 1;
     const Resolution dots = ResolutionOf(printer);
     const LOGFONTW logFont = PaperFont(client.font, dots);
     const OwnFont font(logFont);
@@ -337,8 +336,17 @@ LRESULT OnPrintScdr(ClientWindow& client, HDC printer, const RECT& margins)
     if (view.top == nullptr || CheckAndAlignScdr(view) == 0) return 1;
     const BusyMark busy(view);
     StatusMessage(client.window, IDS_FORMATTING_ARRAY, 0);
-    const std::int32_t result = PrintTree(client, owned, margins);
-    NotifyFrame(view, ViewNotifyState); // takes the message away
+    std::int32_t result = 1;
+    try {
+        result = PrintTree(client, owned, margins);
+    } catch (VTERROR_CODE code) {
+        SetErrorCode(view.context, code);
+    }
+    if (HasError(view.context)) {
+        ReportHostError(view);
+    } else {
+        NotifyFrame(view, ViewNotifyState); // takes the message away
+    }
     return result;
 }
 
