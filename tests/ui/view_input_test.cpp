@@ -157,6 +157,11 @@ TEST_F(Input, AClickWithAModifierSelectsNothing)
             user.Wait();
             user.ExpectEqual(user.PickIndex(), u"1", "Shift, Ctrl or Alt is held");
         }
+        for (const WPARAM key : {MK_SHIFT, MK_CONTROL}) {
+            SendMessageW(user.Client(), WM_LBUTTONDOWN, MK_LBUTTON | key,
+                         MAKELPARAM(second.left + 8, second.top + 8));
+            user.ExpectEqual(user.PickIndex(), u"1", "the press itself says so");
+        }
     });
 }
 

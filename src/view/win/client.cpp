@@ -129,7 +129,7 @@ LRESULT HandlePrivateMessage(ClientWindow& client, UINT message, WPARAM wParam, 
     case ViewConvertObject: return OnConvertObject(client, reinterpret_cast<HostObject>(lParam));
     case ViewDisableMenuItems: return OnDisableMenuItems(client);
     case ViewFind: return OnFind(client, static_cast<FindRequest>(wParam));
-    case ViewGetFindOptions: return reinterpret_cast<LRESULT>(&view.find);
+    case ViewGetFindOptions: return reinterpret_cast<LRESULT>(&view.edit.find);
     case ViewGetModified: return (view.flags & ViewModified) != 0 ? 1 : 0;
     case ViewGetOption: return GetViewOption(view, static_cast<std::int32_t>(wParam)) ? 1 : 0;
     case ViewGetPickIndex: return OnGetPickIndex(client, wParam != 0, reinterpret_cast<const Scdr*>(lParam));
@@ -150,7 +150,7 @@ LRESULT HandlePrivateMessage(ClientWindow& client, UINT message, WPARAM wParam, 
 
 LRESULT HandleMouse(ClientWindow& client, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    OnMouse(client, message, {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
+    OnMouse(client, message, wParam, {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
     return Default(client, message, wParam, lParam);
 }
 

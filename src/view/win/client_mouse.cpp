@@ -70,9 +70,14 @@ void PassClickToEditor(const ClientWindow& client, POINT point)
     SendMessageW(client.activeEdit, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(point.x, point.y));
 }
 
+// Alt is not among the message's keys; all three are asked for, too, since a press may come without its keys.
+bool IsModified(WPARAM keys) noexcept
+{
+    return (keys & (MK_SHIFT | MK_CONTROL)) != 0 || IsDown(VK_SHIFT) || IsDown(VK_CONTROL) || IsDown(VK_MENU);
+}
+
 void OnLeftButtonDown(ClientWindow& client, Scdr& hit, POINT point)
 {
-    if (IsDown(VK_SHIFT) || IsDown(VK_CONTROL) || IsDown(VK_MENU)) return;
     View& view = client.view;
     if (Selected(view) != &hit) {
         const BusyMark busy(view);
@@ -131,7 +136,7 @@ const wchar_t* CursorFor(const ClientWindow& client) noexcept
 
 } // namespace
 
-void OnMouse(ClientWindow& client, UINT message, POINT point)
+void OnMouse(ClientWindow& client, UINT message, WPARAM keys, POINT point)
 {
     const TraceScope trace("client_mouse.cpp", "OnMouse");
     View& view = client.view;
@@ -145,7 +150,7 @@ void OnMouse(ClientWindow& client, UINT message, POINT point)
         return;
     }
     DrawRestoreButtons(client, message, point);
-    if (message == WM_MOUSEMOVE) return;
+    if (message == WM_MOUSEMOVE || (message == WM_LBUTTONDOWN && IsModified(keys))) return;
     Scdr& hit = NodeAt(view, point);
     // The second of two quick clicks is one more press of the bar.
     if (message != WM_LBUTTONUP && PressBar(client, hit, point)) return;

@@ -23,6 +23,7 @@ struct ClientWindow {
     FontMeasurer measurer;
     const Scdr* hotButton = nullptr; // the closed box whose button the pointer is on; only compared
     BarPress barPress;               // a small scroll bar that the mouse holds
+    bool numericFind = false;        // as the arrays were drawn last
     std::int32_t handlersRunning = 0;
     bool destroyed = false;
 };
@@ -110,7 +111,7 @@ LRESULT CALLBACK FocusSubclass(HWND window, UINT message, WPARAM wParam, LPARAM 
 inline constexpr UINT_PTR FocusSubclassId = 30000;
 
 // client_mouse.cpp
-void OnMouse(ClientWindow& client, UINT message, POINT point);
+void OnMouse(ClientWindow& client, UINT message, WPARAM keys, POINT point);
 void OnBarTimer(ClientWindow& client, UINT_PTR id);
 void OnCaptureChanged(ClientWindow& client);
 bool OnSetCursor(ClientWindow& client, HWND target, UINT hitTest);
