@@ -48,7 +48,7 @@ struct EditContext {
     // Reached through the context because the views that ask for it lie below the entry. Null outside EditObject.
     std::int32_t (*openVariable)(EditContext*, HostObject name) = nullptr;
     Vector<HostObject> openedObjects; // names and values of the windows opened so; freed when the run ends
-    // Why the last save or plot failed. The user has read it, the host has not: an adapter that can raise errors raises it after a run in which
+    // Why the last save failed. The user has read it, the host has not: an adapter that can raise errors raises it after a run in which
     // nothing was saved, so that the unchanged array does not pass for the edited one. Kept by NoteFailure and NoteSaved.
     VTERROR_CODE failure = VTERROR_CODE::NoError;
     bool saved = false;

@@ -100,6 +100,12 @@ private:
     bool ready_;
 };
 
+// A plot that failed is an error of a run in which nothing was saved, as a save is, and the lesser one.
+VTERROR_CODE FailureToRaise(const MatlabHost& host, const EditContext& context) noexcept
+{
+    return context.saved || context.failure != VTERROR_CODE::NoError ? context.failure : host.plotFailure;
+}
+
 void RunEdit(MatlabHost& host, const Arguments& call)
 {
     const EnvironmentUse environment(host);
@@ -111,10 +117,11 @@ void RunEdit(MatlabHost& host, const Arguments& call)
     context.langEnv = &host.langEnv;
     context.host = static_cast<Host*>(&host);
     ClearHostMessage(host);
+    host.plotFailure = VTERROR_CODE::NoError;
     // The editor only looks at its argument.
     auto* argument = const_cast<MxArray*>(call.prhs[0]);
     auto* result = static_cast<MxArray*>(host.platform->editObject(&context, argument, call.ByName()));
-    if (host.identifier == nullptr) SignalHostError(&context, context.failure);
+    if (host.identifier == nullptr) SignalHostError(&context, FailureToRaise(host, context));
     if (result != nullptr)
         call.plhs[0] = result;
     else if (!call.ByName() && host.identifier == nullptr)

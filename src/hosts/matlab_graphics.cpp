@@ -136,16 +136,17 @@ std::uint64_t GetAvailableMemory(EditContext* context)
 void Graphics(EditContext* context, const Scdr* scdr, std::int32_t command)
 {
     TraceScope trace("matlab_graphics.cpp", "Graphics");
-    ClearHostMessage(HostOf(context));
+    MatlabHost& host = HostOf(context);
+    ClearHostMessage(host);
     SetErrorCode(context, VTERROR_CODE::NoError);
+    host.plotFailure = VTERROR_CODE::NoError;
     try {
         const char* function = PlotFunction(command);
         if (function == nullptr || scdr == nullptr) throw VTERROR_CODE::SystemError;
         DrawPlot(context, *scdr, function);
-        NoteFailure(context, VTERROR_CODE::NoError);
     } catch (VTERROR_CODE code) {
         SetErrorCode(context, code);
-        NoteFailure(context, code);
+        host.plotFailure = code;
     }
 }
 

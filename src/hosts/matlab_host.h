@@ -22,6 +22,8 @@ struct MatlabHost : Host {
     bool functionsFound = false;
     char16_t classMessage[ClassMessageSize] = {}; // names a class that is refused
 
+    VTERROR_CODE plotFailure = VTERROR_CODE::NoError; // of the last plot
+
     // The error that the call will end with; no identifier: none. The text is a printf format.
     const char* identifier = nullptr;
     char errorText[ErrorTextSize] = {};

@@ -198,19 +198,39 @@ TEST_F(MatlabEntry, AnAssignmentThatFailedIsTheErrorOfTheCall)
     matlab.failPutVariable = false;
 }
 
+constexpr std::int32_t PlotCommand = 4907;
+
+void PlotANumber(EditContext* context)
+{
+    const double one = 1;
+    const ScdrPtr number = AllocateScdr(context, nullptr, TypeReal, 0, nullptr, true);
+    std::memcpy(WritableData(*number), &one, sizeof one);
+    context->langEnv->Operations.Graphics(context, number.get(), PlotCommand);
+    EXPECT_FALSE(HasError(context));
+}
+
+TEST_F(MatlabEntry, APlotDoesNotMakeUpForASaveThatFailed)
+{
+    const std::optional<double> bytes = matlab.options.memoryBytes;
+    matlab.options.memoryBytes.reset();
+    MatlabPlatform::edit = [&](EditContext* context, HostObject object, bool byName) -> HostObject {
+        SaveOnce(context, object, byName);
+        Acknowledge(context);
+        matlab.options.memoryBytes = bytes;
+        PlotANumber(context);
+        return nullptr;
+    };
+    EXPECT_EQ(ErrorOf(1, {TextValue(u"abc")}), "quillmoor_vantrel:WorkspaceFull|Workspace Full");
+}
+
 TEST_F(MatlabEntry, APlotOfTextIsTheErrorOfTheCallUnlessAnotherSucceeds)
 {
-    constexpr std::int32_t plot = 4907;
     bool again = false;
     MatlabPlatform::edit = [&](EditContext* context, HostObject, bool) -> HostObject {
         const HostOperations& operations = context->langEnv->Operations;
-        operations.Graphics(context, ScdrFromUnicode(context, u"abc", 3).get(), plot);
+        operations.Graphics(context, ScdrFromUnicode(context, u"abc", 3).get(), PlotCommand);
         Acknowledge(context);
-        const double one = 1;
-        const ScdrPtr number = AllocateScdr(context, nullptr, TypeReal, 0, nullptr, true);
-        std::memcpy(WritableData(*number), &one, sizeof one);
-        if (again) operations.Graphics(context, number.get(), plot);
-        EXPECT_FALSE(HasError(context));
+        if (again) PlotANumber(context);
         return nullptr;
     };
     EXPECT_EQ(ErrorOf(1, {TextValue(u"abc")}), "quillmoor_vantrel:DomainError|Domain Error");
