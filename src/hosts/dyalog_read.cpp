@@ -4,6 +4,7 @@
 #include "entry/trace.h"
 #include "hosts/dyalog_host.h"
 #include "hosts/item_loops.h"
+#include "hosts/load_poll.h"
 #include "model/primitives.h"
 
 namespace vantrel {
@@ -11,13 +12,11 @@ namespace {
 
 // An argument's rank field cannot say more than 15; the limit is the editor's own.
 constexpr std::int32_t HighestReadableRank = 256;
-constexpr std::int64_t NodesPerPoll = 1024;
 
 struct BlockReader {
     EditContext* context;
     DyalogHost& host;
-    InterruptPacer pacer;
-    std::int64_t nodes = 0;
+    LoadPoll poll;
 };
 
 [[noreturn]] void Refuse(BlockReader& reader, VTERROR_CODE code, const char16_t* message)
@@ -101,11 +100,9 @@ void ReadItems(BlockReader& reader, const BlockHeader& header, std::int64_t coun
 
 void PollInterrupt(BlockReader& reader)
 {
-    if (++reader.nodes % NodesPerPoll != 0 || !reader.pacer.Due()) return;
+    if (!reader.poll.Due()) return;
     if (CheckForInterrupt(reader.context) != 0) throw VTERROR_CODE::Interrupt;
-    // The window answers meanwhile. One that is closed stops the load as soon as the array has been read: breaking off here would be an error.
-    const auto answerMessages = reader.context->isInterruptOrClosePending;
-    if (answerMessages != nullptr) static_cast<void>(answerMessages(reader.context));
+    AnswerMessages(reader.context);
 }
 
 ScdrPtr ReadBlock(BlockReader& reader, Scdr* parent, const DyalogBlock* block, std::int32_t depth);

@@ -116,6 +116,7 @@ void ReadFields(ArrayReader& reader, Scdr& node, const MxArray* array, std::int3
 ScdrPtr ReadArray(ArrayReader& reader, Scdr* parent, const MxArray* array, std::int32_t depth)
 {
     if (depth > DeepestNesting) throw VTERROR_CODE::SystemLimit;
+    if (reader.poll.Due()) AnswerMessages(reader.context);
     ScdrPtr node = MakeNode(reader, parent, array);
     if (IsSimple(*node)) {
         ReadSimple(reader, *node, array);
@@ -149,7 +150,7 @@ Scdr* ObjectToScdr(EditContext* context, HostObject object)
 {
     TraceScope trace("matlab_read.cpp", "ObjectToScdr");
     MatlabHost& host = HostOf(context);
-    ArrayReader reader{context, host, host.functions};
+    ArrayReader reader{context, host, host.functions, {}, {}};
     try {
         if (object == nullptr) throw VTERROR_CODE::SystemError;
         return ReadArray(reader, nullptr, static_cast<const MxArray*>(object), 1).release();

@@ -1,6 +1,7 @@
 // What reading MATLAB's arrays works on. Private to matlab_read*.cpp.
 #pragma once
 
+#include "hosts/load_poll.h"
 #include "hosts/matlab_host.h"
 
 namespace vantrel::matlab {
@@ -13,6 +14,7 @@ struct ArrayReader {
     MatlabHost& host;
     const MatlabFunctions& mx;
     std::int64_t shape[HighestReadableRank + StructureAxes] = {}; // of the node that is made next
+    LoadPoll poll;
 };
 
 [[noreturn]] inline void Refuse(ArrayReader& reader, VTERROR_CODE code, const char16_t* message)

@@ -1,5 +1,8 @@
+#include <chrono>
 #include <cmath>
 #include <limits>
+#include <thread>
+#include <utility>
 
 #include "unit/hosts/matlab_fixture.h"
 
@@ -354,6 +357,34 @@ TEST_F(MatlabRead, NamesTheAxesInTheirOrder)
     ASSERT_NE(tree, nullptr);
     EXPECT_EQ(std::u16string(tree->extra->AxisNames[0]), u"Axis name 1");
     EXPECT_EQ(std::u16string(tree->extra->AxisNames[2]), u"Axis name 3");
+}
+
+// A first cell that takes longer to be had than the editor may be silent.
+MxArray* (*g_getCell)(const MxArray*, std::size_t) = nullptr;
+
+MxArray* GetCellSlowly(const MxArray* array, std::size_t index)
+{
+    if (index == 0) std::this_thread::sleep_for(std::chrono::milliseconds(150));
+    return g_getCell(array, index);
+}
+
+std::int32_t g_answered = 0;
+
+std::int32_t AnswerThatTheWindowCloses(EditContext*)
+{
+    ++g_answered;
+    return 1;
+}
+
+TEST_F(MatlabRead, TheWindowAnswersMeanwhileAndClosingItIsNoError)
+{
+    g_answered = 0;
+    bench.context.isInterruptOrClosePending = &AnswerThatTheWindowCloses;
+    g_getCell = std::exchange(bench.host.functions.mxGetCell, &GetCellSlowly);
+    const ScdrPtr tree = bench.Read(CellValue({1, 5000}, std::vector<MatlabValue>(5000, TextValue(u"a"))));
+    EXPECT_NE(tree, nullptr);
+    EXPECT_EQ(bench.Code(), VTERROR_CODE::NoError);
+    EXPECT_GE(g_answered, 1);
 }
 
 } // namespace
