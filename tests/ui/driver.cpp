@@ -433,6 +433,8 @@ std::u16string User::ClipboardText() const
 Picture User::Shot(HWND window) const
 {
     RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+    // What was just being painted counts as painted: the answer comes when it is.
+    SendMessageW(window, WM_NULL, 0, 0);
     RECT client{};
     GetClientRect(window, &client);
     Picture picture(client.right, client.bottom);
