@@ -84,8 +84,18 @@ wine_make_template() (
     wine regedit /S "$(wine_path "$template/settings.reg")" </dev/null >/dev/null 2>&1
     wineserver -k || true
     wineserver -w
+    wine_keep_home_apart "$template"
     grep -q '"Graphics"="null"' "$template/user.reg"
 )
+
+# Wine links a user's Documents and the like to the real home, where programs would leave their files.
+wine_keep_home_apart() {
+    local link
+    find "$1/drive_c/users" -mindepth 2 -maxdepth 2 -type l | while read -r link; do
+        rm "$link"
+        mkdir "$link"
+    done
+}
 
 # The template is made again when Wine, the fonts, the settings or the place of the source tree changed.
 wine_stamp() {
