@@ -1,3 +1,4 @@
+#include "closing_window.h"
 #include "dyalog_fixture.h"
 
 #include <chrono>
@@ -386,22 +387,13 @@ TEST_F(DyalogReadInterrupt, StopsALongConversion)
     EXPECT_NE(bench.host.langEnv.Capabilities & CapabilityInterruptOrClose, 0);
 }
 
-std::int32_t g_answered = 0;
-
-std::int32_t AnswerThatTheWindowCloses(EditContext*)
-{
-    ++g_answered;
-    return 1;
-}
-
 TEST_F(DyalogReadInterrupt, TheWindowAnswersMeanwhileAndClosingItIsNoError)
 {
-    g_answered = 0;
-    bench.context.isInterruptOrClosePending = &AnswerThatTheWindowCloses;
+    test::CloseTheWindow(bench.context);
     const ScdrPtr tree(bench.ReadLocalp(localp));
     EXPECT_NE(tree, nullptr);
     EXPECT_EQ(bench.Code(), VTERROR_CODE::NoError);
-    EXPECT_GE(g_answered, 1);
+    EXPECT_GE(test::g_closingWindowAsked, 1);
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include <thread>
 #include <utility>
 
+#include "unit/hosts/closing_window.h"
 #include "unit/hosts/matlab_fixture.h"
 
 namespace vantrel::matlab {
@@ -368,23 +369,14 @@ MxArray* GetCellSlowly(const MxArray* array, std::size_t index)
     return g_getCell(array, index);
 }
 
-std::int32_t g_answered = 0;
-
-std::int32_t AnswerThatTheWindowCloses(EditContext*)
-{
-    ++g_answered;
-    return 1;
-}
-
 TEST_F(MatlabRead, TheWindowAnswersMeanwhileAndClosingItIsNoError)
 {
-    g_answered = 0;
-    bench.context.isInterruptOrClosePending = &AnswerThatTheWindowCloses;
+    test::CloseTheWindow(bench.context);
     g_getCell = std::exchange(bench.host.functions.mxGetCell, &GetCellSlowly);
     const ScdrPtr tree = bench.Read(CellValue({1, 5000}, std::vector<MatlabValue>(5000, TextValue(u"a"))));
     EXPECT_NE(tree, nullptr);
     EXPECT_EQ(bench.Code(), VTERROR_CODE::NoError);
-    EXPECT_GE(g_answered, 1);
+    EXPECT_GE(test::g_closingWindowAsked, 1);
 }
 
 } // namespace
