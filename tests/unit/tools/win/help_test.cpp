@@ -10,7 +10,7 @@ namespace {
 
 struct Host {
     Host() { context.langEnv = &environment; }
-    LangEnv environment;
+    LangEnv environment{};
     EditContext context;
 };
 
