@@ -330,35 +330,41 @@ TEST_F(Find, AFailedAllocationIsReportedAndMovesNothing)
 
 // --- case ---
 
+bool IsFoundIgnoringCase(char16_t wanted, char16_t unit)
+{
+    FindState state;
+    state.options = FindIgnoreCase;
+    state.text[0] = wanted;
+    TextMatcher matcher(state);
+    FindPlace place;
+    return matcher.First({&unit, 1}, 0, place);
+}
+
 TEST(FindCase, EveryCapitalOfTheAlphabetsThatPairThemIsFoundByItsSmallLetter)
 {
-    const std::u16string small = u"azàöøþāįĳŉńňŋŷÿźžǎǜǟǯǹȟȣȳάέίόύώαρσϋѐџаяѡҁҋҿӏӂӎӑԯաֆḁẕạỿⅰⅿⓐⓩａ"
-                                 u"ｚ";
-    const std::u16string capitals = u"AZÀÖØÞĀĮĲŉŃŇŊŶŸŹŽǍǛǞǮǸȞȢȲΆΈΊΌΎΏΑΡΣΫЀЏАЯѠҀҊҾӀӁӍӐԮԱՖḀẔẠỾⅠⅯⒶⓏＡ"
-                                    u"Ｚ";
-    ASSERT_EQ(small.size(), capitals.size());
-    for (std::size_t i = 0; i < small.size(); ++i) {
-        FindState state;
-        state.options = FindIgnoreCase;
-        state.text[0] = small[i];
-        TextMatcher matcher(state);
-        FindPlace place;
-        EXPECT_TRUE(matcher.First({&capitals[i], 1}, 0, place)) << std::hex << int{capitals[i]};
-        EXPECT_TRUE(matcher.First({&small[i], 1}, 0, place)) << std::hex << int{small[i]};
+    const std::pair<std::u16string_view, std::u16string_view> alphabets[] = {
+        {u"azàöøþāįĳŉńňŋŷÿźž", u"AZÀÖØÞĀĮĲŉŃŇŊŶŸŹŽ"},
+        {u"ǎǜǟǯǹȟȣȳḁẕạỿ", u"ǍǛǞǮǸȞȢȲḀẔẠỾ"},
+        {u"άέίόύώαρσϋ", u"ΆΈΊΌΎΏΑΡΣΫ"},
+        {u"ѐџаяѡҁҋҿӏӂӎӑԯ", u"ЀЏАЯѠҀҊҾӀӁӍӐԮ"},
+        {u"աֆ", u"ԱՖ"},
+        {u"ⅰⅿⓐⓩａｚ", u"ⅠⅯⒶⓏＡＺ"},
+    };
+    for (const auto& [small, capitals] : alphabets) {
+        ASSERT_EQ(small.size(), capitals.size());
+        for (std::size_t i = 0; i < small.size(); ++i) {
+            EXPECT_TRUE(IsFoundIgnoringCase(small[i], capitals[i])) << std::hex << int{capitals[i]};
+            EXPECT_TRUE(IsFoundIgnoringCase(small[i], small[i])) << std::hex << int{small[i]};
+        }
     }
 }
 
 TEST(FindCase, SignsBetweenTheAlphabetsHaveNone)
 {
     for (const char16_t sign : std::u16string_view(u"×÷ıſ⍴⍺⍵∇΢ϰ")) {
-        FindState state;
-        state.options = FindIgnoreCase;
-        for (const int by : {1, -1, 32, -32}) {
-            state.text[0] = static_cast<char16_t>(sign + by);
-            TextMatcher matcher(state);
-            FindPlace place;
-            EXPECT_FALSE(matcher.First({&sign, 1}, 0, place)) << std::hex << int{sign} << " " << by;
-        }
+        for (const int by : {1, -1, 32, -32})
+            EXPECT_FALSE(IsFoundIgnoringCase(static_cast<char16_t>(sign + by), sign))
+                << std::hex << int{sign} << " " << by;
     }
 }
 
