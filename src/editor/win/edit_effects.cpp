@@ -68,18 +68,6 @@ KeyStates ReadKeyStates(EditWindow&)
 
 // --- clipboard ---
 
-// Other programs look into the clipboard whenever it changes, and it is theirs for that moment: a cut right after a copy would else lose its text.
-bool OpenClipboardPatiently(HWND owner) noexcept
-{
-    constexpr int Tries = 10;
-    constexpr DWORD Pause = 10; // milliseconds
-    for (int left = Tries; left > 0; --left) {
-        if (OpenClipboard(owner)) return true;
-        if (left > 1) Sleep(Pause);
-    }
-    return false;
-}
-
 class ClipboardGuard {
 public:
     explicit ClipboardGuard(HWND owner) noexcept : open_(OpenClipboardPatiently(owner)) {}

@@ -8,6 +8,7 @@
 #include "entry/win/edit_object.h"
 #include "entry/win/window_classes.h"
 #include "tools/win/wide.h"
+#include "tools/win/window.h"
 
 namespace vantrel {
 namespace {
@@ -63,7 +64,7 @@ ClipboardFormat BestFormat()
 
 bool Open(WindowHandle owner)
 {
-    return OpenClipboard(owner) != FALSE;
+    return OpenClipboardPatiently(owner);
 }
 
 bool Empty()

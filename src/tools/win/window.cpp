@@ -40,6 +40,17 @@ std::wstring LoadText(UINT id)
     return length > 0 ? std::wstring(text, static_cast<std::size_t>(length)) : std::wstring();
 }
 
+bool OpenClipboardPatiently(HWND owner) noexcept
+{
+    constexpr int Tries = 10;
+    constexpr DWORD Pause = 10; // milliseconds
+    for (int left = Tries; left > 0; --left) {
+        if (OpenClipboard(owner)) return true;
+        if (left > 1) Sleep(Pause);
+    }
+    return false;
+}
+
 void SetStatusText(HWND bar, WPARAM part, const wchar_t* text) noexcept
 {
     if (SendMessageW(bar, SB_SETTEXTW, part, reinterpret_cast<LPARAM>(text)) != 0) return;

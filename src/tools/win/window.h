@@ -12,6 +12,9 @@ namespace vantrel {
 // A string resource; empty when missing.
 [[nodiscard]] std::wstring LoadText(UINT id);
 
+// Other programs look into the clipboard whenever it changes, and it is theirs for that moment: a cut right after a copy would else lose its
+// data. Tries for a tenth of a second.
+[[nodiscard]] bool OpenClipboardPatiently(HWND owner) noexcept;
 // Writes one part of a status bar; a failure is traced.
 void SetStatusText(HWND bar, WPARAM part, const wchar_t* text) noexcept;
 // Shows a message in the status bar of the frame above `window`; `beep` is a MessageBeep kind or 0 for silence. The bar is updated at once,
