@@ -26,8 +26,4 @@ enum FrameNameKind : std::uint32_t {
     FrameNameVariable = 1, // the variable's name
 };
 
-// Private numbers that the command log knows as "Set array".
-inline constexpr std::uint32_t LogSetArray = 0x7FC4;
-inline constexpr std::uint32_t LogSetArrayAgain = 0x7FC7;
-
 } // namespace vantrel

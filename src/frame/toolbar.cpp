@@ -120,11 +120,6 @@ bool IsToolButtonRemoved(Dialect dialect, std::int32_t command) noexcept
     }
 }
 
-std::span<const std::int32_t> ToolPictureSizes() noexcept
-{
-    return PictureSizes;
-}
-
 std::int32_t ToolPictureSize(bool small, std::int32_t dotsPerInch) noexcept
 {
     const std::int64_t wanted = std::int64_t{small ? SmallSize : LargeSize} * dotsPerInch / UsualDotsPerInch;

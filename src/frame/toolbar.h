@@ -22,8 +22,6 @@ struct ToolButton {
 // Buttons of actions that the host cannot compute, or for which it has no name, are taken away again; the menu keeps their commands.
 [[nodiscard]] bool IsToolButtonRemoved(Dialect dialect, std::int32_t command) noexcept;
 
-// The sizes in which pictures were drawn, ascending.
-[[nodiscard]] std::span<const std::int32_t> ToolPictureSizes() noexcept;
 // The largest drawn size that is not above the wanted one at a resolution; the smallest where all are.
 [[nodiscard]] std::int32_t ToolPictureSize(bool small, std::int32_t dotsPerInch) noexcept;
 
