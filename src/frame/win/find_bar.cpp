@@ -125,7 +125,7 @@ bool FindBarCreate(FrameWindow& frame)
     if (bar == nullptr) return false;
     SetWindowLongPtrW(bar, GWLP_ID, FindBarId);
     frame.findBar = bar;
-    frame.findBarWidth = PlaceOf(frame, IDC_FIND_NUMERIC).right + PlaceOf(frame, IDC_FIND_LABEL).left;
+    frame.findBarWidth = PlaceOf(frame, IDCANCEL).right + PlaceOf(frame, IDC_FIND_LABEL).left;
     FillBar(frame);
     EnableSearch(frame, false);
     CheckFindText(frame);
@@ -144,7 +144,8 @@ void FindBarFit(FrameWindow& frame, int width)
     frame.findBarShift = shift;
     text.right += change;
     Place(frame, IDC_FIND_TEXT, text);
-    for (const int control : {IDC_FIND_NEXT, IDC_FIND_PREVIOUS, IDC_FIND_IGNORE_CASE, IDC_FIND_NUMERIC}) {
+    for (const int control :
+         {IDC_FIND_NEXT, IDC_FIND_PREVIOUS, IDC_FIND_IGNORE_CASE, IDC_FIND_NUMERIC, IDCANCEL}) {
         RECT place = PlaceOf(frame, control);
         OffsetRect(&place, change, 0);
         Place(frame, control, place);

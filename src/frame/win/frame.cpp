@@ -154,6 +154,12 @@ void OnInitMenu(const FrameWindow& frame)
     RethrowEscapedException();
 }
 
+// F1, wherever the keyboard is. A box that says what is missing sends it, too.
+void OnHelpKey(const FrameWindow& frame)
+{
+    if (!frame.asking) SendMessageW(frame.window, WM_COMMAND, ID_HELP_GENERAL, 0);
+}
+
 LRESULT Done() noexcept
 {
     return 0;
@@ -164,6 +170,9 @@ LRESULT HandleMessage(FrameWindow& frame, UINT message, WPARAM wParam, LPARAM lP
     switch (message) {
     case WM_DESTROY: return OnDestroy(frame), Done();
     case WM_CLOSE: return OnClose(frame), Done();
+    case WM_QUERYENDSESSION: return MayEndSession(frame) ? TRUE : FALSE;
+    case WM_ENDSESSION: return OnEndSession(frame), Done();
+    case WM_HELP: return OnHelpKey(frame), TRUE;
     case WM_SIZE: return OnSize(frame), Done();
     case WM_ACTIVATE: return OnActivate(frame, LOWORD(wParam) != WA_INACTIVE, HIWORD(wParam) != 0), Done();
     case WM_SETFOCUS: return SetFocus(frame.client), Done();

@@ -60,6 +60,20 @@ void OnClose(FrameWindow& frame)
     if (mayClose && !frame.destroyed) DestroyWindow(frame.window);
 }
 
+bool MayEndSession(FrameWindow& frame)
+{
+    TraceScope trace("frame_close.cpp", "MayEndSession");
+    if ((frame.options & FrameConfirmClose) == 0 || !IsModified(frame)) return true;
+    ShutdownBlockReasonCreate(frame.window, LoadText(IDS_SAVE_CHANGES).c_str());
+    return false;
+}
+
+void OnEndSession(const FrameWindow& frame) noexcept
+{
+    TraceScope trace("frame_close.cpp", "OnEndSession");
+    ShutdownBlockReasonDestroy(frame.window);
+}
+
 void CloseWithoutQuestion(FrameWindow& frame)
 {
     HWND const window = frame.window;

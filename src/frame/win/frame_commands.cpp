@@ -30,6 +30,48 @@ LRESULT OnSaveAndClose(FrameWindow& frame)
     return SaveTree(frame) ? OnExit(frame) : 1;
 }
 
+// The text box of a bar that has the keyboard, or null.
+HWND BarTextWithFocus(const FrameWindow& frame) noexcept
+{
+    HWND const focus = GetFocus();
+    const bool isText = focus == GetDlgItem(frame.findBar, IDC_FIND_TEXT) || focus == frame.nameBox ||
+                        focus == frame.information;
+    return focus != nullptr && isText ? focus : nullptr;
+}
+
+// What the keys of a command mean in every text box; 0: nothing.
+WPARAM TextKeyOf(std::int32_t id) noexcept
+{
+    switch (id) {
+    case ID_INSERT_ITEM_LEFT: return VK_LEFT;
+    case ID_INSERT_ITEM_RIGHT: return VK_RIGHT;
+    default: return 0;
+    }
+}
+
+UINT TextMessageOf(std::int32_t id) noexcept
+{
+    switch (id) {
+    case ID_POPUP_CUT: return WM_CUT;
+    case ID_POPUP_COPY: return WM_COPY;
+    case ID_POPUP_PASTE: return WM_PASTE;
+    default: return 0;
+    }
+}
+
+// Who works in a bar's text box means that text: its words are selected by the keys that insert items into the array, and the menu's Cut,
+// Copy and Paste are the box's.
+bool IsForBarText(const FrameWindow& frame, int source, std::int32_t id)
+{
+    HWND const text = BarTextWithFocus(frame);
+    if (text == nullptr || source > FromAccelerator) return false;
+    const WPARAM key = source == FromAccelerator ? TextKeyOf(id) : 0;
+    if (key != 0) SendMessageW(text, WM_KEYDOWN, key, 1);
+    const UINT message = TextMessageOf(id);
+    if (message != 0) SendMessageW(text, message, 0, 0);
+    return key != 0 || message != 0;
+}
+
 // Out of the small bars, back to the array.
 void OnEscape(FrameWindow& frame)
 {
@@ -84,6 +126,13 @@ LRESULT ForwardToView(const FrameWindow& frame, WPARAM wParam, LPARAM lParam)
     return result;
 }
 
+// Dialogs of the view's own; the window under them stays until they are answered.
+LRESULT AskInView(FrameWindow& frame, WPARAM wParam, LPARAM lParam)
+{
+    const AskingScope asking(frame);
+    return ForwardToView(frame, wParam, lParam);
+}
+
 LRESULT CarryOut(FrameWindow& frame, std::int32_t id, WPARAM wParam, LPARAM lParam)
 {
     switch (id) {
@@ -99,6 +148,9 @@ LRESULT CarryOut(FrameWindow& frame, std::int32_t id, WPARAM wParam, LPARAM lPar
     case ID_EDIT_FIND: return FindBarShow(frame), 0;
     case ID_EDIT_FIND_NEXT: return FindBarPress(frame, IDC_FIND_NEXT), 0;
     case ID_EDIT_FIND_PREVIOUS: return FindBarPress(frame, IDC_FIND_PREVIOUS), 0;
+    case ID_OPTIONS_FONT:
+    case ID_HELP_GENERAL:
+    case ID_HELP_KEYS: return AskInView(frame, wParam, lParam);
     case ID_HELP_ABOUT: return ShowAbout(frame), 0;
     case ID_HELP_DEBUG: return OnDebug(frame), 0;
     case ID_SIZE_TO_DEFINITION: return OnSizeFrameToDefinition(frame), 0;
@@ -118,6 +170,7 @@ LRESULT OnCommand(FrameWindow& frame, WPARAM wParam, LPARAM lParam)
     const auto id = static_cast<std::int32_t>(LOWORD(wParam));
     LogCommand(frame.context, WM_COMMAND, id);
     UpdateWindow(frame.toolBar);
+    if (IsForBarText(frame, HIWORD(wParam), id)) return 0;
     if (IsMenuItemDisabled(GetMenu(frame.window), static_cast<UINT>(id))) return 0;
     if (HIWORD(wParam) > FromAccelerator) return OnControl(frame, wParam, lParam);
     if (IsEscapeFromBar(frame, HIWORD(wParam), id)) return OnEscape(frame), 0;

@@ -104,6 +104,9 @@ int AskYesNoCancel(FrameWindow& frame, HWND owner, const wchar_t* question);
 void OnClose(FrameWindow& frame);
 void CloseWithoutQuestion(FrameWindow& frame);
 void OnCloseTimer(FrameWindow& frame);
+// Whether the user's session may end now. With changes it may not, and the system says why until the session goes on or ends all the same.
+[[nodiscard]] bool MayEndSession(FrameWindow& frame);
+void OnEndSession(const FrameWindow& frame) noexcept;
 
 // frame_layout
 void OnSize(FrameWindow& frame);
