@@ -133,6 +133,20 @@ TEST_F(FrameHabits, F1OpensTheHelpFromAnyPartOfTheWindow)
     });
 }
 
+TEST_F(FrameHabits, TheWindowIsSharpInAHostThatKnowsNothingOfResolutionsAndTheHostStaysSo)
+{
+    const DPI_AWARENESS_CONTEXT usual = SetThreadDpiAwarenessContext(DPI_AWARENESS_CONTEXT_UNAWARE);
+    RunEdit(interpreter, Words(), [](User& user) {
+        const auto sharp = [](HWND window) {
+            return AreDpiAwarenessContextsEqual(GetWindowDpiAwarenessContext(window),
+                                                DPI_AWARENESS_CONTEXT_SYSTEM_AWARE) != 0;
+        };
+        user.Expect(sharp(user.Frame()) && sharp(user.Client()) && sharp(FindBar(user)), "every window is");
+    });
+    EXPECT_TRUE(AreDpiAwarenessContextsEqual(GetThreadDpiAwarenessContext(), DPI_AWARENESS_CONTEXT_UNAWARE));
+    SetThreadDpiAwarenessContext(usual);
+}
+
 TEST_F(FrameHabits, TheSessionDoesNotEndOverChanges)
 {
     RunEdit(interpreter, Words(), [](User& user) {

@@ -7,6 +7,7 @@
 #include "entry/trace.h"
 #include "entry/win/crash_report.h"
 #include "entry/win/message_loop.h"
+#include "entry/win/resolution_scope.h"
 #include "entry/win/signals.h"
 #include "frame/messages.h"
 #include "model/variables.h"
@@ -291,7 +292,10 @@ HostObject EditObject(EditContext* context, HostObject object, bool byName) noex
     ClearRun(context);
 
     EditRun run{context, object, byName};
-    RunGuarded(run);
+    {
+        const ResolutionScope sharp;
+        RunGuarded(run);
+    }
 
     SignalHandlersRestore(context->signalState);
     if (HasError(context)) context->langEnv->Operations.SignalHostError(context, context->langEnv->ErrorCode);
