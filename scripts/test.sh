@@ -232,7 +232,7 @@ demo_shows_window() {
 }
 
 # Tests of what no theme changes; they run with it and not again without.
-same_in_any_theme='*Road.*:OpenVariable*:FrameRoads.*:FrameNames.*:FrameResources.*:FrameDialogs.*:*EveryAction.*:Action.*:Undo*:*OutOfMemory*:Failure.*:Printing.*:MenuStates.*'
+same_in_any_theme='*Road.*:OpenVariable*:FrameRoads.*:FrameNames.*:FrameResources.*:FrameDialogs.*:*EveryAction.*:Action.*:Undo*:*OutOfMemory*:Failure.*:Printing.*:MenuStates.*:*MonkeyTest*'
 
 # --- the run ---
 
