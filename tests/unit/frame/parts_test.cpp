@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "frame/contrast.h"
-
 namespace vantrel {
 namespace {
 
@@ -23,14 +21,6 @@ TEST(FrameParts, WhatIsNotShownIsLeftOut)
     EXPECT_EQ(NextFramePart(FramePart::FindBar, false, true, false), FramePart::Array);
     EXPECT_EQ(NextFramePart(FramePart::Array, false, false, false), FramePart::Array);
     EXPECT_EQ(NextFramePart(FramePart::Array, true, false, false), FramePart::Array);
-}
-
-TEST(FrameParts, GreenIsBrighterThanRedAndRedThanBlue)
-{
-    EXPECT_LT(Brightness(0xFF0000), Brightness(0x0000FF));
-    EXPECT_LT(Brightness(0x0000FF), Brightness(0x00FF00));
-    EXPECT_EQ(Brightness(0x000000), 0);
-    EXPECT_EQ(Brightness(0xFFFFFF), 255000);
 }
 
 } // namespace
