@@ -184,98 +184,140 @@ TEST_F(Records, LineAfterLineMakesNoChunkALine)
     EXPECT_LT(records.list.chunkCount, 100);
 }
 
+// A list of records beside the vector of strings that it stands for; whatever is done to the one is done to the other.
+class RecordsBesideStrings {
+public:
+    RecordsBesideStrings(TestContext& context, unsigned seed) : context_(context), random_(seed)
+    {
+        const std::int64_t rows = Pick(3000);
+        for (std::int64_t i = 0; i < rows * 3; ++i)
+            bulk_ += static_cast<char16_t>(u'a' + Pick(26));
+        SetBulkRecords(records_.list, bulk_.data(), rows, 3);
+        for (std::int64_t i = 0; i < rows; ++i)
+            lines_.push_back(bulk_.substr(static_cast<std::size_t>(3 * i), 3));
+        widths_.Reset(nullptr, nullptr, seed % 2 == 0 ? 7 : 3);
+    }
+
+    void Step()
+    {
+        switch (Pick(6)) {
+        case 0: Splice(); break;
+        case 1: Erase(); break;
+        case 2:
+        case 3: Insert(); break;
+        case 4: CompareWidths(); break;
+        default: CompareLine();
+        }
+        ASSERT_EQ(records_.list.count, Size());
+    }
+
+    void CompareAll() const
+    {
+        ASSERT_EQ(LinesOf(records_.list), lines_);
+        for (std::int32_t i = 0; i < records_.list.chunkCount; ++i) {
+            EXPECT_GT(records_.list.chunks[i].count, 0);
+            EXPECT_LE(records_.list.chunks[i].count, RecordsPerChunk);
+        }
+    }
+
+private:
+    std::int64_t Pick(std::int64_t limit)
+    {
+        return limit <= 0 ? 0 : static_cast<std::int64_t>(random_() % static_cast<unsigned>(limit));
+    }
+    [[nodiscard]] std::int64_t Size() const { return static_cast<std::int64_t>(lines_.size()); }
+
+    void Splice()
+    {
+        if (lines_.empty()) return;
+        const std::int64_t row = Pick(Size());
+        std::u16string& line = lines_[static_cast<std::size_t>(row)];
+        const std::int64_t column = Pick(static_cast<std::int64_t>(line.size()) + 1);
+        const std::int64_t removed = Pick(static_cast<std::int64_t>(line.size()) - column + 1);
+        const std::u16string text = RandomText(random_, 10);
+        SpliceRecord(records_.list, row, column, removed, text.data(),
+                     static_cast<std::int64_t>(text.size()));
+        line.replace(static_cast<std::size_t>(column), static_cast<std::size_t>(removed), text);
+    }
+
+    void Erase()
+    {
+        const std::int64_t first = Pick(Size());
+        const std::int64_t count = Pick(Pick(3) == 0 ? 900 : 5);
+        const std::int64_t end = std::min(first + count, Size());
+        EraseRecords(records_.list, first, count);
+        if (first < end) lines_.erase(lines_.begin() + first, lines_.begin() + end);
+    }
+
+    void Insert()
+    {
+        OwnedRecords more;
+        const Lines lines = Pick(2) == 0 ? MakeTextRecords(more) : MakeBulkRecords(more);
+        const std::int64_t at = Pick(Size() + 1);
+        InsertRecords(records_.list, at, more.list);
+        lines_.insert(lines_.begin() + at, lines.begin(), lines.end());
+    }
+
+    Lines MakeTextRecords(OwnedRecords& records)
+    {
+        Lines lines;
+        std::u16string text;
+        const std::int64_t count = Pick(Pick(3) == 0 ? 1500 : 4) + 1;
+        for (std::int64_t i = 0; i < count; ++i) {
+            lines.push_back(RandomText(random_, 5));
+            text += (i > 0 ? u"\n" : u"") + lines.back();
+        }
+        EXPECT_TRUE(StringToRecords(context_, text.data(), static_cast<std::int64_t>(text.size()),
+                                    records.list, false));
+        return lines;
+    }
+
+    Lines MakeBulkRecords(OwnedRecords& records)
+    {
+        const std::int64_t count = Pick(1200);
+        OwnedArray<char16_t> text = AllocateArray<char16_t>(2 * count);
+        for (std::int64_t i = 0; i < count; ++i) {
+            text.get()[2 * i] = u'a';
+            text.get()[2 * i + 1] = u'b';
+        }
+        SetBulkRecordsOwning(records.list, std::move(text), count, 2);
+        return Lines(static_cast<std::size_t>(count), u"ab");
+    }
+
+    void CompareWidths()
+    {
+        std::size_t longest = 0;
+        for (const auto& line : lines_)
+            longest = std::max(longest, line.size());
+        EXPECT_EQ(LongestRecord(records_.list), static_cast<std::int64_t>(longest));
+        EXPECT_EQ(GetRecordWidths(records_.list, widths_, nullptr),
+                  static_cast<std::int64_t>(longest) * widths_.FixedPitchWidth());
+        EXPECT_EQ(CountUnmeasuredRecords(records_.list), 0);
+    }
+
+    void CompareLine()
+    {
+        if (lines_.empty()) return;
+        const std::int64_t row = Pick(Size());
+        EXPECT_EQ(LineOf(records_.list, row), lines_[static_cast<std::size_t>(row)]);
+    }
+
+    TestContext& context_;
+    std::mt19937 random_;
+    std::u16string bulk_; // whose text the first rows are
+    OwnedRecords records_;
+    Lines lines_;
+    CharWidths widths_;
+};
+
 TEST_F(Records, ListsBehaveLikeVectorsOfStrings)
 {
     for (unsigned seed = 1; seed <= 12; ++seed) {
-        std::mt19937 random(seed);
-        const auto pick = [&](std::int64_t limit) {
-            return limit <= 0 ? 0 : static_cast<std::int64_t>(random() % static_cast<unsigned>(limit));
-        };
-        OwnedRecords records;
-        Lines model;
-        std::u16string bulk;
-        const std::int64_t rows = pick(3000);
-        for (std::int64_t i = 0; i < rows * 3; ++i)
-            bulk += static_cast<char16_t>(u'a' + pick(26));
-        SetBulkRecords(records.list, bulk.data(), rows, 3);
-        for (std::int64_t i = 0; i < rows; ++i)
-            model.push_back(bulk.substr(static_cast<std::size_t>(3 * i), 3));
-        CharWidths widths;
-        widths.Reset(nullptr, nullptr, seed % 2 == 0 ? 7 : 3);
-        for (int step = 0; step < 400; ++step) {
-            const auto size = static_cast<std::int64_t>(model.size());
-            switch (pick(6)) {
-            case 0: {
-                if (size == 0) break;
-                const std::int64_t row = pick(size);
-                std::u16string& line = model[static_cast<std::size_t>(row)];
-                const std::int64_t column = pick(static_cast<std::int64_t>(line.size()) + 1);
-                const std::int64_t removed = pick(static_cast<std::int64_t>(line.size()) - column + 1);
-                const std::u16string text = RandomText(random, 10);
-                SpliceRecord(records.list, row, column, removed, text.data(),
-                             static_cast<std::int64_t>(text.size()));
-                line.replace(static_cast<std::size_t>(column), static_cast<std::size_t>(removed), text);
-                break;
-            }
-            case 1: {
-                const std::int64_t first = pick(size);
-                const std::int64_t count = pick(pick(3) == 0 ? 900 : 5);
-                EraseRecords(records.list, first, count);
-                const std::int64_t end = std::min(first + count, size);
-                if (first < end) model.erase(model.begin() + first, model.begin() + end);
-                break;
-            }
-            case 2:
-            case 3: {
-                OwnedRecords more;
-                Lines lines;
-                if (pick(2) == 0) {
-                    const std::int64_t count = pick(pick(3) == 0 ? 1500 : 4) + 1;
-                    std::u16string text;
-                    for (std::int64_t i = 0; i < count; ++i) {
-                        lines.push_back(RandomText(random, 5));
-                        text += (i > 0 ? u"\n" : u"") + lines.back();
-                    }
-                    ASSERT_TRUE(StringToRecords(context, text.data(), static_cast<std::int64_t>(text.size()),
-                                                more.list, false));
-                } else {
-                    const std::int64_t count = pick(1200);
-                    lines.assign(static_cast<std::size_t>(count), u"ab");
-                    OwnedArray<char16_t> text = AllocateArray<char16_t>(2 * count);
-                    for (std::int64_t i = 0; i < count; ++i) {
-                        text.get()[2 * i] = u'a';
-                        text.get()[2 * i + 1] = u'b';
-                    }
-                    SetBulkRecordsOwning(more.list, std::move(text), count, 2);
-                }
-                const std::int64_t at = pick(size + 1);
-                InsertRecords(records.list, at, more.list);
-                model.insert(model.begin() + at, lines.begin(), lines.end());
-                break;
-            }
-            case 4: {
-                std::size_t longest = 0;
-                for (const auto& line : model)
-                    longest = std::max(longest, line.size());
-                EXPECT_EQ(LongestRecord(records.list), static_cast<std::int64_t>(longest));
-                EXPECT_EQ(GetRecordWidths(records.list, widths, nullptr),
-                          static_cast<std::int64_t>(longest) * widths.FixedPitchWidth());
-                EXPECT_EQ(CountUnmeasuredRecords(records.list), 0);
-                break;
-            }
-            default: {
-                const std::int64_t row = pick(size);
-                if (size == 0) break;
-                EXPECT_EQ(LineOf(records.list, row), model[static_cast<std::size_t>(row)]);
-            }
-            }
-            ASSERT_EQ(records.list.count, static_cast<std::int64_t>(model.size()));
-        }
-        ASSERT_EQ(LinesOf(records.list), model) << "seed " << seed;
-        for (std::int32_t i = 0; i < records.list.chunkCount; ++i) {
-            EXPECT_GT(records.list.chunks[i].count, 0);
-            EXPECT_LE(records.list.chunks[i].count, RecordsPerChunk);
-        }
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        RecordsBesideStrings tested(context, seed);
+        for (int step = 0; step < 400 && !HasFatalFailure(); ++step)
+            tested.Step();
+        tested.CompareAll();
     }
 }
 
