@@ -4,6 +4,7 @@
 #include <atomic>
 #include <thread>
 
+#include "ui/message_watch.h"
 #include "ui/view_support.h"
 
 namespace vantrel::ui {
@@ -15,6 +16,8 @@ constexpr int LargeMargin = 10;
 constexpr UINT GetModified = 32973;
 constexpr UINT GetOption = 32974;
 constexpr UINT GetPreferredSize = 32976;
+constexpr UINT GetSelected = 32978;
+constexpr UINT SetObject = 32987;
 constexpr int SmallMarginsOption = 4308;
 constexpr int RankOneBarsOption = 4315;
 constexpr COLORREF NumberColour = RGB(64, 64, 224);
@@ -250,13 +253,22 @@ Array MuchToFormat()
     return FloatArray({300000, 10}, values);
 }
 
-TEST_F(View, ClosingWhileItLoadsGivesTheArgumentBack)
-{
-    EditOptions options;
-    options.checkArgument = false;
-    std::atomic<bool> ended{false};
-    std::thread closer([&] { // sees the window before it is ready
-        while (!ended) {
+// Closes the window as soon as there is one, before it is ready.
+class Closer {
+public:
+    Closer() : thread_([this] { Watch(); }) {}
+    ~Closer()
+    {
+        ended_ = true;
+        thread_.join();
+    }
+    Closer(const Closer&) = delete;
+    Closer& operator=(const Closer&) = delete;
+
+private:
+    void Watch() const
+    {
+        while (!ended_) {
             HWND const frame = FindWindowW(L"quillmoor vantrel frame class", nullptr);
             if (frame != nullptr && IsWindowVisible(frame)) {
                 PostMessageW(frame, WM_CLOSE, 0, 0);
@@ -264,10 +276,37 @@ TEST_F(View, ClosingWhileItLoadsGivesTheArgumentBack)
             }
             Sleep(1);
         }
+    }
+
+    std::atomic<bool> ended_{false};
+    std::thread thread_;
+};
+
+// What the view said of the array that it was given, and what it showed then.
+struct Loaded {
+    int times = 0;
+    LRESULT refused = 0;
+    LRESULT selected = 0;
+};
+
+TEST_F(View, ClosingWhileItLoadsGivesTheArgumentBack)
+{
+    EditOptions options;
+    options.checkArgument = false;
+    Loaded loaded;
+    const MessageWatch watch([&](const CWPRETSTRUCT& message) {
+        if (message.message != SetObject || !HasClass(message.hwnd, L"quillmoor vantrel client class"))
+            return;
+        loaded = {loaded.times + 1, message.lResult, SendMessageW(message.hwnd, GetSelected, 0, 0)};
     });
-    const EditResult edit = interpreter.Edit(Library(), MuchToFormat(), options);
-    ended = true;
-    closer.join();
+    EditResult edit;
+    {
+        const Closer closer;
+        edit = interpreter.Edit(Library(), MuchToFormat(), options);
+    }
+    EXPECT_EQ(loaded.times, 1);
+    EXPECT_NE(loaded.refused, 0) << "the load came to its end";
+    EXPECT_EQ(loaded.selected, 0) << "an array is on show";
     EXPECT_TRUE(edit.unchanged);
     EXPECT_FALSE(edit.error.signalled);
     for (const std::string& complaint : edit.complaints)
