@@ -249,6 +249,33 @@ TEST_F(CellEditor, TheBorderOfAMatrixBoxResizesIt)
     });
 }
 
+TEST_F(CellEditor, TheBottomBorderMovesTheBottomSideOnly)
+{
+    RunEdit(interpreter, MatrixItem(Letters()), [](User& user) {
+        user.Key(VK_TAB);
+        HWND const editor = user.Editor();
+        const RECT before = WindowRect(editor);
+        const auto drag = [&](int distance) {
+            const RECT box = WindowRect(editor);
+            POINT bottom{(box.left + box.right) / 2, box.bottom - 1};
+            ScreenToClient(user.Client(), &bottom);
+            user.Drag(user.Client(), bottom, {bottom.x + 25, bottom.y + distance});
+            return WindowRect(editor);
+        };
+        RECT after = drag(35);
+        user.ExpectEqual(HeightOf(after), HeightOf(before) + 35, "higher");
+        user.ExpectEqual(WidthOf(after), WidthOf(before), "as wide as before");
+        user.Expect(after.left == before.left && after.top == before.top, "in its place");
+        after = drag(-50);
+        user.ExpectEqual(HeightOf(after), HeightOf(before) - 15, "lower");
+        user.ExpectEqual(WidthOf(after), WidthOf(before), "still as wide");
+        user.Key(VK_TAB);
+        user.Key(VK_TAB, {VK_SHIFT});
+        user.ExpectEqual(HeightOf(WindowRect(user.Editor())), HeightOf(before) - 15,
+                         "the box keeps its size");
+    });
+}
+
 TEST_F(CellEditor, TheBoxFollowsWhileTheBorderIsDragged)
 {
     RunEdit(interpreter, MatrixItem(Letters()), [](User& user) {
