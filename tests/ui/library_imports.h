@@ -1,0 +1,11 @@
+// What the loaded library asks of the system, led through the test.
+#pragma once
+
+namespace vantrel::ui {
+
+// Where the library's calls of a routine that it imports lead, and leading them elsewhere. What the replacement needs must be there before:
+// the library may be at work.
+[[nodiscard]] void* GetImport(const char* routine);
+void SetImport(const char* routine, void* replacement);
+
+} // namespace vantrel::ui
