@@ -76,10 +76,12 @@ void Prepare(const User& user, const MemoryCase& tested)
         SendMessageW(user.Editor(), WM_CHAR, *unit, 0);
 }
 
-bool IsToldOf(const User& user)
+// A command that puts the array on the clipboard may learn only there that there is no memory, and the clipboard does not say why.
+bool IsToldOf(const User& user, int command)
 {
     const std::u16string text = user.StatusText();
-    return text == ErrorAllocating || text == SystemError;
+    const bool copies = command == CutArray || command == CopyArray;
+    return text == ErrorAllocating || (copies && text == SystemError);
 }
 
 // The first error that finds no memory for itself makes ready what all later ones use. What is painted meanwhile may take the refusals away
@@ -92,7 +94,7 @@ void MakeErrorsReady(User& user)
         faults.Arm(1 + i % Rounds, RequestAndError);
         Send(user, Enclose);
         faults.Disarm();
-        told = IsToldOf(user);
+        told = IsToldOf(user, Enclose);
         Send(user, Revert);
     }
     user.Expect(told, "a lack of memory is told of");
@@ -122,7 +124,7 @@ protected:
         user.Expect(Ask(user, GetBusy) == 0, "the view is ready for the next command");
         user.Expect(after == before || after == done, "the command is done or not");
         if (after == before) {
-            user.Expect(IsToldOf(user), "the user is told");
+            user.Expect(IsToldOf(user, tested.command), "the user is told");
             user.Expect(Ask(user, GetModified) == modified, "nothing is modified");
         }
         return refused;
