@@ -5,6 +5,8 @@
 
 #include <commctrl.h>
 
+#include "ui/menus.h"
+#include "ui/tree_image.h"
 #include "ui/view_support.h"
 
 namespace vantrel::ui {
@@ -112,6 +114,17 @@ void AppendDialogs(std::string& seen, User& user)
     }
 }
 
+// The whole array with everything in it.
+void AppendArray(std::string& seen, const User& user)
+{
+    constexpr char Digits[] = "0123456789abcdef";
+    seen += " array ";
+    for (const std::uint8_t byte : TreeImage(user)) {
+        seen += Digits[byte >> 4];
+        seen += Digits[byte & 15];
+    }
+}
+
 // What an outsider can tell of the window and of its array.
 std::string Seen(User& user)
 {
@@ -126,9 +139,7 @@ std::string Seen(User& user)
     seen += " size " + std::to_string(client.right) + "x" + std::to_string(client.bottom);
     if (IsWindowVisible(FindBar(user))) seen += " find bar";
     if (IsClipboardFormatAvailable(CF_UNICODETEXT)) seen += " copied " + Narrow(user.ClipboardText());
-    SelectIndex(user, u"");
-    SendMessageW(user.Client(), WM_COMMAND, CopyArray, 0);
-    if (IsClipboardFormatAvailable(CF_UNICODETEXT)) seen += " array " + Narrow(user.ClipboardText());
+    AppendArray(seen, user);
     return seen;
 }
 
@@ -142,17 +153,6 @@ void Prepare(User& user, const Road& road)
         SendMessageW(user.Frame(), WM_COMMAND, static_cast<WPARAM>(command), 0);
     if (*road.firstIndex != 0) SelectIndex(user, road.index);
     if (*road.typed != 0) user.Type(road.typed);
-}
-
-void PressTool(User& user, int command)
-{
-    HWND const bar = FindWindowExW(user.Frame(), nullptr, TOOLBARCLASSNAMEW, nullptr);
-    const LRESULT index = SendMessageW(bar, TB_COMMANDTOINDEX, static_cast<WPARAM>(command), 0);
-    RECT place{};
-    SendMessageW(bar, TB_GETITEMRECT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&place));
-    const POINT centre{(place.left + place.right) / 2, (place.top + place.bottom) / 2};
-    user.Mouse(bar, centre, MOUSEEVENTF_LEFTDOWN);
-    user.Mouse(bar, centre, MOUSEEVENTF_LEFTUP);
 }
 
 void PressKey(User& user, const Road& road)

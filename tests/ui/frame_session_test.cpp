@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <commctrl.h>
-
 #include "ui/driver.h"
 #include "ui/menus.h"
 
@@ -43,54 +41,74 @@ void ChooseByKeys(User& user, WORD menu, int down)
     user.Key(VK_RETURN);
 }
 
+void EditTheFirstItemByKeys(User& user)
+{
+    user.Key(VK_TAB);
+    user.ExpectEqual(user.PickIndex(), u"1", "Tab goes in");
+    user.Key(VK_END);
+    user.Type(u"!");
+    user.Key(VK_TAB);
+    user.Key(VK_TAB);
+    user.ExpectEqual(user.PickIndex(), u"2 1", "and deeper");
+}
+
+void FindANumberByKeysAndEditIt(User& user)
+{
+    user.Key('F', {VK_CONTROL});
+    user.Type(u"2.5");
+    constexpr int TabsToNumeric = 4;
+    for (int i = 0; i < TabsToNumeric; ++i)
+        user.Key(VK_TAB);
+    user.Key(VK_SPACE);
+    user.Key(VK_F3);
+    user.ExpectEqual(user.PickIndex(), u"2 2", "the number is found");
+    user.Key(VK_ESCAPE);
+    user.Expect(user.IsOpen() && user.Editor() != nullptr, "back in the array");
+    user.Key(VK_HOME);
+    user.Type(u"7");
+}
+
+void ReorderAxesByKeys(User& user)
+{
+    user.Key(VK_F6);
+    user.Type(u"3");
+    user.Key(VK_RETURN);
+    user.ExpectEqual(user.PickIndex(), u"3", "the name box goes there");
+    ChooseByKeys(user, 'A', 19); // Reorder axes..., by its place: separators are passed over
+    HWND const dialog = user.WaitForBox(L"Reorder Axes");
+    user.Key('O', {VK_MENU});
+    user.Key(VK_RETURN);
+    user.Expect(!IsWindow(dialog), "the axes are reordered");
+}
+
+void EnlargeTheFontByKeys(User& user)
+{
+    const LONG before = HeightOfViewFont(user);
+    user.Key('O', {VK_MENU});
+    user.Key('F');
+    user.WaitForBox(L"Font");
+    user.Key('S', {VK_MENU});
+    user.Type(u"20");
+    user.Key(VK_RETURN);
+    user.Expect(HeightOfViewFont(user) > before, "the font is larger");
+}
+
+void SaveAndCloseByKeys(User& user)
+{
+    user.Key('S', {VK_CONTROL});
+    user.ExpectEqual(user.StatusText(), u"Data saved", "saved");
+    user.Key(VK_ESCAPE);
+    user.Expect(!user.IsOpen(), "Escape closes");
+}
+
 TEST_F(FrameSession, WithoutAMouse)
 {
     const Outcome outcome = RunEdit(interpreter, Household(), [](User& user) {
-        user.Key(VK_TAB);
-        user.ExpectEqual(user.PickIndex(), u"1", "Tab goes in");
-        user.Key(VK_END);
-        user.Type(u"!");
-        user.Key(VK_TAB);
-        user.Key(VK_TAB);
-        user.ExpectEqual(user.PickIndex(), u"2 1", "and deeper");
-
-        user.Key('F', {VK_CONTROL});
-        user.Type(u"2.5");
-        user.Key(VK_TAB);
-        user.Key(VK_TAB);
-        user.Key(VK_TAB);
-        user.Key(VK_TAB);
-        user.Key(VK_SPACE); // Numeric
-        user.Key(VK_F3);
-        user.ExpectEqual(user.PickIndex(), u"2 2", "the number is found");
-        user.Key(VK_ESCAPE);
-        user.Expect(user.IsOpen() && user.Editor() != nullptr, "back in the array");
-        user.Key(VK_HOME);
-        user.Type(u"7");
-
-        user.Key(VK_F6);
-        user.Type(u"3");
-        user.Key(VK_RETURN);
-        user.ExpectEqual(user.PickIndex(), u"3", "the name box goes there");
-        ChooseByKeys(user, 'A', 19); // Reorder axes..., by its place: separators are passed over
-        HWND const dialog = user.WaitForBox(L"Reorder Axes");
-        user.Key('O', {VK_MENU});
-        user.Key(VK_RETURN);
-        user.Expect(!IsWindow(dialog), "the axes are reordered");
-
-        const LONG before = HeightOfViewFont(user);
-        user.Key('O', {VK_MENU});
-        user.Key('F');
-        user.WaitForBox(L"Font");
-        user.Key('S', {VK_MENU});
-        user.Type(u"20");
-        user.Key(VK_RETURN);
-        user.Expect(HeightOfViewFont(user) > before, "the font is larger");
-
-        user.Key('S', {VK_CONTROL});
-        user.ExpectEqual(user.StatusText(), u"Data saved", "saved");
-        user.Key(VK_ESCAPE);
-        user.Expect(!user.IsOpen(), "Escape closes");
+        EditTheFirstItemByKeys(user);
+        FindANumberByKeysAndEditIt(user);
+        ReorderAxesByKeys(user);
+        EnlargeTheFontByKeys(user);
+        SaveAndCloseByKeys(user);
     });
     ASSERT_TRUE(outcome.edit.hasResult);
     const Array expected = NestedArray(
@@ -117,17 +135,6 @@ int PositionOf(HMENU menu, UINT id)
     return -1;
 }
 
-void PressTool(User& user, int command)
-{
-    HWND const bar = FindWindowExW(user.Frame(), nullptr, TOOLBARCLASSNAMEW, nullptr);
-    const LRESULT index = SendMessageW(bar, TB_COMMANDTOINDEX, static_cast<WPARAM>(command), 0);
-    RECT place{};
-    SendMessageW(bar, TB_GETITEMRECT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&place));
-    const POINT centre{(place.left + place.right) / 2, (place.top + place.bottom) / 2};
-    user.Mouse(bar, centre, MOUSEEVENTF_LEFTDOWN);
-    user.Mouse(bar, centre, MOUSEEVENTF_LEFTUP);
-}
-
 void PressButton(User& user, HWND dialog, int id)
 {
     RECT place{};
@@ -135,42 +142,59 @@ void PressButton(User& user, HWND dialog, int id)
     ClickScreen(user, place);
 }
 
+void RestructureByTools(User& user)
+{
+    user.Click(user.Client(), 24, 24);
+    user.ExpectEqual(user.PickIndex(), u"1", "a click selects");
+    PressTool(user, 4614); // Reverse
+    PressTool(user, 4202); // Copy array
+    PressTool(user, 4702); // Item to the right
+}
+
+void MinimizeByTheRightButtonAndRestore(User& user)
+{
+    user.Mouse(user.Client(), {24, 24}, MOUSEEVENTF_RIGHTDOWN);
+    user.Mouse(user.Client(), {24, 24}, MOUSEEVENTF_RIGHTUP);
+    HMENU const menu = WaitForMenu();
+    user.Expect(menu != nullptr, "the right button shows what can be done");
+    if (menu == nullptr) return;
+    RECT place{};
+    GetMenuItemRect(nullptr, menu, static_cast<UINT>(PositionOf(menu, 4605)), &place);
+    ClickScreen(user, place); // Minimize
+    user.Wait();
+    user.Expect(!IsGrayed(GetMenu(user.Frame()), 4604), "it is closed");
+    PressTool(user, 4604); // Restore
+}
+
+void ShowTheFindBarByItsTool(User& user)
+{
+    HWND const bar = GetDlgItem(user.Frame(), 32786);
+    PressTool(user, 4206);
+    user.Expect(IsWindowVisible(bar) != 0, "the find bar is shown");
+    PressTool(user, 4206);
+    user.Expect(IsWindowVisible(bar) != 0, "and stays when it is asked for again");
+}
+
+void ChooseFromTheMenusByMouse(User& user)
+{
+    user.Expect(ChooseFromMenuBar(user, 4309), "the menu has it"); // Options, Use 3D edges
+    user.Expect((GetMenuState(GetMenu(user.Frame()), 4309, MF_BYCOMMAND) & MF_CHECKED) != 0, "checked");
+    user.Expect(ChooseFromMenuBar(user, 4503), "the menu has it"); // Help, About
+    HWND const about = user.WaitForBox(L"About Vantrel");
+    PressButton(user, about, IDOK);
+    user.Expect(!IsWindow(about), "a button closes the dialog");
+    user.Expect(ChooseFromMenuBar(user, 4104), "the menu has it"); // File, Save and close
+    user.Expect(!user.IsOpen(), "saved and closed");
+}
+
 TEST_F(FrameSession, WithoutAKeyboard)
 {
     const Array argument = NestedArray({2}, {Text(u"abc"), NumericArray({2}, {1.5, 2})});
     const Outcome outcome = RunEdit(interpreter, argument, [](User& user) {
-        user.Click(user.Client(), 24, 24);
-        user.ExpectEqual(user.PickIndex(), u"1", "a click selects");
-        PressTool(user, 4614); // Reverse
-        PressTool(user, 4202); // Copy array
-        PressTool(user, 4702); // Item to the right
-
-        user.Mouse(user.Client(), {24, 24}, MOUSEEVENTF_RIGHTDOWN);
-        user.Mouse(user.Client(), {24, 24}, MOUSEEVENTF_RIGHTUP);
-        HMENU const menu = WaitForMenu();
-        user.Expect(menu != nullptr, "the right button shows what can be done");
-        if (menu == nullptr) return;
-        RECT place{};
-        GetMenuItemRect(nullptr, menu, static_cast<UINT>(PositionOf(menu, 4605)), &place);
-        ClickScreen(user, place); // Minimize
-        user.Wait();
-        user.Expect((GetMenuState(GetMenu(user.Frame()), 4604, MF_BYCOMMAND) & MF_GRAYED) == 0,
-                    "it is closed");
-        PressTool(user, 4604); // Restore
-
-        PressTool(user, 4206); // Find
-        HWND const bar = GetDlgItem(user.Frame(), 32786);
-        user.Expect(IsWindowVisible(bar) != 0, "the find bar is shown");
-        PressTool(user, 4206);
-
-        user.Expect(ChooseFromMenuBar(user, 4309), "the menu has it"); // Options, Use 3D edges
-        user.Expect((GetMenuState(GetMenu(user.Frame()), 4309, MF_BYCOMMAND) & MF_CHECKED) != 0, "checked");
-        user.Expect(ChooseFromMenuBar(user, 4503), "the menu has it"); // Help, About
-        HWND const about = user.WaitForBox(L"About Vantrel");
-        PressButton(user, about, IDOK);
-        user.Expect(!IsWindow(about), "a button closes the dialog");
-        user.Expect(ChooseFromMenuBar(user, 4104), "the menu has it"); // File, Save and close
-        user.Expect(!user.IsOpen(), "saved and closed");
+        RestructureByTools(user);
+        MinimizeByTheRightButtonAndRestore(user);
+        ShowTheFindBarByItsTool(user);
+        ChooseFromTheMenusByMouse(user);
     });
     ASSERT_TRUE(outcome.edit.hasResult);
     const Array expected = NestedArray({3}, {Text(u"cba"), Text(u"   "), NumericArray({2}, {1.5, 2})});

@@ -1,5 +1,7 @@
 #include "ui/menus.h"
 
+#include <commctrl.h>
+
 namespace vantrel::ui {
 namespace {
 
@@ -72,6 +74,17 @@ bool ChooseFromOpenMenu(User& user, HMENU menu, int id)
     return true;
 }
 
+// From a window's context menu, opened as by the keyboard.
+bool ChooseFromMenuOf(User& user, HWND window, int id)
+{
+    PostMessageW(window, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(window), -1);
+    HMENU const menu = WaitForMenu();
+    if (menu == nullptr) return false;
+    if (!PathTo(menu, id).empty() && !IsGrayed(menu, id)) return ChooseFromOpenMenu(user, menu, id);
+    user.Key(VK_ESCAPE);
+    return false;
+}
+
 } // namespace
 
 HMENU WaitForMenu()
@@ -92,6 +105,22 @@ bool IsGrayed(HMENU menu, int id)
     return (GetMenuState(menu, static_cast<UINT>(id), MF_BYCOMMAND) & (MF_GRAYED | MF_DISABLED)) != 0;
 }
 
+HWND ToolBarOf(const User& user)
+{
+    return FindWindowExW(user.Frame(), nullptr, TOOLBARCLASSNAMEW, nullptr);
+}
+
+void PressTool(User& user, int command)
+{
+    HWND const bar = ToolBarOf(user);
+    const LRESULT index = SendMessageW(bar, TB_COMMANDTOINDEX, static_cast<WPARAM>(command), 0);
+    RECT place{};
+    SendMessageW(bar, TB_GETITEMRECT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&place));
+    const POINT centre{(place.left + place.right) / 2, (place.top + place.bottom) / 2};
+    user.Mouse(bar, centre, MOUSEEVENTF_LEFTDOWN);
+    user.Mouse(bar, centre, MOUSEEVENTF_LEFTUP);
+}
+
 bool ChooseFromMenuBar(User& user, int id)
 {
     HMENU const bar = GetMenu(user.Frame());
@@ -103,12 +132,12 @@ bool ChooseFromMenuBar(User& user, int id)
 
 bool ChooseFromContextMenu(User& user, int id)
 {
-    PostMessageW(user.Client(), WM_CONTEXTMENU, reinterpret_cast<WPARAM>(user.Client()), -1);
-    HMENU const menu = WaitForMenu();
-    if (menu == nullptr) return false;
-    if (!PathTo(menu, id).empty() && !IsGrayed(menu, id)) return ChooseFromOpenMenu(user, menu, id);
-    user.Key(VK_ESCAPE);
-    return false;
+    return ChooseFromMenuOf(user, user.Client(), id);
+}
+
+bool ChooseFromEditorMenu(User& user, int id)
+{
+    return ChooseFromMenuOf(user, user.Editor(), id);
 }
 
 } // namespace vantrel::ui
