@@ -5,7 +5,8 @@
 
 #include <commctrl.h>
 
-#include "ui/driver.h"
+#include "ui/menus.h"
+#include "ui/tree_image.h"
 
 namespace vantrel::ui {
 namespace {
@@ -28,19 +29,9 @@ protected:
     Interpreter interpreter;
 };
 
-HWND ToolBarOf(const User& user)
-{
-    return FindWindowExW(user.Frame(), nullptr, TOOLBARCLASSNAMEW, nullptr);
-}
-
 bool IsChecked(const User& user, int id)
 {
     return (GetMenuState(GetMenu(user.Frame()), static_cast<UINT>(id), MF_BYCOMMAND) & MF_CHECKED) != 0;
-}
-
-bool IsGreyed(const User& user, int id)
-{
-    return (GetMenuState(GetMenu(user.Frame()), static_cast<UINT>(id), MF_BYCOMMAND) & MF_GRAYED) != 0;
 }
 
 std::wstring MenuText(HMENU menu, UINT position)
@@ -119,11 +110,7 @@ TEST_F(FrameCommands, AToolBarButtonCarriesItsCommandOut)
 {
     const Outcome outcome = RunEdit(interpreter, Text(u"abc"), [](User& user) {
         user.Type(u"x");
-        RECT place{};
-        const LRESULT index = SendMessageW(ToolBarOf(user), TB_COMMANDTOINDEX, Save, 0);
-        SendMessageW(ToolBarOf(user), TB_GETITEMRECT, static_cast<WPARAM>(index),
-                     reinterpret_cast<LPARAM>(&place));
-        user.Click(ToolBarOf(user), (place.left + place.right) / 2, (place.top + place.bottom) / 2);
+        PressTool(user, Save);
         user.Expect(user.StatusText() == u"Data saved", "the array is saved");
     });
     ASSERT_TRUE(outcome.edit.hasResult);
@@ -231,30 +218,79 @@ TEST_F(FrameCommands, LargeIconsMakeALargerBar)
 TEST_F(FrameCommands, AGreyedCommandDoesNothingByAnyRoad)
 {
     const Outcome outcome = RunEdit(interpreter, Text(u"abc"), [](User& user) {
-        EnableMenuItem(GetMenu(user.Frame()), Save, MF_GRAYED);
         user.Type(u"x");
+        EnableMenuItem(GetMenu(user.Frame()), Save, MF_GRAYED);
         user.Command(Save);
         user.Key('S', {VK_CONTROL});
+        PressTool(user, Save);
+        user.Expect(!ChooseFromMenuBar(user, Save), "nor can it be chosen");
         user.Expect(user.StatusText() != u"Data saved", "nothing was saved");
+        EnableMenuItem(GetMenu(user.Frame()), Save, MF_ENABLED);
+        PressTool(user, Save);
+        user.Expect(user.StatusText() == u"Data saved", "the tool does it when it is offered");
     });
-    EXPECT_FALSE(outcome.edit.hasResult && !outcome.edit.unchanged);
+    ASSERT_TRUE(outcome.edit.hasResult);
+    EXPECT_EQ(TextOfArray(outcome.edit.result), u"xabc");
+}
+
+TEST_F(FrameCommands, AGreyedToolDoesNothing)
+{
+    constexpr int Transpose = 4616;
+    constexpr int UndoArray = 4204;
+    RunEdit(interpreter, NestedArray({2}, {Text(u"abc"), Text(u"de")}), [](User& user) {
+        const std::vector<std::uint8_t> before = TreeImage(user);
+        for (const int id : {Transpose, UndoArray}) {
+            user.Expect(SendMessageW(ToolBarOf(user), TB_ISBUTTONENABLED, static_cast<WPARAM>(id), 0) == 0,
+                        "the button is grey");
+            PressTool(user, id);
+        }
+        user.Expect(TreeImage(user) == before, "the array is as it was");
+        user.Expect(user.PickIndex() == u" ", "and so is the selection");
+    });
+}
+
+// The commands of the menu bar for which there are tools.
+std::vector<int> CommandsWithTools(const User& user)
+{
+    std::vector<int> commands;
+    const LRESULT count = SendMessageW(ToolBarOf(user), TB_BUTTONCOUNT, 0, 0);
+    for (LRESULT i = 0; i < count; ++i) {
+        TBBUTTON button{};
+        SendMessageW(ToolBarOf(user), TB_GETBUTTON, static_cast<WPARAM>(i),
+                     reinterpret_cast<LPARAM>(&button));
+        const auto id = static_cast<UINT>(button.idCommand);
+        const bool isSeparator = (button.fsStyle & BTNS_SEP) != 0;
+        if (!isSeparator && GetMenuState(GetMenu(user.Frame()), id, MF_BYCOMMAND) != UINT_MAX)
+            commands.push_back(button.idCommand);
+    }
+    return commands;
 }
 
 TEST_F(FrameCommands, MenuAndToolBarAgreeOnWhatIsGreyed)
 {
-    RunEdit(
-        interpreter, NestedArray({2}, {Text(u"abc"), NumericArray({2, 2}, {1, 2, 3, 4})}), [](User& user) {
-            for (int step = 0; step < 3; ++step) {
-                for (const int id : {4201, 4203, 4204, 4605, 4604, 4606, 4607, 4609, 4616, 4628, 4619, 4621,
-                                     4701, 4703, 4705}) {
+    const Array argument = NestedArray(
+        {3}, {Text(u"abc"), NumericArray({2, 2}, {1, 2, 3, 4}), NestedArray({2}, {Text(u"b"), Text(u"a")})});
+    RunEdit(interpreter, argument, [](User& user) {
+        const std::vector<int> commands = CommandsWithTools(user);
+        user.Expect(commands.size() == 34, "every tool has its place in the menus");
+        std::size_t greyed = 0;
+        for (const bool changed : {false, true}) {
+            for (int step = 0; step < 6; ++step) {
+                for (const int id : commands) {
                     const bool enabled =
                         SendMessageW(ToolBarOf(user), TB_ISBUTTONENABLED, static_cast<WPARAM>(id), 0) != 0;
-                    user.Expect(enabled == !IsGreyed(user, id), "menu and button agree");
+                    const bool isGreyed = IsGrayed(GetMenu(user.Frame()), id);
+                    user.Expect(enabled != isGreyed,
+                                ("menu and button agree on " + std::to_string(id)).c_str());
+                    if (isGreyed) ++greyed;
                 }
                 user.Key(VK_TAB);
             }
-            user.Expect(IsGreyed(user, 4628), "nothing here has three axes");
-        });
+            user.Expect(greyed > 0, "some things cannot be done");
+            if (!changed) user.Command(4614); // now something can be undone
+        }
+        user.Expect(IsGrayed(GetMenu(user.Frame()), 4628), "nothing here has three axes");
+    });
 }
 
 TEST_F(FrameCommands, AboutNamesProgramVersionAndSupportAndClosesByEscape)
