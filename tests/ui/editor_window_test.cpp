@@ -457,6 +457,30 @@ TEST_F(EditorWindow, DoesWhatItsMenuOffers)
     Expect(outcome, Matrix({U"q"}));
 }
 
+TEST_F(EditorWindow, ItsMenuCutsCopiesAndPastesArrays)
+{
+    const Array three = NestedArray({3}, {Text(u"ab"), NumericArray({2}, {1, 2}), Text(u"ef")});
+    const Outcome outcome = RunEdit(interpreter, three, [](User& user) {
+        ClearClipboard();
+        SelectIndex(user, u"1");
+        user.Key(VK_RIGHT, {VK_SHIFT}); // the selected text is no part of it
+        user.Expect(ChooseFromEditorMenu(user, 4202), "Copy array is offered");
+        user.ExpectEqual(user.ClipboardText(), u"ab", "the whole array is copied");
+        SelectIndex(user, u"2");
+        user.Expect(ChooseFromEditorMenu(user, 4203), "Paste array is offered");
+        user.ExpectEqual(TextIn(user), u"ab", "the array has taken the place of the other");
+        ClearClipboard();
+        SelectIndex(user, u"3");
+        user.Expect(ChooseFromEditorMenu(user, 4201), "Cut array is offered");
+        user.ExpectEqual(user.ClipboardText(), u"ef", "cut is copied");
+        user.Expect(SelectIndex(user, u"3") != 0, "there is no third item any more");
+        user.Command(SaveAndClose);
+    });
+    ASSERT_TRUE(outcome.edit.hasResult);
+    const Array two = NestedArray({2}, {Text(u"ab"), Text(u"ab")});
+    EXPECT_TRUE(SameValues(outcome.edit.result, two)) << Dump(outcome.edit.result);
+}
+
 TEST_F(EditorWindow, GreysWhatItsMenuCannotDo)
 {
     RunEdit(interpreter, MatrixItem(Letters()), [](User& user) {
