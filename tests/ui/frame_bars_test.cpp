@@ -6,6 +6,7 @@
 #include <commctrl.h>
 
 #include "ui/driver.h"
+#include "ui/system_colors.h"
 
 namespace vantrel::ui {
 namespace {
@@ -472,32 +473,6 @@ TEST_F(FrameBars, AClickOnTheStatusBarShowsTheInformationAndAnotherHidesIt)
         user.Expect(Information(user) == nullptr, "it goes when the keyboard goes elsewhere");
     });
 }
-
-// System colours for as long as it lives.
-class SystemColors {
-public:
-    SystemColors(std::initializer_list<std::pair<int, COLORREF>> colors)
-    {
-        for (const auto& [element, color] : colors) {
-            elements_.push_back(element);
-            before_.push_back(GetSysColor(element));
-            now_.push_back(color);
-        }
-        Set(now_);
-    }
-    ~SystemColors() { Set(before_); }
-    SystemColors(const SystemColors&) = delete;
-    SystemColors& operator=(const SystemColors&) = delete;
-
-private:
-    void Set(const std::vector<COLORREF>& colors)
-    {
-        SetSysColors(static_cast<int>(elements_.size()), elements_.data(), colors.data());
-    }
-    std::vector<int> elements_;
-    std::vector<COLORREF> before_;
-    std::vector<COLORREF> now_;
-};
 
 TEST_F(FrameBars, WhiteOnBlackIsLegibleInEveryBar)
 {
