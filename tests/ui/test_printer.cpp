@@ -135,6 +135,11 @@ std::string TestPrinter::Output() const
     return {};
 }
 
+std::string TestPrinter::OutputNow() const
+{
+    return ReadFile(output_);
+}
+
 int CountPages(const std::string& postScript)
 {
     int pages = 0;

@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <string>
+#include <vector>
 
 namespace vantrel::ui {
 
@@ -18,6 +19,8 @@ public:
     [[nodiscard]] bool IsThere() const { return printer_ != nullptr; }
     // What was printed last, complete once the printer has written its end mark; empty when nothing came in time.
     [[nodiscard]] std::string Output() const;
+    // What there is of it now.
+    [[nodiscard]] std::string OutputNow() const;
     [[nodiscard]] const std::wstring& OutputFile() const { return output_; }
 
 private:
@@ -28,5 +31,11 @@ private:
 
 // Pages of a PostScript document.
 [[nodiscard]] int CountPages(const std::string& postScript);
+
+// The lines of text on a page from top to bottom, each from left to right.
+using PrintedLines = std::vector<std::string>;
+// What can be read on each page of a PostScript document whose characters are all of the font's face. Characters that begin outside of what
+// is clipped, and those beyond ASCII, are left out.
+[[nodiscard]] std::vector<PrintedLines> ReadPages(const std::string& postScript, HFONT font);
 
 } // namespace vantrel::ui
