@@ -40,7 +40,8 @@ if(unit_sources)
   if(WIN32)
     # Presentation that needs no window.
     target_sources(unit_tests PRIVATE src/tools/win/library_path.cpp src/entry/win/debug_channel.cpp
-      src/tools/win/fonts.cpp src/tools/win/help.cpp src/tools/win/options.cpp src/tools/win/window.cpp)
+      src/tools/win/fonts.cpp src/tools/win/help.cpp src/tools/win/options.cpp
+      src/tools/win/scroll_bars.cpp src/tools/win/window.cpp)
     target_link_libraries(unit_tests PRIVATE comctl32 comdlg32 gdi32 htmlhelp user32 shlwapi advapi32)
   endif()
   if(NOT CMAKE_CROSSCOMPILING)
@@ -55,7 +56,7 @@ if(WIN32 AND ui_sources AND TARGET vantrel)
   vantrel_test_program(ui_tests)
   target_include_directories(ui_tests PRIVATE tests)
   target_link_libraries(ui_tests PRIVATE fake_hosts vantrel_json GTest::gtest GTest::gtest_main
-    comctl32 gdi32 user32 uxtheme gdiplus shell32 shlwapi advapi32 ole32 winspool)
+    comctl32 gdi32 user32 uxtheme gdiplus shell32 shlwapi advapi32 ole32 version winspool)
   add_dependencies(ui_tests vantrel fake_libmx fake_libmex)
   if(TARGET workbench_logic)
     target_link_libraries(ui_tests PRIVATE workbench_logic)
