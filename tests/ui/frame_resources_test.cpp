@@ -366,5 +366,62 @@ TEST(FrameResources, TheToolBarHasItsButtonsLabelsAndTipsInOrder)
     });
 }
 
+std::vector<std::uint8_t> VersionOfTheLibrary()
+{
+    wchar_t path[MAX_PATH] = {};
+    GetModuleFileNameW(Module(), path, MAX_PATH);
+    DWORD handle = 0;
+    std::vector<std::uint8_t> block(GetFileVersionInfoSizeW(path, &handle));
+    const auto size = static_cast<DWORD>(block.size());
+    if (block.empty() || !GetFileVersionInfoW(path, 0, size, block.data())) return {};
+    return block;
+}
+
+TEST(FrameResources, TheVersionIsTheOneThatAboutNames)
+{
+    const std::vector<std::uint8_t> block = VersionOfTheLibrary();
+    ASSERT_FALSE(block.empty());
+    void* found = nullptr;
+    UINT length = 0;
+    ASSERT_TRUE(VerQueryValueW(block.data(), L"\\", &found, &length));
+    ASSERT_EQ(length, sizeof(VS_FIXEDFILEINFO));
+    const auto& fixed = *static_cast<const VS_FIXEDFILEINFO*>(found);
+    EXPECT_EQ(fixed.dwSignature, 0xFEEF04BDu);
+    EXPECT_EQ(fixed.dwFileVersionMS, 0x00010001u);
+    EXPECT_EQ(fixed.dwFileVersionLS, 92u);
+    EXPECT_EQ(fixed.dwProductVersionMS, 0x00010001u);
+    EXPECT_EQ(fixed.dwProductVersionLS, 92u);
+    EXPECT_EQ(fixed.dwFileFlags & fixed.dwFileFlagsMask, 0u);
+    EXPECT_EQ(fixed.dwFileOS, static_cast<DWORD>(VOS_NT_WINDOWS32));
+    EXPECT_EQ(fixed.dwFileType, static_cast<DWORD>(VFT_DLL));
+}
+
+TEST(FrameResources, TheFilesPropertiesNameTheProduct)
+{
+    const std::pair<const wchar_t*, const wchar_t*> expected[] = {
+        {L"CompanyName", L"Quillmoor"},
+        {L"FileDescription", L"Vantrel"},
+        {L"FileVersion", L"1.1.0.92"},
+        {L"InternalName", L"vantrel"},
+        {L"LegalCopyright", L"Copyright © 2026 Quillmoor"},
+        {L"OriginalFilename", L"vantrel.dll"},
+        {L"ProductName", L"Vantrel"},
+        {L"ProductVersion", L"1.1.0.92"},
+    };
+    const std::vector<std::uint8_t> block = VersionOfTheLibrary();
+    ASSERT_FALSE(block.empty());
+    void* found = nullptr;
+    UINT length = 0;
+    ASSERT_TRUE(VerQueryValueW(block.data(), L"\\VarFileInfo\\Translation", &found, &length));
+    ASSERT_EQ(length, sizeof(DWORD));
+    EXPECT_EQ(*static_cast<const DWORD*>(found), 0x04B00409u) << "American English in UTF-16";
+    for (const auto& [name, text] : expected) {
+        const std::wstring path = std::wstring(L"\\StringFileInfo\\040904B0\\") + name;
+        ASSERT_TRUE(VerQueryValueW(block.data(), path.c_str(), &found, &length))
+            << testing::PrintToString(path);
+        EXPECT_STREQ(static_cast<const wchar_t*>(found), text);
+    }
+}
+
 } // namespace
 } // namespace vantrel::ui
