@@ -90,7 +90,6 @@ struct View {
     Scdr* root = nullptr; // owned
     Scdr* top = nullptr;  // displayed top node: the root, or the maximised node
     ScrollRecord scroll;  // the window's own scroll bars
-    std::int32_t spaceWidth = 0;
     bool editorActive = false; // an edit window is shown over the selected node
     bool errorShown = false;   // the status bar says what went wrong in the present command
     std::uint8_t flags = 0;    // ViewFlag

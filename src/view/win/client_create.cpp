@@ -189,7 +189,6 @@ void OnSetFont(ClientWindow& client, HFONT font)
     view.edit.averageCharWidth = metrics.averageCharWidth;
     view.edit.lineHeight = metrics.lineHeight;
     client.measurer.Open(font, view.edit.widths);
-    view.spaceWidth = view.edit.widths.CharWidth(u' ');
     for (const HWND edit : {client.scalarEdit, client.spareEdit, client.arrayEdit})
         CopyFontToWindow(edit, font);
     LayOutAgain(view, true);

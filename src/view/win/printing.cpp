@@ -272,7 +272,6 @@ void UseFont(View& view, HWND window, HFONT font, FontMeasurer& measurer)
     view.edit.averageCharWidth = metrics.averageCharWidth;
     view.edit.lineHeight = metrics.lineHeight;
     measurer.Open(font, view.edit.widths);
-    view.spaceWidth = view.edit.widths.CharWidth(u' ');
 }
 
 void UseMeasures(View& view, const View& shown, const Resolution& dots) noexcept
