@@ -228,7 +228,7 @@ FontMetrics GetFontMetrics(HWND window, HFONT font) noexcept
     TEXTMETRICW metrics{};
     GetTextMetricsW(dc, &metrics);
     return {static_cast<std::int32_t>(metrics.tmHeight + metrics.tmExternalLeading),
-            static_cast<std::int32_t>(metrics.tmAveCharWidth), IsFixedPitch(dc, metrics)};
+            static_cast<std::int32_t>(metrics.tmAveCharWidth)};
 }
 
 void FontMeasurer::Open(HFONT font, CharWidths& widths)

@@ -41,7 +41,6 @@ private:
 struct FontMetrics {
     std::int32_t lineHeight = 0; // tmHeight + tmExternalLeading
     std::int32_t averageCharWidth = 0;
-    bool fixedPitch = false;
 };
 [[nodiscard]] FontMetrics GetFontMetrics(HWND window, HFONT font) noexcept;
 
