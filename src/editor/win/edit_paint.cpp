@@ -87,13 +87,10 @@ void FillMargin(Painter& painter, const Rect64& area) noexcept
 void DrawFrame(Painter& painter) noexcept
 {
     const RECT client = ToRect(painter.edit.client);
-    const HPEN pen = CreatePen(PS_SOLID, 1, BorderColor);
-    {
-        const SelectedObject selectedPen(painter.dc, pen);
-        const SelectedObject selectedBrush(painter.dc, GetStockObject(NULL_BRUSH));
-        Rectangle(painter.dc, client.left, client.top, client.right, client.bottom);
-    }
-    DeleteObject(pen);
+    const OwnPen pen(1, BorderColor);
+    const SelectedObject selectedPen(painter.dc, pen.Get());
+    const SelectedObject selectedBrush(painter.dc, GetStockObject(NULL_BRUSH));
+    Rectangle(painter.dc, client.left, client.top, client.right, client.bottom);
 }
 
 void DrawRuler(Painter& painter)

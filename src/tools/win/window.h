@@ -44,6 +44,19 @@ private:
     HGDIOBJ previous_;
 };
 
+// A pen that lives as long as the guard.
+class OwnPen {
+public:
+    OwnPen(int width, COLORREF color) noexcept : pen_(CreatePen(PS_SOLID, width, color)) {}
+    ~OwnPen() { DeleteObject(pen_); }
+    OwnPen(const OwnPen&) = delete;
+    OwnPen& operator=(const OwnPen&) = delete;
+    [[nodiscard]] HPEN Get() const noexcept { return pen_; }
+
+private:
+    HPEN pen_;
+};
+
 // A window's device context, released at the end.
 class WindowDc {
 public:

@@ -317,12 +317,11 @@ std::int32_t PrintTree(ClientWindow& client, HDC printer, const RECT& margins)
     const PagePlan plan{Moved(onPaper.header, dx, dy), Moved(onPaper.body, dx, dy),
                         Moved(onPaper.footer, dx, dy)};
     const Size64 page{plan.body.right - plan.body.left, plan.body.bottom - plan.body.top};
-    const HPEN pen = CreatePen(PS_SOLID, std::max(dots.x / (2 * LinesInPoints), 1), RGB(0, 0, 0));
-    PrintJob job{printer, print.view, font.Get(), headerFont.Get(), pen, plan, {}, TitleOf(client.window)};
+    const OwnPen pen(std::max(dots.x / (2 * LinesInPoints), 1), RGB(0, 0, 0));
+    PrintJob job{printer,   print.view, font.Get(), headerFont.Get(),
+                 pen.Get(), plan,       {},         TitleOf(client.window)};
     job.pages = CutArrayIntoPages(print.view, page);
-    const std::int32_t result = PrintDocument(job);
-    DeleteObject(pen);
-    return result;
+    return PrintDocument(job);
 }
 
 } // namespace
