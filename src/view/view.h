@@ -1,6 +1,6 @@
 // The array view's record: the tree on show, the selection, the font's measures and the options.
 //
-// The logic of this room (layout, hit_test, navigation, selection, commit, pick_index) works on this record and reaches the screen only
+// The logic of this room (layout, hit_test, selection, commands, commit, undo, find) works on this record and reaches the screen only
 // through `ViewEffects`. `view/win/client` owns the record, fills the table and unpacks window messages; tests fill the
 // table with recorders.
 //

@@ -5,7 +5,7 @@
 
 namespace vantrel {
 
-// True on success. Registration also loads the carried font; unregistration releases it and shuts GDI+ down.
+// True on success. Registration also loads the carried font; unregistration releases it.
 bool RegisterFrameClass();
 void UnregisterFrameClass();
 
