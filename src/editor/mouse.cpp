@@ -5,11 +5,6 @@ namespace vantrel {
 
 namespace {
 
-bool Contains(const Rect64& area, Point64 point) noexcept
-{
-    return point.x >= area.left && point.x < area.right && point.y >= area.top && point.y < area.bottom;
-}
-
 bool IsBefore(EditCaret a, EditCaret b) noexcept
 {
     return a.line != b.line ? a.line < b.line : a.column < b.column;
@@ -87,7 +82,7 @@ Text SelectedText(const EditWindow& window, const EditSelection& range)
 bool PressMouse(EditWindow& window, const MousePress& press)
 {
     const TraceScope trace("mouse.cpp", "PressMouse");
-    if (!Contains(window.text, press.point)) return false;
+    if (!Holds(window.text, press.point)) return false;
     const EditCaret caret = PositionToCaret(window, press.point);
     window.dragText = window.selecting = false;
     window.pressed = window.view->node;

@@ -77,7 +77,7 @@ void UpdateShownBar(ScrollRecord& scroll, ScrollAxis axis, bool shown)
 
 Rect64 Inset(const Rect64& client) noexcept
 {
-    return {client.left + Rim, client.top + Rim, client.right - Rim, client.bottom - Rim};
+    return Shrunk(client, Rim, Rim);
 }
 
 } // namespace

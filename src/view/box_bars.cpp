@@ -47,11 +47,6 @@ std::int64_t Along(const BoxBar& bar, const Point64& point) noexcept
     return bar.axis == ScrollAxis::Horizontal ? point.x - bar.rect.left : point.y - bar.rect.top;
 }
 
-bool Holds(const Rect64& rect, const Point64& point) noexcept
-{
-    return point.x >= rect.left && point.x < rect.right && point.y >= rect.top && point.y < rect.bottom;
-}
-
 // Boxes whose bars are in sight and not covered.
 bool ShowsBars(const View& view, const Scdr& node) noexcept
 {

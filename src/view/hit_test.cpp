@@ -7,15 +7,11 @@
 namespace vantrel {
 namespace {
 
-Rect64 Shrink(const Rect64& rectangle, std::int64_t by) noexcept
+// Where a box takes the mouse: its margins belong to what lies around it.
+bool IsOnBox(const View& view, const Scdr& node, const Point64& point) noexcept
 {
-    return {rectangle.left + by, rectangle.top + by, rectangle.right - by, rectangle.bottom - by};
-}
-
-bool IsPointIn(const Rect64& rectangle, const Point64& point) noexcept
-{
-    return point.x >= rectangle.left && point.x < rectangle.right && point.y >= rectangle.top &&
-           point.y < rectangle.bottom;
+    const std::int64_t margin = view.metrics.margin;
+    return Holds(Shrunk(NodeRect(node), margin, margin), point);
 }
 
 // The first item, in item order, whose box holds the point.
@@ -25,7 +21,7 @@ Scdr* HitItem(const View& view, const Scdr& node, const Point64& point) noexcept
     for (std::int64_t row = visible.firstRow; row < visible.endRow; ++row) {
         for (std::int64_t column = visible.firstColumn; column < visible.endColumn; ++column) {
             Scdr* item = Children(node)[visible.planeStart + row * visible.columns + column];
-            if (IsPointIn(Shrink(NodeRect(*item), view.metrics.margin), point)) return item;
+            if (IsOnBox(view, *item, point)) return item;
         }
     }
     return nullptr;
@@ -36,7 +32,7 @@ Rect64 TextRectangle(std::int64_t margin, const Scdr& node, std::int64_t width, 
     const bool thinFrame = IsSimple(node) && node.Rank == 0;
     const std::int64_t shrink = thinFrame ? margin + 1 : margin;
     const Point64 origin = OriginOf(node);
-    return Shrink({origin.x, origin.y, origin.x + width, origin.y + height}, shrink);
+    return Shrunk({origin.x, origin.y, origin.x + width, origin.y + height}, shrink, shrink);
 }
 
 } // namespace
@@ -46,8 +42,7 @@ Scdr* HitTestScdr(const View& view, Scdr& node, Point64 point, std::int64_t dx, 
     TraceScope trace("hit_test.cpp", "HitTestScdr");
     point.x -= dx;
     point.y -= dy;
-    if (!IsPointIn(Shrink(NodeRect(node), view.metrics.margin), point) || !IsNodeInShownPlanes(node))
-        return nullptr;
+    if (!IsOnBox(view, node, point) || !IsNodeInShownPlanes(node)) return nullptr;
     Scdr* hit = &node;
     while (!IsSimple(*hit) && (hit->Flags & FlagMinimized) == 0) {
         Scdr* item = HitItem(view, *hit, point);

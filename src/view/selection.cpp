@@ -12,25 +12,10 @@
 namespace vantrel {
 namespace {
 
-Rect64 Move(const Rect64& rectangle, std::int64_t dx, std::int64_t dy) noexcept
-{
-    return {rectangle.left + dx, rectangle.top + dy, rectangle.right + dx, rectangle.bottom + dy};
-}
-
-Rect64 ToWindow(const View& view, const Rect64& rectangle) noexcept
-{
-    return Move(rectangle, -view.scroll.horizontal.position, -view.scroll.vertical.position);
-}
-
 bool IsInside(const Rect64& inner, const Rect64& outer) noexcept
 {
     return inner.left >= outer.left && inner.top >= outer.top && inner.right <= outer.right &&
            inner.bottom <= outer.bottom;
-}
-
-bool DoMeet(const Rect64& a, const Rect64& b) noexcept
-{
-    return a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom;
 }
 
 // The way that brings low .. high into clientLow .. clientHigh; the low end wins when both do not fit.
@@ -45,11 +30,9 @@ std::int64_t ScrollDistance(std::int64_t low, std::int64_t high, std::int64_t cl
 // The selected node's rectangle where it must be scrolled into sight; false when it stands well.
 bool FindHiddenSelection(const View& view, const Rect64& client, Rect64& selection) noexcept
 {
-    selection = ToWindow(view, NodeRect(*Selected(view)));
+    selection = InWindow(view, NodeRect(*Selected(view)));
     if (!view.options.wholeCell) {
-        const std::int64_t margin = view.metrics.margin;
-        selection = {selection.left + margin, selection.top + margin, selection.right - margin,
-                     selection.bottom - margin};
+        selection = Shrunk(selection, view.metrics.margin, view.metrics.margin);
         if (DoMeet(selection, client)) return false;
     }
     return !IsInside(selection, client);
@@ -68,7 +51,7 @@ bool ScrollSelectionIntoSight(View& view)
     SelectPlane(view, *node);
     if (IsMaximized(*node)) return false;
     const Rect64 client{0, 0, view.metrics.client.width, view.metrics.client.height};
-    if (IsInside(ToWindow(view, NodeRect(*view.top)), client)) {
+    if (IsInside(InWindow(view, NodeRect(*view.top)), client)) {
         ChangeScrollPositions(view.scroll, ScrollToStart, ScrollToStart);
         return false;
     }
@@ -148,7 +131,7 @@ void EditResize(View& view)
         view.effects.placeEditor(view, nullptr);
         return;
     }
-    const Rect64 place = ToWindow(view, GetEditRectangle(view.metrics.margin, *node));
+    const Rect64 place = InWindow(view, GetEditRectangle(view.metrics.margin, *node));
     view.effects.placeEditor(view, &place);
 }
 

@@ -87,9 +87,9 @@ struct View {
     ViewEffects effects{};
     ViewMetrics metrics;
     ViewOptions options;
-    Scdr* root = nullptr; // owned
-    Scdr* top = nullptr;  // displayed top node: the root, or the maximised node
-    ScrollRecord scroll;  // the window's own scroll bars
+    Scdr* root = nullptr;      // owned
+    Scdr* top = nullptr;       // displayed top node: the root, or the maximised node
+    ScrollRecord scroll;       // the window's own scroll bars
     bool editorActive = false; // an edit window is shown over the selected node
     bool errorShown = false;   // the status bar says what went wrong in the present command
     std::uint8_t flags = 0;    // ViewFlag
@@ -103,6 +103,11 @@ struct View {
 [[nodiscard]] inline Scdr* Selected(const View& view) noexcept
 {
     return view.edit.node;
+}
+// Layout space to window coordinates.
+[[nodiscard]] inline Rect64 InWindow(const View& view, const Rect64& rect) noexcept
+{
+    return Moved(rect, -view.scroll.horizontal.position, -view.scroll.vertical.position);
 }
 [[nodiscard]] inline std::int64_t MinimisedSize(const View& view) noexcept
 {

@@ -106,21 +106,12 @@ void OnDoubleClick(ClientWindow& client, Scdr& hit)
     if ((maximized ? RestoreScdr(view) : MaximizeScdr(view)) == 0) SetScdrFocus(view);
 }
 
-bool IsInside(const Rect64& rect, POINT point) noexcept
-{
-    return point.x >= rect.left && point.x < rect.right && point.y >= rect.top && point.y < rect.bottom;
-}
-
 bool IsOverText(const View& view, POINT point) noexcept
 {
     const Scdr& hit = NodeAt(view, point);
     if (!IsSimple(hit) || IsMinimized(hit)) return false;
-    Rect64 area = GetEditRectangle(view.metrics.margin, hit);
-    area.left -= view.scroll.horizontal.position;
-    area.right -= view.scroll.horizontal.position;
-    area.top -= view.scroll.vertical.position;
-    area.bottom -= view.scroll.vertical.position;
-    return IsInside(area, point) && !IsOnBoxBars(view, hit, InLayout(view, point));
+    const Point64 place = InLayout(view, point);
+    return Holds(GetEditRectangle(view.metrics.margin, hit), place) && !IsOnBoxBars(view, hit, place);
 }
 
 const wchar_t* CursorFor(const ClientWindow& client) noexcept

@@ -92,12 +92,6 @@ void MarkSelection(const ClientWindow& client, HDC dc)
     DrawOutline(dc, MarkOf(client.view, *node, 1));
 }
 
-bool Meets(const Rect64& rect, const RECT& other) noexcept
-{
-    return rect.left < other.right && rect.right > other.left && rect.top < other.bottom &&
-           rect.bottom > other.top;
-}
-
 // Where a walk stands among a node's items. The walk keeps its own stack, since arrays may be nested deeper than the interpreter's.
 struct WalkLevel {
     Scdr* node;
@@ -134,28 +128,15 @@ RECT DrawableRect(const Rect64& rect) noexcept
     return {pixel(rect.left), pixel(rect.top), pixel(rect.right), pixel(rect.bottom)};
 }
 
-Rect64 InWindow(const View& view, const Rect64& rect) noexcept
-{
-    const std::int64_t x = view.scroll.horizontal.position;
-    const std::int64_t y = view.scroll.vertical.position;
-    return {rect.left - x, rect.top - y, rect.right - x, rect.bottom - y};
-}
-
-Rect64 Shrunk(const Rect64& rect, std::int64_t dx, std::int64_t dy) noexcept
-{
-    return {rect.left + dx, rect.top + dy, rect.right - dx, rect.bottom - dy};
-}
-
 void ForEachVisibleNode(View& view, const RECT& client,
                         bool (*visit)(void* state, Scdr& node, const Rect64& box), void* state)
 {
     if (view.top == nullptr || !IsLaidOut(*view.top)) return;
-    const std::int64_t x = view.scroll.horizontal.position;
-    const std::int64_t y = view.scroll.vertical.position;
-    const Rect64 range{client.left + x, client.top + y, client.right + x, client.bottom + y};
+    const Rect64 range = Moved({client.left, client.top, client.right, client.bottom},
+                               view.scroll.horizontal.position, view.scroll.vertical.position);
     const auto goesOn = [&](Scdr& node) {
-        const Rect64 box = InWindow(view, NodeRect(node));
-        return Meets(box, client) && visit(state, node, box) && !IsSimple(node);
+        const Rect64 box = NodeRect(node);
+        return DoMeet(box, range) && visit(state, node, InWindow(view, box)) && !IsSimple(node);
     };
     Vector<WalkLevel> levels;
     if (goesOn(*view.top)) levels.push_back(EnterNode(view, *view.top, range));

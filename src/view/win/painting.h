@@ -28,9 +28,6 @@ void HdcTearDown(PaintTarget& target);
 
 // Window coordinates for drawing: far outside the client area, where nothing is seen, they are cut to what the system can draw.
 [[nodiscard]] RECT DrawableRect(const Rect64& rect) noexcept;
-// Layout space to window coordinates.
-[[nodiscard]] Rect64 InWindow(const View& view, const Rect64& rect) noexcept;
-[[nodiscard]] Rect64 Shrunk(const Rect64& rect, std::int64_t dx, std::int64_t dy) noexcept;
 
 // The colours of a simple array's panel: a COLOR_ index and a colour.
 struct ArrayColors {

@@ -102,11 +102,6 @@ RECT ToRect(const Rect64& rect) noexcept
             static_cast<LONG>(rect.bottom)};
 }
 
-Rect64 Moved(const Rect64& rect, std::int64_t dx, std::int64_t dy) noexcept
-{
-    return {rect.left + dx, rect.top + dy, rect.right + dx, rect.bottom + dy};
-}
-
 // --- one box ---
 
 void DrawFrame(const PrintJob& job, const Rect64& frame)
