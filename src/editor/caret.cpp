@@ -42,11 +42,6 @@ void PlaceCaret(EditWindow& window, EditCaret caret)
     DrawCaret(window);
 }
 
-bool Precedes(EditCaret a, EditCaret b) noexcept
-{
-    return a.line != b.line ? a.line < b.line : a.column < b.column;
-}
-
 } // namespace
 
 EditCaret CaretOf(const EditWindow& window) noexcept

@@ -22,6 +22,10 @@ struct EditCaret {
     std::int64_t line = 0;
     friend bool operator==(const EditCaret&, const EditCaret&) = default;
 };
+[[nodiscard]] constexpr bool Precedes(EditCaret a, EditCaret b) noexcept
+{
+    return a.line != b.line ? a.line < b.line : a.column < b.column;
+}
 
 // Normalised: the start never lies behind the end.
 struct EditSelection {

@@ -5,15 +5,10 @@ namespace vantrel {
 
 namespace {
 
-bool IsBefore(EditCaret a, EditCaret b) noexcept
-{
-    return a.line != b.line ? a.line < b.line : a.column < b.column;
-}
-
 // Both ends count as inside.
 bool LiesInside(const EditSelection& selection, EditCaret caret) noexcept
 {
-    return !IsBefore(caret, selection.start) && !IsBefore(selection.end, caret);
+    return !Precedes(caret, selection.start) && !Precedes(selection.end, caret);
 }
 
 void SelectTo(EditWindow& window, EditCaret caret)
@@ -63,7 +58,7 @@ std::int32_t DeleteRange(EditWindow& window, const EditSelection& range, bool fi
 // What lies later in the text is changed first, so that places before it stay true.
 std::int32_t MoveText(EditWindow& window, const EditSelection& range, EditCaret target, const Text& text)
 {
-    if (IsBefore(target, range.start)) {
+    if (Precedes(target, range.start)) {
         const std::int32_t deleted = DeleteMarked(window, true);
         return deleted != 0 ? deleted : InsertAt(window, target, text, false);
     }
