@@ -49,19 +49,14 @@ void Beep(EditWindow&, EditBeep kind)
     MessageBeep(kind == EditBeep::Asterisk ? MB_ICONASTERISK : MB_ICONEXCLAMATION);
 }
 
-bool IsDown(int key) noexcept
-{
-    return GetKeyState(key) < 0;
-}
-
 KeyStates ReadKeyStates(EditWindow&)
 {
     KeyStates states;
-    states.shift = IsDown(VK_SHIFT);
-    states.control = IsDown(VK_CONTROL);
-    states.alt = IsDown(VK_MENU);
-    states.rightControl = IsDown(VK_RCONTROL);
-    states.rightAlt = IsDown(VK_RMENU);
+    states.shift = IsKeyDown(VK_SHIFT);
+    states.control = IsKeyDown(VK_CONTROL);
+    states.alt = IsKeyDown(VK_MENU);
+    states.rightControl = IsKeyDown(VK_RCONTROL);
+    states.rightAlt = IsKeyDown(VK_RMENU);
     states.insertToggled = (GetKeyState(VK_INSERT) & 1) != 0;
     return states;
 }

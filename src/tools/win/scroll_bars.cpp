@@ -5,6 +5,7 @@
 
 #include "entry/trace.h"
 #include "tools/win/fonts.h"
+#include "tools/win/window.h"
 
 namespace vantrel {
 
@@ -118,7 +119,7 @@ bool OnMouseWheel(ScrollRecord& record, std::uint32_t keys, std::int32_t delta, 
                   std::int64_t lineHeight) noexcept
 {
     const TraceScope trace("scroll_bars.cpp", "OnMouseWheel");
-    if ((keys & (MK_LBUTTON | MK_RBUTTON | MK_MBUTTON)) != 0 || GetKeyState(VK_MENU) < 0) return false;
+    if ((keys & (MK_LBUTTON | MK_RBUTTON | MK_MBUTTON)) != 0 || IsKeyDown(VK_MENU)) return false;
     if ((keys & MK_CONTROL) != 0) {
         if ((keys & MK_SHIFT) == 0) ChangeFontSize(record.window, delta);
         return false;

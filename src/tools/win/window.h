@@ -1,4 +1,4 @@
-// Small helpers over windows, menus, strings and device contexts.
+// Small helpers over windows, menus, keys, strings and device contexts.
 #pragma once
 
 #include <windows.h>
@@ -30,6 +30,11 @@ void SendWmSize(HWND window) noexcept;
 [[nodiscard]] HWND GetTopWindowOf(HWND window) noexcept;
 void SetForegroundWindowForce(HWND window) noexcept;
 [[nodiscard]] bool IsMenuItemDisabled(HMENU menu, UINT id) noexcept;
+// As of the message that is being handled.
+[[nodiscard]] inline bool IsKeyDown(int key) noexcept
+{
+    return GetKeyState(key) < 0;
+}
 
 // Selects an object for as long as the guard lives.
 class SelectedObject {

@@ -30,14 +30,9 @@ constexpr std::uint32_t KeysTopic = 102; // of the help file
 constexpr std::int32_t ShiftModifier = 1;
 constexpr std::int32_t CtrlModifier = 2;
 
-bool IsDown(int key) noexcept
-{
-    return GetKeyState(key) < 0;
-}
-
 std::int32_t Modifiers() noexcept
 {
-    return (IsDown(VK_SHIFT) ? ShiftModifier : 0) | (IsDown(VK_CONTROL) ? CtrlModifier : 0);
+    return (IsKeyDown(VK_SHIFT) ? ShiftModifier : 0) | (IsKeyDown(VK_CONTROL) ? CtrlModifier : 0);
 }
 
 void MoveSelection(View& view, std::int32_t modifiers, std::int32_t key)
@@ -134,7 +129,7 @@ bool OnKeyDown(ClientWindow& client, WPARAM key)
         OnContextMenu(client, {-1, -1});
         return true;
     }
-    if (!ctrl || client.view.root == nullptr || IsDown(VK_MENU)) return false;
+    if (!ctrl || client.view.root == nullptr || IsKeyDown(VK_MENU)) return false;
     if (key != VK_TAB && (key != VK_UP || modifiers != CtrlModifier)) return false;
     MoveSelection(client.view, modifiers, static_cast<std::int32_t>(key));
     return true;
@@ -147,7 +142,7 @@ bool OnChar(ClientWindow& client, WPARAM character)
     if (view.root == nullptr) return false;
     if (character == VK_TAB) {
         // With Ctrl the key press has done it already.
-        if (!IsDown(VK_CONTROL)) MoveSelection(view, Modifiers(), VK_TAB);
+        if (!IsKeyDown(VK_CONTROL)) MoveSelection(view, Modifiers(), VK_TAB);
         return true;
     }
     return (character == VK_RETURN || character == VK_SPACE) && RestoreSelectedBox(view);
@@ -158,7 +153,7 @@ bool OnClientKeyDown(ClientWindow& client, WPARAM key)
     const TraceScope trace("client_input.cpp", "OnClientKeyDown");
     if (OnKeyDown(client, key)) return true;
     View& view = client.view;
-    const bool ctrl = IsDown(VK_CONTROL);
+    const bool ctrl = IsKeyDown(VK_CONTROL);
     const std::int64_t across = view.edit.averageCharWidth;
     const std::int64_t down = view.edit.lineHeight;
     switch (key) {
@@ -235,7 +230,7 @@ void OnMouseWheel(ClientWindow& client, WPARAM wParam)
         return;
     }
     // Ctrl alone zooms; paging at the same time would take away what the user wants to see larger.
-    if (keys == MK_CONTROL && !IsDown(VK_MENU)) return ChangeFontSize(client.window, delta);
+    if (keys == MK_CONTROL && !IsKeyDown(VK_MENU)) return ChangeFontSize(client.window, delta);
     OnMouseWheelScrollPlane(client, keys, delta);
     if (OnMouseWheel(view.scroll, keys, delta, view.edit.averageCharWidth, view.edit.lineHeight)) {
         EditResize(view);

@@ -1,4 +1,5 @@
 #include "entry/trace.h"
+#include "tools/win/window.h"
 #include "view/box_bars.h"
 #include "view/busy.h"
 #include "view/hit_test.h"
@@ -15,11 +16,6 @@ namespace {
 constexpr UINT_PTR BarTimer = 1;
 constexpr UINT BarPause = 400; // milliseconds
 constexpr UINT BarRepeat = 50;
-
-bool IsDown(int key) noexcept
-{
-    return GetKeyState(key) < 0;
-}
 
 bool IsMinimized(const Scdr& node) noexcept
 {
@@ -73,7 +69,8 @@ void PassClickToEditor(const ClientWindow& client, POINT point)
 // Alt is not among the message's keys; all three are asked for, too, since a press may come without its keys.
 bool IsModified(WPARAM keys) noexcept
 {
-    return (keys & (MK_SHIFT | MK_CONTROL)) != 0 || IsDown(VK_SHIFT) || IsDown(VK_CONTROL) || IsDown(VK_MENU);
+    return (keys & (MK_SHIFT | MK_CONTROL)) != 0 || IsKeyDown(VK_SHIFT) || IsKeyDown(VK_CONTROL) ||
+           IsKeyDown(VK_MENU);
 }
 
 void OnLeftButtonDown(ClientWindow& client, Scdr& hit, POINT point)
@@ -157,7 +154,7 @@ void OnBarTimer(ClientWindow& client, UINT_PTR id)
 {
     const TraceScope trace("client_mouse.cpp", "OnBarTimer");
     if (id != BarTimer) return;
-    if (client.barPress.node == nullptr || GetCapture() != client.window || !IsDown(VK_LBUTTON)) {
+    if (client.barPress.node == nullptr || GetCapture() != client.window || !IsKeyDown(VK_LBUTTON)) {
         // Let go while the view was busy.
         if (GetCapture() == client.window) ReleaseCapture();
         OnCaptureChanged(client);
