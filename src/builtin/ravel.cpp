@@ -3,14 +3,6 @@
 #include "entry/trace.h"
 
 namespace vantrel {
-namespace {
-
-void ClearFlag(Scdr& node, ScdrFlag flag) noexcept
-{
-    node.Flags = static_cast<std::uint8_t>(node.Flags & ~flag);
-}
-
-} // namespace
 
 ScdrPtr BuiltinRavel(EditContext* context, const Scdr& argument)
 {
@@ -18,9 +10,9 @@ ScdrPtr BuiltinRavel(EditContext* context, const Scdr& argument)
     return ResultOf(context, [&] {
         ScdrPtr result = CopyScdrInner(context, nullptr, argument);
         if (argument.Rank != 1) SetShape(context, *result, 1, &argument.ElementCount);
-        if (argument.Rank >= 2) ClearFlag(*result, FlagStructure);
+        if (argument.Rank >= 2) ClearFlags(*result, FlagStructure);
         for (std::int64_t i = 0; i < ChildCount(*result); ++i)
-            ClearFlag(*Children(*result)[i], FlagKeptSize);
+            ClearFlags(*Children(*result)[i], FlagKeptSize);
         return result;
     });
 }

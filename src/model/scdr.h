@@ -151,6 +151,11 @@ void ZeroScdr(Scdr& node) noexcept;
 {
     return node.Type != TypeNested;
 }
+// `flags`: of ScdrFlag.
+inline void ClearFlags(Scdr& node, std::uint32_t flags) noexcept
+{
+    node.Flags = static_cast<std::uint8_t>(node.Flags & ~flags);
+}
 // Stores the child and its parent link; the slot's old child is not freed.
 void SetChild(Scdr& parent, std::int64_t index, ScdrPtr child) noexcept;
 // The child's index in its parent, -1 at the root. Constant time for children stored by SetChild, with or without a hint; where somebody

@@ -4,11 +4,6 @@
 namespace vantrel {
 namespace {
 
-void ClearFlags(Scdr& node, std::uint8_t flags) noexcept
-{
-    node.Flags = static_cast<std::uint8_t>(node.Flags & ~flags);
-}
-
 void ClearChildOrigins(Scdr& parent, std::int64_t first, std::int64_t end) noexcept
 {
     for (std::int64_t i = first; i < end; ++i) {

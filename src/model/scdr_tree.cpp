@@ -15,7 +15,7 @@ bool IsChildAt(const Scdr& holder, const Scdr& node, std::int64_t index) noexcep
 void ZeroNode(Scdr& node) noexcept
 {
     FreeRecords(node.records);
-    node.Flags = static_cast<std::uint8_t>(node.Flags & ~(FlagSizeValid | FlagOriginValid));
+    ClearFlags(node, FlagSizeValid | FlagOriginValid);
     if (node.Type == TypeNested) return;
     if (node.Type == TypeCharacter) {
         std::fill_n(static_cast<char16_t*>(node.data), node.ElementCount, u' ');

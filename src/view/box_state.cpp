@@ -9,11 +9,6 @@
 namespace vantrel {
 namespace {
 
-void ClearFlags(Scdr& node, std::uint32_t flags) noexcept
-{
-    node.Flags = static_cast<std::uint8_t>(node.Flags & ~flags);
-}
-
 // Whether the box keeps its size while it is closed. Boxes whose size an adapter fixes and prototypes are measured anew.
 bool KeepsSize(const Scdr& node) noexcept
 {

@@ -226,7 +226,7 @@ bool LayOutItems(Sizing& sizing, Scdr& node, const Point64& origin, bool place)
 {
     const bool sized = (node.Flags & FlagSizeValid) != 0;
     SettleItems(node); // what they say of their places is compared from here on
-    node.Flags = static_cast<std::uint8_t>(node.Flags & ~(FlagSizeValid | FlagOriginValid));
+    ClearFlags(node, FlagSizeValid | FlagOriginValid);
     Size64 content;
     const bool stopped = node.Rank < 2 || node.ElementCount == 0
                              ? LayOutRow(sizing, node, origin, place, content)
@@ -274,7 +274,7 @@ std::int32_t SizeBox(View& view, Scdr& node)
 {
     TraceScope trace("layout_sizes.cpp", "SizeBox");
     Sizing sizing{view, {}, {}, nullptr};
-    node.Flags = static_cast<std::uint8_t>(node.Flags & ~FlagSizeValid);
+    ClearFlags(node, FlagSizeValid);
     try {
         return GetScdrCell(sizing, node, {}, false) ? 1 : 0;
     } catch (VTERROR_CODE code) {
