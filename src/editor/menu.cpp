@@ -7,15 +7,6 @@ namespace vantrel {
 
 namespace {
 
-// Only where taking the array out leaves an array behind.
-bool CanLeaveParent(const Scdr& node) noexcept
-{
-    const Scdr* const parent = HoldingNode(node);
-    if (parent == nullptr || parent->ElementCount < 1) return false;
-    if (parent->Rank < 2) return true;
-    return parent->Rank == 2 && (parent->Shape[0] < 2 || parent->Shape[1] < 2);
-}
-
 // The root fills the view by itself and may be closed; any other box that does must be restored first.
 bool IsMaximizedItem(const Scdr& node) noexcept
 {
@@ -28,6 +19,7 @@ EditMenu GetEditMenu(const EditWindow& window, const EditClipboard& clipboard) n
 {
     const TraceScope trace("menu.cpp", "GetEditMenu");
     const Scdr& node = *window.view->node;
+    const Scdr* const holder = HoldingNode(node);
     const bool changeable = !window.readOnly && !IsLocked(window);
     const bool selected = !IsSelectionEmpty(window);
     const bool maximized = (node.Flags & FlagMaximized) != 0;
@@ -39,7 +31,7 @@ EditMenu GetEditMenu(const EditWindow& window, const EditClipboard& clipboard) n
     menu.copy = selected;
     menu.paste = changeable && clipboard.text;
     menu.remove = changeable;
-    menu.cutArray = CanLeaveParent(node);
+    menu.cutArray = holder != nullptr && CanLoseItem(*holder);
     menu.pasteArray = clipboard.array && (node.Flags & FlagKeptSize) == 0;
     menu.restore = maximized || minimized;
     menu.minimize = !minimized && !IsMaximizedItem(node);

@@ -166,6 +166,8 @@ void SetChild(Scdr& parent, std::int64_t index, ScdrPtr child) noexcept;
 [[nodiscard]] std::int64_t Columns(const Scdr& node) noexcept; // last axis, 1 for a scalar
 // Product of all axes but the last, 1 below rank 2; -1 where it does not fit.
 [[nodiscard]] std::int64_t RowsOfAllPlanes(const Scdr& node) noexcept;
+// An item can be taken out of the array and the rest still has a shape: of vectors, scalars, and matrices of one row or one column.
+[[nodiscard]] bool CanLoseItem(const Scdr& array) noexcept;
 [[nodiscard]] std::int64_t PlaneCount(const Scdr& node) noexcept;   // 1 below rank 3
 [[nodiscard]] std::int64_t CurrentPlane(const Scdr& node) noexcept; // 0 below rank 3
 

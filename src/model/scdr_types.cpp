@@ -61,6 +61,12 @@ std::int64_t Columns(const Scdr& node) noexcept
     return node.Rank >= 1 ? node.Shape[node.Rank - 1] : 1;
 }
 
+bool CanLoseItem(const Scdr& array) noexcept
+{
+    if (array.ElementCount == 0) return false;
+    return array.Rank < 2 || (array.Rank == 2 && (Rows(array) < 2 || Columns(array) < 2));
+}
+
 std::int64_t RowsOfAllPlanes(const Scdr& node) noexcept
 {
     // An axis without length makes the product 0 however long the axes before it are.

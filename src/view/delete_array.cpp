@@ -10,12 +10,6 @@
 namespace vantrel {
 namespace {
 
-// Only where the rest still has a shape: in vectors, scalars, and matrices of one row or one column.
-bool CanLoseItem(const Scdr& array) noexcept
-{
-    return array.Rank < 2 || (array.Rank == 2 && (Rows(array) < 2 || Columns(array) < 2));
-}
-
 ScdrPtr BuildWithout(const View& view, const Scdr& array, std::int64_t index)
 {
     ScdrPtr copy = CopyScdrInner(view.context, nullptr, array);

@@ -61,12 +61,6 @@ bool IsBetween(std::int32_t command, std::int32_t first, std::int32_t last) noex
     return command >= first && command <= last;
 }
 
-bool CanCut(const Scdr* parent) noexcept
-{
-    if (parent == nullptr || parent->ElementCount == 0) return false;
-    return parent->Rank < 2 || (parent->Rank == 2 && (Rows(*parent) < 2 || Columns(*parent) < 2));
-}
-
 bool IsMaximized(const Scdr& node) noexcept
 {
     return (node.Flags & FlagMaximized) != 0;
@@ -115,7 +109,7 @@ bool CanInsert(const Scdr* parent, std::int32_t command) noexcept
 bool HasMeaning(const View& view, const Scdr& node, const Scdr* parent, std::int32_t command) noexcept
 {
     switch (command) {
-    case CommandCutArray: return CanCut(parent);
+    case CommandCutArray: return parent != nullptr && CanLoseItem(*parent);
     case CommandResetSize: return WasResized(node);
     case CommandRestore: return IsMaximized(node) || IsMinimized(node);
     case CommandMinimize: return CanMinimize(view, node);

@@ -52,6 +52,18 @@ TEST_F(Tree, NodesUnderAnEmptyAncestorArePrototypes)
     EXPECT_FALSE(IsScdrInsideEmptyAncestor(*Children(*root)[1]));
 }
 
+TEST_F(Tree, AnItemMayLeaveWhereTheRestHasAShape)
+{
+    EXPECT_TRUE(CanLoseItem(*Integers(context, {}, {1})));
+    EXPECT_TRUE(CanLoseItem(*Integers(context, {2}, {1, 2})));
+    EXPECT_TRUE(CanLoseItem(*Integers(context, {1, 2}, {1, 2})));
+    EXPECT_TRUE(CanLoseItem(*Integers(context, {2, 1}, {1, 2})));
+    EXPECT_FALSE(CanLoseItem(*Integers(context, {2, 2}, {1, 2, 3, 4})));
+    EXPECT_FALSE(CanLoseItem(*Integers(context, {1, 1, 2}, {1, 2})));
+    EXPECT_FALSE(CanLoseItem(*Integers(context, {0}, {})));
+    EXPECT_FALSE(CanLoseItem(*Integers(context, {0, 1}, {})));
+}
+
 TEST_F(Tree, IndexInParentFollowsChildrenThatMovedByHand)
 {
     std::vector<ScdrPtr> items;
