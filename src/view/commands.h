@@ -35,6 +35,10 @@ enum ViewCommand : std::int32_t {
     CommandMakeMatrix = 4619,
     CommandMakeArrayOfRows = 4621,
     CommandPlaneUp = 4622,
+    CommandPlaneDown = 4623,
+    CommandPlaneFirst = 4624,
+    CommandPlaneLast = 4625,
+    CommandPlanePageUp = 4626,
     CommandPlanePageDown = 4627,
     CommandReorderAxes = 4628,
     CommandExecute = 4629,
@@ -44,9 +48,28 @@ enum ViewCommand : std::int32_t {
     CommandInsertColumnRight = 4704,
     CommandInsertRowAbove = 4705,
     CommandInsertRowBelow = 4706,
-    CommandGraphicsFirst = 4901,
-    CommandGraphicsLast = 4908,
+    CommandGraphicsArea = 4901,
+    CommandGraphicsBar = 4902,
+    CommandGraphicsContour = 4903,
+    CommandGraphicsHistogram = 4904,
+    CommandGraphicsMesh = 4905,
+    CommandGraphicsPie = 4906,
+    CommandGraphicsPlot = 4907,
+    CommandGraphicsSurface = 4908,
 };
+
+[[nodiscard]] constexpr bool IsBetween(std::int32_t command, ViewCommand first, ViewCommand last) noexcept
+{
+    return command >= first && command <= last;
+}
+[[nodiscard]] constexpr bool IsInsertCommand(std::int32_t command) noexcept
+{
+    return IsBetween(command, CommandInsertItemLeft, CommandInsertRowBelow);
+}
+[[nodiscard]] constexpr bool IsGraphicsCommand(std::int32_t command) noexcept
+{
+    return IsBetween(command, CommandGraphicsArea, CommandGraphicsSurface);
+}
 
 // Carries out one command on the shown tree; a view without a tree and ids that are none of the view's change nothing. What goes wrong
 // has been shown to the user when it returns, and no error is left for the interpreter. The view is busy meanwhile.

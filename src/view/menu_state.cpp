@@ -46,20 +46,15 @@ constexpr std::int32_t commandsWithState[] = {
     CommandInsertColumnRight,
     CommandInsertRowAbove,
     CommandInsertRowBelow,
-    CommandGraphicsFirst,
-    4902,
-    4903,
-    4904,
-    4905,
-    4906,
-    4907,
-    CommandGraphicsLast,
+    CommandGraphicsArea,
+    CommandGraphicsBar,
+    CommandGraphicsContour,
+    CommandGraphicsHistogram,
+    CommandGraphicsMesh,
+    CommandGraphicsPie,
+    CommandGraphicsPlot,
+    CommandGraphicsSurface,
 };
-
-bool IsBetween(std::int32_t command, std::int32_t first, std::int32_t last) noexcept
-{
-    return command >= first && command <= last;
-}
 
 bool IsMaximized(const Scdr& node) noexcept
 {
@@ -94,11 +89,6 @@ bool WasResized(const Scdr& node) noexcept
     return IsSimple(node) && (node.records.flags & RecordsResizedByUser) != 0;
 }
 
-bool IsInsert(std::int32_t command) noexcept
-{
-    return IsBetween(command, CommandInsertItemLeft, CommandInsertRowBelow);
-}
-
 bool CanInsert(const Scdr* parent, std::int32_t command) noexcept
 {
     const bool item = command == CommandInsertItemLeft || command == CommandInsertItemRight;
@@ -127,7 +117,7 @@ bool HasMeaning(const View& view, const Scdr& node, const Scdr* parent, std::int
     case CommandMakeArrayOfRows: return node.Rank >= 2;
     case CommandReorderAxes: return node.Rank >= 3;
     case CommandExecute: return node.Rank <= 1;
-    default: return !IsInsert(command) || CanInsert(parent, command);
+    default: return !IsInsertCommand(command) || CanInsert(parent, command);
     }
 }
 
@@ -188,7 +178,7 @@ bool IsCommandEnabled(const View& view, std::int32_t command)
     case CommandPasteArray: return IsChangeAllowed(view, command) && HasClipboardArray(view);
     default: break;
     }
-    if (IsBetween(command, CommandGraphicsFirst, CommandGraphicsLast)) return HasGraphics(view);
+    if (IsGraphicsCommand(command)) return HasGraphics(view);
     const Scdr& node = *Selected(view);
     return IsChangeAllowed(view, command) && HasMeaning(view, node, HoldingNode(node), command);
 }

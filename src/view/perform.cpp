@@ -16,11 +16,6 @@
 namespace vantrel {
 namespace {
 
-bool IsBetween(std::int32_t command, std::int32_t first, std::int32_t last) noexcept
-{
-    return command >= first && command <= last;
-}
-
 bool IsPlaneCommand(std::int32_t command) noexcept
 {
     return IsBetween(command, CommandPlaneUp, CommandPlanePageDown);
@@ -35,16 +30,6 @@ bool IsAplCommand(std::int32_t command) noexcept
 {
     return IsBetween(command, CommandConvertToCharacter, CommandSortDescending) ||
            command == CommandReorderAxes || command == CommandExecute;
-}
-
-bool IsInsertCommand(std::int32_t command) noexcept
-{
-    return IsBetween(command, CommandInsertItemLeft, CommandInsertRowBelow);
-}
-
-bool IsGraphicsCommand(std::int32_t command) noexcept
-{
-    return IsBetween(command, CommandGraphicsFirst, CommandGraphicsLast);
 }
 
 bool IsStructuralCommand(std::int32_t command) noexcept

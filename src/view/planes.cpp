@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "entry/trace.h"
+#include "view/commands.h"
 #include "view/layout.h"
 #include "view/messages.h"
 #include "view/selection.h"
@@ -9,26 +10,17 @@
 namespace vantrel {
 namespace {
 
-enum PlaneCommand : std::int32_t {
-    PlaneUp = 4622,
-    PlaneDown = 4623,
-    PlaneFirst = 4624,
-    PlaneLast = 4625,
-    PlanePageUp = 4626,
-    PlanePageDown = 4627,
-};
-
 constexpr std::int64_t PlanesPerPage = 10;
 
 std::int64_t TargetPlane(std::int32_t command, std::int64_t plane, std::int64_t count) noexcept
 {
     switch (command) {
-    case PlaneUp: return std::max<std::int64_t>(plane - 1, 0);
-    case PlaneDown: return std::min(plane + 1, count - 1);
-    case PlaneFirst: return 0;
-    case PlaneLast: return count - 1;
-    case PlanePageUp: return std::max<std::int64_t>(plane - PlanesPerPage, 0);
-    case PlanePageDown: return std::min(plane + PlanesPerPage, count - 1);
+    case CommandPlaneUp: return std::max<std::int64_t>(plane - 1, 0);
+    case CommandPlaneDown: return std::min(plane + 1, count - 1);
+    case CommandPlaneFirst: return 0;
+    case CommandPlaneLast: return count - 1;
+    case CommandPlanePageUp: return std::max<std::int64_t>(plane - PlanesPerPage, 0);
+    case CommandPlanePageDown: return std::min(plane + PlanesPerPage, count - 1);
     default: return plane;
     }
 }

@@ -669,14 +669,14 @@ TEST_F(Actions, StatesOfBoxesAreCommandsToo)
 TEST_F(Actions, PicturesAreDrawnByHostsThatCan)
 {
     ShowItem(Word(u"abc"));
-    Run(CommandGraphicsFirst);
+    Run(CommandGraphicsArea);
     EXPECT_EQ(LastStatus(), MessageNotSupported);
     static std::int32_t kind = 0;
     environment.Operations.Graphics = [](EditContext*, const Scdr* node, std::int32_t plotKind) {
         kind = node->Type == TypeCharacter ? plotKind : 0;
     };
-    Run(CommandGraphicsLast);
-    EXPECT_EQ(kind, CommandGraphicsLast);
+    Run(CommandGraphicsSurface);
+    EXPECT_EQ(kind, CommandGraphicsSurface);
 }
 
 TEST_F(Actions, WithoutATreeNothingHappens)
