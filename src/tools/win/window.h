@@ -15,6 +15,11 @@ namespace vantrel {
 // Other programs look into the clipboard whenever it changes, and it is theirs for that moment: a cut right after a copy would else lose its
 // data. Tries for a tenth of a second.
 [[nodiscard]] bool OpenClipboardPatiently(HWND owner) noexcept;
+
+// Child windows of a frame that show messages: the status bar, and the box over one of its parts.
+inline constexpr int StatusBarControl = 32788;
+inline constexpr int NameBoxControl = 32789;
+
 // Writes one part of a status bar; a failure is traced.
 void SetStatusText(HWND bar, WPARAM part, const wchar_t* text) noexcept;
 // Shows a message in the status bar of the frame above `window`; `beep` is a MessageBeep kind or 0 for silence. The bar is updated at once,
