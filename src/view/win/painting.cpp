@@ -13,9 +13,6 @@ namespace vantrel {
 
 namespace {
 
-// Drawing routines of the system compute in few bits; nothing that far out is seen.
-constexpr std::int64_t FarAway = 30000;
-
 class PreparedTarget {
 public:
     explicit PreparedTarget(PaintTarget& target) : target_(target) { HdcSetup(target_); }
@@ -120,12 +117,15 @@ Scdr* NextItem(WalkLevel& level) noexcept
 
 } // namespace
 
+int WindowPixel(std::int64_t value) noexcept
+{
+    constexpr std::int64_t FarAway = 30000;
+    return static_cast<int>(std::clamp(value, -FarAway, FarAway));
+}
+
 RECT DrawableRect(const Rect64& rect) noexcept
 {
-    const auto pixel = [](std::int64_t value) {
-        return static_cast<LONG>(std::clamp(value, -FarAway, FarAway));
-    };
-    return {pixel(rect.left), pixel(rect.top), pixel(rect.right), pixel(rect.bottom)};
+    return {WindowPixel(rect.left), WindowPixel(rect.top), WindowPixel(rect.right), WindowPixel(rect.bottom)};
 }
 
 void ForEachVisibleNode(View& view, const RECT& client,

@@ -26,7 +26,8 @@ struct PaintTarget {
 void HdcSetup(PaintTarget& target);
 void HdcTearDown(PaintTarget& target);
 
-// Window coordinates for drawing: far outside the client area, where nothing is seen, they are cut to what the system can draw.
+// Windows and drawing have few bits: places far outside the client area, where nothing is seen, are cut to what the system can count.
+[[nodiscard]] int WindowPixel(std::int64_t value) noexcept;
 [[nodiscard]] RECT DrawableRect(const Rect64& rect) noexcept;
 
 // The colours of a simple array's panel: a COLOR_ index and a colour.

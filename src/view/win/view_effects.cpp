@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <cwchar>
 
 #include "editor/edit_messages.h"
@@ -17,14 +16,7 @@ namespace vantrel {
 
 namespace {
 
-// Window positions beyond this are out of sight on any screen, and the system keeps window rectangles in few bits.
-constexpr std::int64_t FarAway = 30000;
 constexpr int LongestStatus = 384; // characters
-
-int WindowPixel(std::int64_t value) noexcept
-{
-    return static_cast<int>(std::clamp(value, -FarAway, FarAway));
-}
 
 void Invalidate(View& view)
 {
