@@ -3,7 +3,6 @@
 #include "model/tree_walk.h"
 #include "view/edited.h"
 #include "view/layout.h"
-#include "view/messages.h"
 #include "view/selection.h"
 
 namespace vantrel {
@@ -38,12 +37,6 @@ void TakeSavedSize(Scdr& node) noexcept
     node.width = node.extra->savedWidth;
     node.height = node.extra->savedHeight;
     node.Flags |= FlagSizeValid;
-}
-
-void TellFrame(View& view)
-{
-    view.effects.notifyFrame(view, ViewNotifyState);
-    view.effects.notifyFrame(view, ViewNotifyMenu);
 }
 
 std::int32_t LayOutMoved(View& view, Scdr& node)

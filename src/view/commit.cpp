@@ -206,8 +206,7 @@ std::int32_t CheckAndAlignScdr(View& view)
     EditResize(view);
     PutCaretBack(view, caret);
     view.effects.invalidate(view);
-    view.effects.notifyFrame(view, ViewNotifyState);
-    view.effects.notifyFrame(view, ViewNotifyMenu);
+    TellFrame(view);
     return 1;
 }
 

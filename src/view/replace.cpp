@@ -6,7 +6,6 @@
 #include "view/actions.h"
 #include "view/edited.h"
 #include "view/layout.h"
-#include "view/messages.h"
 #include "view/selection.h"
 #include "view/undo.h"
 
@@ -78,8 +77,7 @@ void ShowReplaced(View& view, bool wasMaximized)
     EditBegin(view);
     view.effects.invalidate(view);
     view.effects.setFocus(view);
-    view.effects.notifyFrame(view, ViewNotifyState);
-    view.effects.notifyFrame(view, ViewNotifyMenu);
+    TellFrame(view);
     view.flags |= ViewModified;
     if (view.editorActive) {
         view.effects.setEditorModified(view);

@@ -90,9 +90,14 @@ std::int32_t SelectScdr(View& view, Scdr& node, bool setFocus)
     EditBegin(view);
     view.effects.invalidate(view);
     if (setFocus) view.effects.setFocus(view);
+    TellFrame(view);
+    return 0;
+}
+
+void TellFrame(View& view)
+{
     view.effects.notifyFrame(view, ViewNotifyState);
     view.effects.notifyFrame(view, ViewNotifyMenu);
-    return 0;
 }
 
 void MoveScdrIntoWindow(View& view)

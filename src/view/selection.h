@@ -8,6 +8,8 @@ namespace vantrel {
 // 0, or 1 when an ancestor could not be restored (the old selection stays).
 std::int32_t SelectScdr(View& view, Scdr& node, bool setFocus);
 void MoveScdrIntoWindow(View& view);
+// Has the frame show what is selected now, and what may be done with it.
+void TellFrame(View& view);
 // Whether the selected node is shown in the cell editor: simple, not minimised, without kept size, not inside an empty ancestor.
 [[nodiscard]] bool IsShownInEditor(const Scdr& node) noexcept;
 void EditBegin(View& view);

@@ -12,12 +12,6 @@
 namespace vantrel {
 namespace {
 
-void TellFrame(View& view)
-{
-    view.effects.notifyFrame(view, ViewNotifyState);
-    view.effects.notifyFrame(view, ViewNotifyMenu);
-}
-
 void DropTree(View& view)
 {
     EditHide(view);
