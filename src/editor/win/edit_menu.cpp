@@ -15,21 +15,6 @@ namespace {
 
 constexpr std::uint32_t EditingTextTopic = 103; // of the help file
 
-class Menu {
-public:
-    explicit Menu(UINT id) noexcept : menu_(LoadMenuW(ModuleInstance(), MAKEINTRESOURCEW(id))) {}
-    ~Menu()
-    {
-        if (menu_ != nullptr) DestroyMenu(menu_);
-    }
-    Menu(const Menu&) = delete;
-    Menu& operator=(const Menu&) = delete;
-    [[nodiscard]] HMENU Popup() const noexcept { return GetSubMenu(menu_, 0); }
-
-private:
-    HMENU menu_;
-};
-
 bool CanPasteArray(const EditWindow& edit)
 {
     EditContext* const context = edit.view->context;
@@ -87,10 +72,10 @@ POINT CaretOnScreen(EditInstance& instance)
 
 void ShowMenuAt(EditInstance& instance, POINT point)
 {
-    const Menu menu(IDM_EDIT_POPUP);
-    DisableMenuChoices(instance.edit, menu.Popup());
+    const PopUpMenu menu(IDM_EDIT_POPUP);
+    DisableMenuChoices(instance.edit, menu.Get());
     const HWND window = WindowOf(instance);
-    const BOOL command = TrackPopupMenu(menu.Popup(), TPM_RIGHTBUTTON | TPM_NONOTIFY | TPM_RETURNCMD, point.x,
+    const BOOL command = TrackPopupMenu(menu.Get(), TPM_RIGHTBUTTON | TPM_NONOTIFY | TPM_RETURNCMD, point.x,
                                         point.y, 0, window, nullptr);
     // The window may have been closed while the menu was open.
     if (command == 0 || GetEditInstance(window) != &instance || !HasEditedNode(instance.edit)) return;

@@ -41,6 +41,23 @@ void SetForegroundWindowForce(HWND window) noexcept;
     return GetKeyState(key) < 0;
 }
 
+// A menu of the resources that pops up, destroyed at the end.
+class PopUpMenu {
+public:
+    explicit PopUpMenu(UINT id) noexcept : bar_(LoadMenuW(ModuleInstance(), MAKEINTRESOURCEW(id))) {}
+    ~PopUpMenu()
+    {
+        if (bar_ != nullptr) DestroyMenu(bar_);
+    }
+    PopUpMenu(const PopUpMenu&) = delete;
+    PopUpMenu& operator=(const PopUpMenu&) = delete;
+    // The menu that pops up is the first one of the bar in the resource.
+    [[nodiscard]] HMENU Get() const noexcept { return GetSubMenu(bar_, 0); }
+
+private:
+    HMENU bar_;
+};
+
 // Selects an object for as long as the guard lives.
 class SelectedObject {
 public:

@@ -17,22 +17,6 @@ namespace vantrel {
 
 namespace {
 
-class LoadedMenu {
-public:
-    explicit LoadedMenu(UINT id) noexcept : menu_(LoadMenuW(ModuleInstance(), MAKEINTRESOURCEW(id))) {}
-    ~LoadedMenu()
-    {
-        if (menu_ != nullptr) DestroyMenu(menu_);
-    }
-    LoadedMenu(const LoadedMenu&) = delete;
-    LoadedMenu& operator=(const LoadedMenu&) = delete;
-    // The menu that pops up is the first one of the bar in the resource.
-    [[nodiscard]] HMENU PopUp() const noexcept { return GetSubMenu(menu_, 0); }
-
-private:
-    HMENU menu_;
-};
-
 bool IsFromKeyboard(POINT screen) noexcept
 {
     return screen.x == -1 && screen.y == -1;
@@ -90,9 +74,9 @@ void OnContextMenu(ClientWindow& client, POINT screen)
     } else {
         SelectUnder(client, screen);
     }
-    const LoadedMenu menu(IDM_VIEW);
-    DisableMenuChoices(client, menu.PopUp());
-    const int command = TrackPopupMenu(menu.PopUp(), TPM_RETURNCMD | TPM_RIGHTBUTTON, screen.x, screen.y, 0,
+    const PopUpMenu menu(IDM_VIEW);
+    DisableMenuChoices(client, menu.Get());
+    const int command = TrackPopupMenu(menu.Get(), TPM_RETURNCMD | TPM_RIGHTBUTTON, screen.x, screen.y, 0,
                                        client.window, nullptr);
     if (command == 0) return;
     LogCommand(view.context, WM_COMMAND, command);
