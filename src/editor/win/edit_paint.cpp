@@ -4,6 +4,7 @@
 #include "editor/ruler.h"
 #include "editor/win/edit_instance.h"
 #include "entry/trace.h"
+#include "tools/win/drawing.h"
 #include "tools/win/visual_cues.h"
 #include "tools/win/wide.h"
 #include "tools/win/window.h"
@@ -15,7 +16,7 @@ namespace {
 constexpr COLORREF BorderColor = RGB(255, 0, 0);   // as the view marks a maximised array
 constexpr COLORREF LineNumberColor = RGB(7, 0, 0); // fixed, whatever the user's colours are
 constexpr int DropMarkWidth = 2;                   // pixels, more than a caret's
-constexpr int PieceUnits = 512;                    // characters handed to the system at a time
+constexpr int PieceUnits = 512;                    // characters of the ruler handed to the system at a time
 
 // --- small things ---
 
@@ -35,16 +36,6 @@ private:
     int saved_;
 };
 
-int ToPixel(std::int64_t value) noexcept
-{
-    return static_cast<int>(std::clamp<std::int64_t>(value, -0x8000000, 0x8000000));
-}
-
-RECT ToRect(const Rect64& area) noexcept
-{
-    return {ToPixel(area.left), ToPixel(area.top), ToPixel(area.right), ToPixel(area.bottom)};
-}
-
 // What one paint needs everywhere.
 struct Painter {
     EditInstance& instance;
@@ -53,28 +44,6 @@ struct Painter {
     COLORREF textColor;
     COLORREF backColor;
 };
-
-// Draws text with the widths that the caret is placed by, so that both always agree.
-void DrawUnits(Painter& painter, Point64 point, const char16_t* text, std::int64_t length, const RECT* opaque)
-{
-    CharWidths& widths = painter.edit.view->widths;
-    int advances[PieceUnits];
-    const UINT options = opaque != nullptr ? ETO_OPAQUE | ETO_CLIPPED : 0u;
-    while (length > 0) {
-        const int count = static_cast<int>(std::min<std::int64_t>(length, PieceUnits));
-        std::int64_t width = 0;
-        for (int i = 0; i < count; ++i)
-            width += advances[i] = widths.CharWidth(text[i]);
-        const RECT piece =
-            opaque == nullptr ? RECT{}
-                              : RECT{ToPixel(point.x), opaque->top, ToPixel(point.x + width), opaque->bottom};
-        ExtTextOutW(painter.dc, ToPixel(point.x), ToPixel(point.y), options,
-                    opaque != nullptr ? &piece : nullptr, AsWide(text), static_cast<UINT>(count), advances);
-        point.x += width;
-        text += count;
-        length -= count;
-    }
-}
 
 // --- the parts of the picture ---
 
@@ -129,7 +98,8 @@ void DrawLineNumbers(Painter& painter)
     std::int64_t y = lines.top;
     for (std::int64_t line = lines.first; line < lines.end; ++line, y += painter.edit.view->lineHeight) {
         char16_t text[LineNumberCapacity];
-        DrawUnits(painter, {band.left, y}, text, FormatLineNumber(text, line + origin), nullptr);
+        const TextRun number{text, FormatLineNumber(text, line + origin), {band.left, y}};
+        DrawUnits(painter.dc, painter.edit.view->widths, number, 0, {});
     }
 }
 
@@ -174,8 +144,8 @@ void DrawTextPiece(void* state, const TextPiece& piece)
     SetBkColor(painter.dc, colors.back);
     const RECT cell{ToPixel(piece.point.x), ToPixel(piece.point.y), ToPixel(piece.point.x + piece.width),
                     ToPixel(piece.point.y + painter.edit.view->lineHeight)};
-    DrawUnits(painter, piece.point, piece.text, piece.length,
-              piece.kind != PieceKind::Plain ? &cell : nullptr);
+    const UINT options = piece.kind != PieceKind::Plain ? ETO_OPAQUE | ETO_CLIPPED : 0;
+    DrawUnits(painter.dc, painter.edit.view->widths, {piece.text, piece.length, piece.point}, options, cell);
 }
 
 void DrawRows(Painter& painter)

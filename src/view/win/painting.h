@@ -40,7 +40,10 @@ struct ArrayColors {
 // borders.cpp. Paints a box's frame; the answer is the rectangle inside.
 Rect64 DrawBorder(PaintTarget& target, const Scdr& node, const Rect64& box);
 
-// painting_simple.cpp
+// painting_simple.cpp. The rows of the shown plane, as far as they meet `sight`; the first of them begins at `corner`. `options` are those of
+// ExtTextOut.
+void DrawTextRows(HDC dc, View& view, const Scdr& node, const Point64& corner, UINT options,
+                  const RECT& sight);
 void DrawScdrSimple(PaintTarget& target, Scdr& node, const Rect64& content);
 
 // box_scroll_bars.cpp. Paints the bars at the right and bottom of the content rectangle; the answer is the rest.

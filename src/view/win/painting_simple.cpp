@@ -1,8 +1,8 @@
 #include <algorithm>
 
 #include "entry/trace.h"
+#include "tools/win/drawing.h"
 #include "tools/win/visual_cues.h"
-#include "tools/win/wide.h"
 #include "view/box_bars.h"
 #include "view/layout.h"
 #include "view/win/painting.h"
@@ -13,7 +13,6 @@ namespace {
 
 // The cell editor keeps this distance between its border and its text.
 constexpr std::int64_t TextInset = 2;
-constexpr std::int64_t PieceUnits = 256; // characters handed to the system at a time
 
 bool IsGreyed(const View& view, const Scdr& node) noexcept
 {
@@ -59,53 +58,6 @@ TextArea AreaOf(const PaintTarget& target, const Scdr& node, const Rect64& conte
     return area;
 }
 
-// With the widths that the layout and the editor count with, so that no character moves when the box is selected.
-void DrawUnits(PaintTarget& target, const TextArea& area, const char16_t* text, std::int64_t length,
-               std::int64_t x, std::int64_t y)
-{
-    int advances[PieceUnits];
-    while (length > 0) {
-        const std::int64_t count = std::min(length, PieceUnits);
-        std::int64_t width = 0;
-        for (std::int64_t i = 0; i < count; ++i)
-            width += advances[i] = target.view.edit.widths.CharWidth(text[i]);
-        ExtTextOutW(target.dc, static_cast<int>(x), static_cast<int>(y), ETO_CLIPPED, &area.clip,
-                    AsWide(text), static_cast<UINT>(count), advances);
-        x += width;
-        text += count;
-        length -= count;
-    }
-}
-
-// A row may be far longer than the box: only the characters in sight are drawn.
-void DrawRow(PaintTarget& target, const TextArea& area, const RecordText& row, std::int64_t y)
-{
-    CharWidths& widths = target.view.edit.widths;
-    const std::int64_t origin = area.left - area.scrolledX;
-    const std::int64_t hidden = std::max<std::int64_t>(area.clip.left - origin, 0);
-    const std::int64_t first = widths.ColumnAt(row.text, row.length, hidden);
-    const std::int64_t x = origin + widths.TextWidth(row.text, first);
-    const std::int64_t rest = row.length - first;
-    const std::int64_t count =
-        std::min(widths.ColumnAt(row.text + first, rest, area.clip.right - x) + 1, rest);
-    DrawUnits(target, area, row.text + first, count, x, y);
-}
-
-void DrawRows(PaintTarget& target, const Scdr& node, const TextArea& area)
-{
-    const std::int64_t lineHeight = target.view.edit.lineHeight;
-    if (lineHeight <= 0 || IsRectEmpty(&area.clip)) return;
-    const std::int64_t firstRecord = FirstShownRow(node);
-    const std::int64_t rows = ShownRows(node);
-    const std::int64_t top = area.top - area.scrolledY;
-    std::int64_t row = std::clamp<std::int64_t>((area.clip.top - top) / lineHeight, 0, rows);
-    for (; row < rows; ++row) {
-        const std::int64_t y = top + row * lineHeight;
-        if (y >= area.clip.bottom) return;
-        DrawRow(target, area, GetRecord(node.records, firstRecord + row), y);
-    }
-}
-
 // A vector without scroll bars shows by arrows that there is more of it.
 void DrawCues(const PaintTarget& target, const Scdr& node, const TextArea& area, const Rect64& content)
 {
@@ -131,6 +83,22 @@ ArrayColors ColorsOf(const View& view, const Scdr& node) noexcept
     return {COLOR_WINDOW, node.Type == TypeCharacter ? text : Tinted(text)};
 }
 
+void DrawTextRows(HDC dc, View& view, const Scdr& node, const Point64& corner, UINT options,
+                  const RECT& sight)
+{
+    const std::int64_t lineHeight = view.edit.lineHeight;
+    if (lineHeight <= 0 || IsRectEmpty(&sight)) return;
+    const std::int64_t firstRecord = FirstShownRow(node);
+    const std::int64_t rows = ShownRows(node);
+    std::int64_t row = std::clamp<std::int64_t>((sight.top - corner.y) / lineHeight, 0, rows);
+    for (; row < rows; ++row) {
+        const std::int64_t y = corner.y + row * lineHeight;
+        if (y >= sight.bottom) return;
+        const RecordText text = GetRecord(node.records, firstRecord + row);
+        DrawUnitsInSight(dc, view.edit.widths, {text.text, text.length, {corner.x, y}}, options, sight);
+    }
+}
+
 void DrawScdrSimple(PaintTarget& target, Scdr& node, const Rect64& content)
 {
     const TraceScope trace("painting_simple.cpp", "DrawScdrSimple");
@@ -139,7 +107,8 @@ void DrawScdrSimple(PaintTarget& target, Scdr& node, const Rect64& content)
     FillRect(target.dc, &area.clip, GetSysColorBrush(colors.background));
     const COLORREF previousText = SetTextColor(target.dc, colors.text);
     const int previousMode = SetBkMode(target.dc, TRANSPARENT);
-    DrawRows(target, node, area);
+    DrawTextRows(target.dc, target.view, node, {area.left - area.scrolledX, area.top - area.scrolledY},
+                 ETO_CLIPPED, area.clip);
     SetBkMode(target.dc, previousMode);
     SetTextColor(target.dc, previousText);
     if (node.Rank == 1 && !HasBoxScrollBars(target.view, node)) DrawCues(target, node, area, content);

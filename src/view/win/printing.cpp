@@ -8,9 +8,9 @@
 #include "entry/trace.h"
 #include "entry/win/debug_channel.h"
 #include "resources/resource.h"
+#include "tools/win/drawing.h"
 #include "tools/win/fonts.h"
 #include "tools/win/locale.h"
-#include "tools/win/wide.h"
 #include "tools/win/window.h"
 #include "view/busy.h"
 #include "view/commit.h"
@@ -29,7 +29,6 @@ constexpr int ScreenDotsPerInch = 96;
 constexpr int LinesInPoints =
     72; // a hairline that every printer shows: the 72nd part of an inch over this many
 constexpr int HeaderPoints = 9;
-constexpr std::int64_t PieceUnits = 256; // characters handed to the system at a time
 
 // A device context that is deleted at the end, whatever becomes of the document.
 class PrinterDc {
@@ -96,12 +95,6 @@ struct PrintJob {
     RECT body{}; // of the page being printed
 };
 
-RECT ToRect(const Rect64& rect) noexcept
-{
-    return {static_cast<LONG>(rect.left), static_cast<LONG>(rect.top), static_cast<LONG>(rect.right),
-            static_cast<LONG>(rect.bottom)};
-}
-
 // --- one box ---
 
 void DrawFrame(const PrintJob& job, const Rect64& frame)
@@ -122,47 +115,6 @@ void DrawFrames(const PrintJob& job, const Scdr& node, Rect64 box)
     }
 }
 
-void DrawUnits(const PrintJob& job, const char16_t* text, std::int64_t length, std::int64_t x, std::int64_t y)
-{
-    int advances[PieceUnits];
-    while (length > 0) {
-        const std::int64_t count = std::min(length, PieceUnits);
-        std::int64_t width = 0;
-        for (std::int64_t i = 0; i < count; ++i)
-            width += advances[i] = job.view.edit.widths.CharWidth(text[i]);
-        ExtTextOutW(job.printer, static_cast<int>(x), static_cast<int>(y), 0, nullptr, AsWide(text),
-                    static_cast<UINT>(count), advances);
-        x += width;
-        text += count;
-        length -= count;
-    }
-}
-
-void DrawRow(const PrintJob& job, const RecordText& row, std::int64_t x, std::int64_t y)
-{
-    CharWidths& widths = job.view.edit.widths;
-    const std::int64_t hidden = std::max<std::int64_t>(job.body.left - x, 0);
-    const std::int64_t first = widths.ColumnAt(row.text, row.length, hidden);
-    x += widths.TextWidth(row.text, first);
-    const std::int64_t rest = row.length - first;
-    const std::int64_t count =
-        std::min(widths.ColumnAt(row.text + first, rest, job.body.right - x) + 1, rest);
-    DrawUnits(job, row.text + first, count, x, y);
-}
-
-void DrawText(const PrintJob& job, const Scdr& node, const Rect64& box)
-{
-    const std::int64_t lineHeight = job.view.edit.lineHeight;
-    const Point64 corner = TextCorner(job.view, node, box);
-    const std::int64_t rows = ShownRows(node);
-    std::int64_t row = std::clamp<std::int64_t>((job.body.top - corner.y) / lineHeight, 0, rows);
-    for (; row < rows; ++row) {
-        const std::int64_t y = corner.y + row * lineHeight;
-        if (y >= job.body.bottom) return;
-        DrawRow(job, GetRecord(node.records, FirstShownRow(node) + row), corner.x, y);
-    }
-}
-
 void DrawClosedBox(const PrintJob& job, const Rect64& box)
 {
     const RECT rect = DrawableRect(box);
@@ -180,8 +132,9 @@ bool DrawBox(void* state, Scdr& node, const Rect64& placed)
         return false;
     }
     DrawFrames(job, node, frame);
-    if (IsSimple(node)) DrawText(job, node, box);
-    return !IsSimple(node);
+    if (!IsSimple(node)) return true;
+    DrawTextRows(job.printer, job.view, node, TextCorner(job.view, node, box), 0, job.body);
+    return false;
 }
 
 // --- one page ---
