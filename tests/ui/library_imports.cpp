@@ -32,25 +32,27 @@ IMAGE_THUNK_DATA* FindImport(HMODULE module, const char* routine)
     return nullptr;
 }
 
-IMAGE_THUNK_DATA& LibraryImport(const char* routine)
+IMAGE_THUNK_DATA* FindLibraryImport(const char* routine)
 {
-    return *FindImport(GetModuleHandleW(L"vantrel.dll"), routine);
+    return FindImport(GetModuleHandleW(L"vantrel.dll"), routine);
 }
 
 } // namespace
 
 void* GetImport(const char* routine)
 {
-    return reinterpret_cast<void*>(LibraryImport(routine).u1.Function);
+    const IMAGE_THUNK_DATA* const slot = FindLibraryImport(routine);
+    return slot == nullptr ? nullptr : reinterpret_cast<void*>(slot->u1.Function);
 }
 
 void SetImport(const char* routine, void* replacement)
 {
-    IMAGE_THUNK_DATA& slot = LibraryImport(routine);
+    IMAGE_THUNK_DATA* const slot = FindLibraryImport(routine);
+    if (slot == nullptr) return;
     DWORD protection = 0;
-    VirtualProtect(&slot, sizeof slot, PAGE_READWRITE, &protection);
-    slot.u1.Function = reinterpret_cast<std::uintptr_t>(replacement);
-    VirtualProtect(&slot, sizeof slot, protection, &protection);
+    VirtualProtect(slot, sizeof *slot, PAGE_READWRITE, &protection);
+    slot->u1.Function = reinterpret_cast<std::uintptr_t>(replacement);
+    VirtualProtect(slot, sizeof *slot, protection, &protection);
 }
 
 } // namespace vantrel::ui
