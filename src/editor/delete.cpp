@@ -82,11 +82,4 @@ std::int32_t DeleteMarked(EditWindow& window, bool firstOfGroup, EditUndoRecord*
     return 0;
 }
 
-void NotifyOutOfMemory(EditWindow& window)
-{
-    const TraceScope trace("delete.cpp", "NotifyOutOfMemory");
-    window.outOfMemory = true;
-    window.effects->notify(window, EditNotifyOutOfMemory);
-}
-
 } // namespace vantrel

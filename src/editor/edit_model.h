@@ -208,7 +208,7 @@ void ScrollCaretIntoWindow(EditWindow& window);
 // After the user scrolled: the caret follows the text area.
 void MoveCaretIntoWindow(EditWindow& window);
 
-// --- changes (typing.cpp, paste.cpp, delete.cpp) ---
+// --- changes (typing.cpp, paste.cpp, delete.cpp; what follows them: setup.cpp) ---
 
 void TypeChar(EditWindow& window, char16_t character);
 // Replaces the selection. Either all of it happens, or its deletion alone (with an undo step of its own), or nothing. A text that cannot be split

@@ -102,6 +102,13 @@ void SetModified(EditWindow& window)
     window.effects->notify(window, EditNotifyModified);
 }
 
+void NotifyOutOfMemory(EditWindow& window)
+{
+    const TraceScope trace("setup.cpp", "NotifyOutOfMemory");
+    window.outOfMemory = true;
+    window.effects->notify(window, EditNotifyOutOfMemory);
+}
+
 void TextChanged(EditWindow& window)
 {
     const TraceScope trace("setup.cpp", "TextChanged");
