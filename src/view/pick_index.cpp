@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <limits>
 #include <new>
-#include <string>
 
 #include "entry/command_log.h"
 #include "entry/trace.h"
 #include "model/tree_walk.h"
 #include "tools/decimal.h"
+#include "tools/utf8.h"
 
 namespace vantrel {
 namespace {
@@ -151,47 +151,6 @@ std::int64_t ReadLevel(PickReader& reader, const Scdr& node)
     return ReadCoordinate(reader, node.Shape[0]);
 }
 
-bool IsPair(const char16_t* text) noexcept
-{
-    return (text[0] & 0xFC00) == 0xD800 && (text[1] & 0xFC00) == 0xDC00;
-}
-
-// The log is a file of bytes; it is written as UTF-8, half pairs as what they are.
-void AppendUtf8(std::string& line, char32_t c)
-{
-    const auto tail = [&](int shift) { line += static_cast<char>(0x80 | ((c >> shift) & 0x3F)); };
-    if (c < 0x80) {
-        line += static_cast<char>(c);
-        return;
-    }
-    if (c < 0x800) {
-        line += static_cast<char>(0xC0 | (c >> 6));
-    } else {
-        if (c < 0x10000) {
-            line += static_cast<char>(0xE0 | (c >> 12));
-        } else {
-            line += static_cast<char>(0xF0 | (c >> 18));
-            tail(12);
-        }
-        tail(6);
-    }
-    tail(0);
-}
-
-std::string Utf8Of(const char16_t* text)
-{
-    std::string line;
-    for (; *text != u'\0'; ++text) {
-        if (IsPair(text)) {
-            AppendUtf8(line, 0x10000 + ((char32_t{text[0]} & 0x3FF) << 10) + (char32_t{text[1]} & 0x3FF));
-            ++text;
-        } else {
-            AppendUtf8(line, *text);
-        }
-    }
-    return line;
-}
-
 } // namespace
 
 void LogPickIndex(EditContext* context, const char16_t* text) noexcept
@@ -200,7 +159,7 @@ void LogPickIndex(EditContext* context, const char16_t* text) noexcept
     if (context->commandLog == nullptr) return;
     LogLine(context, "Set array");
     try {
-        LogLine(context, Utf8Of(text).c_str());
+        LogLine(context, Utf8Of(text).c_str()); // the log is a file of bytes
     } catch (const std::bad_alloc&) {
         // The log only helps to understand a crash; the command itself goes on.
     }
