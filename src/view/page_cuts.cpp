@@ -2,7 +2,6 @@
 #include <algorithm>
 
 #include "entry/trace.h"
-#include "model/tree_walk.h"
 #include "view/layout.h"
 #include "view/pages.h"
 
@@ -191,49 +190,6 @@ std::int64_t ColumnAcross(void* state, std::int32_t level, std::int64_t position
     return question.answer;
 }
 
-// The copy's nodes correspond to the shown ones, one to one.
-void CopyShownState(const Scdr& from, Scdr& to) noexcept
-{
-    SubtreeWalk source(from);
-    SubtreeWalk target(to);
-    for (; source.Node() != nullptr && target.Node() != nullptr; source.Next(), target.Next()) {
-        Scdr& copy = const_cast<Scdr&>(*target.Node());
-        if (source.Node() != &from && IsClosed(*source.Node())) copy.Flags |= FlagMinimized;
-        if (copy.Rank >= 3) SetCurrentPlane(copy, CurrentPlane(*source.Node()));
-    }
-}
-
-bool NeverInterrupted(View&) noexcept
-{
-    return false;
-}
-
-ViewEffects SilentEffects(const View& shown) noexcept
-{
-    ViewEffects effects{};
-    effects.invalidate = [](View&) {};
-    effects.showStatus = shown.effects.showStatus;
-    effects.notifyFrame = [](View&, std::int32_t) {};
-    effects.isInterruptOrClosePending = shown.effects.isInterruptOrClosePending != nullptr
-                                            ? shown.effects.isInterruptOrClosePending
-                                            : &NeverInterrupted;
-    effects.showWindowScrollBars = [](View&, bool) {};
-    effects.readPlatform = [](View&) {};
-    effects.sendSize = [](View&) {};
-    effects.beginEditor = [](View&, bool, bool) {};
-    effects.placeEditor = [](View&, const Rect64*) {};
-    effects.reloadEditor = [](View&) {};
-    effects.showEditorPlane = [](View&) {};
-    effects.moveEditorCaret = [](View&, std::int64_t, std::int64_t) {};
-    effects.hideEditor = [](View&) {};
-    effects.setFocus = [](View&) {};
-    effects.setEditorModified = [](View&) {};
-    effects.enableFrame = [](View&, bool) {};
-    effects.sizeFrame = [](View&) {};
-    effects.askAxisOrder = [](View&, const Scdr&, std::int32_t*) { return false; };
-    return effects;
-}
-
 } // namespace
 
 PageGrid CutArrayIntoPages(View& view, const Size64& page)
@@ -254,25 +210,6 @@ Point64 TextCorner(const View& view, const Scdr& node, const Rect64& box) noexce
     const std::int64_t moreAxes = node.Rank > 2 ? node.Rank - 2 : 0;
     return {box.left + metrics.margin + metrics.edge.width * (1 + 2 * moreAxes) + TextPadding,
             box.top + metrics.margin + metrics.edge.height + TextPadding};
-}
-
-bool CopyForPrinting(const View& shown, PrintView& print)
-{
-    TraceScope trace("page_cuts.cpp", "CopyForPrinting");
-    print.tree = CopyScdr(shown.context, *shown.top);
-    if (print.tree == nullptr) return false;
-    CopyShownState(*shown.top, *print.tree);
-    View& view = print.view;
-    view.context = shown.context;
-    view.window = shown.window;
-    view.win = shown.win;
-    view.effects = SilentEffects(shown);
-    view.options = shown.options;
-    view.edit.context = shown.context;
-    view.edit.rankOneScrollBars = false;
-    view.metrics.workArea = {Everything, Everything};
-    view.root = view.top = print.tree.get();
-    return true;
 }
 
 } // namespace vantrel

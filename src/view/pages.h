@@ -48,12 +48,4 @@ struct PageGrid {
 // Where the text of a simple array begins in its box, which is given with its margins.
 [[nodiscard]] Point64 TextCorner(const View& view, const Scdr& node, const Rect64& box) noexcept;
 
-// A view of its own on a copy of what another shows, to be laid out in other measures: the same planes, the same closed boxes. Everything is shown in
-// its whole size, and nothing that happens to it is reported to the frame. Null: out of memory, the code is in ErrorCode.
-struct PrintView {
-    View view;
-    ScdrPtr tree;
-};
-[[nodiscard]] bool CopyForPrinting(const View& shown, PrintView& print);
-
 } // namespace vantrel

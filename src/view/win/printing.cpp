@@ -17,6 +17,7 @@
 #include "view/layout.h"
 #include "view/messages.h"
 #include "view/pages.h"
+#include "view/print_view.h"
 #include "view/report.h"
 #include "view/win/client_window.h"
 #include "view/win/painting.h"

@@ -308,57 +308,6 @@ TEST_F(Pages, CountsItsPages)
     EXPECT_EQ(grid.PageCount(), 6);
 }
 
-TEST_F(Pages, ThePrintedCopyShowsTheSamePlanesAndClosedBoxes)
-{
-    Scdr& root = Show(Vec(Characters({3, 2, 2}, u"aaaabbbbcccc"), Word(u"closed")));
-    SetCurrentPlane(Item(root, 0), 2);
-    EXPECT_EQ(SelectScdr(view, Item(root, 1), false), 0);
-    EXPECT_EQ(MinimizeScdr(view), 0);
-    PrintView print;
-    ASSERT_TRUE(CopyForPrinting(view, print));
-    EXPECT_EQ(CurrentPlane(Item(*print.tree, 0)), 2);
-    EXPECT_NE(Item(*print.tree, 1).Flags & FlagMinimized, 0);
-    EXPECT_EQ(print.view.top, print.tree.get());
-    EXPECT_NE(print.tree.get(), view.root);
-    EXPECT_EQ(Selected(print.view), nullptr);
-}
-
-TEST_F(Pages, NothingOnPaperIsTooLargeForTheScreen)
-{
-    view.metrics.workArea = {1024, 768};
-    Show(Characters({500, 3}, std::u16string(1500, u'x')));
-    PrintView print;
-    ASSERT_TRUE(CopyForPrinting(view, print));
-    print.view.edit.lineHeight = 16;
-    print.view.edit.widths.Reset(MeasureForTest, nullptr, 0);
-    EXPECT_EQ(FormatScdr(print.view, *print.tree), 0);
-    EXPECT_EQ(CalculateScdrSizes(print.view), 0);
-    EXPECT_GE(print.tree->height, 500 * 16);
-}
-
-TEST_F(Pages, PrintingTellsTheFrameNothing)
-{
-    Show(Vec(Word(u"a")));
-    PrintView print;
-    ASSERT_TRUE(CopyForPrinting(view, print));
-    print.view.effects.notifyFrame(print.view, 1);
-    print.view.effects.invalidate(print.view);
-    print.view.effects.sendSize(print.view);
-    EXPECT_TRUE(log.calls.empty());
-}
-
-TEST_F(Pages, AFailedCopyLeavesNothingBehind)
-{
-    Show(Vec(Word(u"abc"), Characters({2, 2, 2}, u"abcdefgh")));
-    const int faults = test::SweepAllocationFaults([&] {
-        PrintView print;
-        environment.ErrorCode = VTERROR_CODE::NoError;
-        const bool copied = CopyForPrinting(view, print);
-        EXPECT_EQ(copied, environment.ErrorCode != VTERROR_CODE::OutOfMemory);
-    });
-    EXPECT_GT(faults, 0);
-}
-
 TEST_F(Pages, AFailedCutLeavesNothingBehind)
 {
     LayOut(Characters({100, 3}, std::u16string(300, u'x')));
