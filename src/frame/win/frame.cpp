@@ -11,7 +11,7 @@
 #include "resources/resource.h"
 #include "tools/win/fonts.h"
 #include "tools/win/guard.h"
-#include "tools/win/options.h"
+#include "tools/win/placement.h"
 #include "tools/win/wide.h"
 #include "tools/win/window.h"
 #include "view/messages.h"

@@ -1,6 +1,6 @@
 // The frames of this process: how many there are is what keeps the message loop of an edit running.
 #include "frame/win/frame_window.h"
-#include "tools/win/options.h"
+#include "tools/win/placement.h"
 
 namespace vantrel {
 namespace {

@@ -4,7 +4,7 @@
 
 #include <windows.h>
 
-#include "entry/edit_context.h"
+#include <cstdint>
 
 namespace vantrel {
 
@@ -14,17 +14,5 @@ std::int32_t ReadOption(const char16_t* subKey, const char16_t* name, void* buff
 void SaveOption(const char16_t* subKey, const char16_t* name, const void* data, DWORD size) noexcept;
 bool ReadBooleanOption(const char16_t* name, bool defaultValue) noexcept;
 void SaveBooleanOption(const char16_t* name, bool value) noexcept;
-
-// Counts a window among the open ones of the machine; its number names its placement until it is uncounted.
-void CountOpenWindow(HWND window) noexcept;
-void UncountOpenWindow(HWND window) noexcept;
-
-// For counted windows.
-void WindowPlacementSave(EditContext* context, HWND window) noexcept;
-// Shows the window where it was, never hidden or minimised; shows it normally when nothing is stored.
-void WindowPlacementRestore(EditContext* context, HWND window) noexcept;
-
-// The number of open editor windows on the machine, shared by every process that loads the library; it numbers the stored placements.
-extern volatile LONG g_openWindowCount;
 
 } // namespace vantrel
