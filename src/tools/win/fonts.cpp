@@ -33,27 +33,6 @@ constexpr char16_t FullWidthProbes[] = u"一あ";
 
 HANDLE g_carriedFont = nullptr;
 
-// A device context without a window, with a font selected.
-class FontDc {
-public:
-    explicit FontDc(HFONT font) noexcept
-        : dc_(CreateCompatibleDC(nullptr)), previous_(SelectObject(dc_, font))
-    {
-    }
-    ~FontDc()
-    {
-        SelectObject(dc_, previous_);
-        DeleteDC(dc_);
-    }
-    FontDc(const FontDc&) = delete;
-    FontDc& operator=(const FontDc&) = delete;
-    operator HDC() const noexcept { return dc_; }
-
-private:
-    HDC dc_;
-    HGDIOBJ previous_;
-};
-
 void MeasureCharacters(void* device, char16_t first, char16_t last, std::int32_t* widths)
 {
     if (!GetCharWidth32W(static_cast<HDC>(device), first, last, widths)) {
