@@ -40,7 +40,7 @@ if(unit_sources)
   if(WIN32)
     # Presentation that needs no window.
     target_sources(unit_tests PRIVATE src/tools/win/library_path.cpp src/entry/win/debug_channel.cpp
-      src/tools/win/fonts.cpp src/tools/win/help.cpp src/tools/win/options.cpp
+      src/tools/win/default_font.cpp src/tools/win/fonts.cpp src/tools/win/help.cpp src/tools/win/options.cpp
       src/tools/win/placement.cpp src/tools/win/scroll_bars.cpp src/tools/win/window.cpp)
     target_link_libraries(unit_tests PRIVATE comctl32 comdlg32 gdi32 htmlhelp user32 shlwapi advapi32)
   endif()

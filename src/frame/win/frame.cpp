@@ -9,6 +9,7 @@
 #include "frame/messages.h"
 #include "frame/win/frame_window.h"
 #include "resources/resource.h"
+#include "tools/win/default_font.h"
 #include "tools/win/fonts.h"
 #include "tools/win/guard.h"
 #include "tools/win/placement.h"

@@ -10,6 +10,7 @@
 #include "frame/status.h"
 #include "frame/win/frame_window.h"
 #include "frame/win/node_attributes.h"
+#include "tools/win/font_metrics.h"
 #include "tools/win/fonts.h"
 #include "tools/win/guard.h"
 #include "tools/win/options.h"

@@ -6,6 +6,8 @@
 
 #include "editor/edit_messages.h"
 #include "entry/trace.h"
+#include "tools/win/default_font.h"
+#include "tools/win/fonts.h"
 #include "tools/win/options.h"
 #include "tools/win/scroll_bars.h"
 #include "tools/win/wide.h"

@@ -10,6 +10,7 @@
 #include "entry/win/debug_channel.h"
 #include "model/records.h"
 #include "resources/resource.h"
+#include "tools/win/fonts.h"
 #include "tools/win/guard.h"
 #include "tools/win/help.h"
 #include "tools/win/scroll_bars.h"

@@ -6,7 +6,7 @@
 
 #include <windows.h>
 
-#include "tools/win/fonts.h"
+#include "tools/win/font_metrics.h"
 #include "view/box_bars.h"
 
 namespace vantrel {

@@ -1,4 +1,4 @@
-#include "tools/win/fonts.h"
+#include "tools/win/default_font.h"
 
 #include <gtest/gtest.h>
 
