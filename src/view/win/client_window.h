@@ -97,18 +97,22 @@ void SaveFindOptions(const View& view);
 // printing.cpp. Prints the displayed top node; takes the printer's device context over. 0 on success.
 LRESULT OnPrintScdr(ClientWindow& client, HDC printer, const RECT& margins);
 
-// client_input.cpp: keys and commands
+// client_keys.cpp
 bool OnKeyDown(ClientWindow& client, WPARAM key);
 bool OnChar(ClientWindow& client, WPARAM character);
 bool OnClientKeyDown(ClientWindow& client, WPARAM key);
-void OnCommand(ClientWindow& client, std::int32_t command);
-void OnNotify(ClientWindow& client, const NMHDR& header);
-void OnScroll(ClientWindow& client, UINT message, WPARAM wParam);
-void OnMouseWheel(ClientWindow& client, WPARAM wParam);
 // Lets the view have the keys that work wherever the focus is.
 LRESULT CALLBACK FocusSubclass(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
                                DWORD_PTR data);
 inline constexpr UINT_PTR FocusSubclassId = 30000;
+
+// client_commands.cpp: what menus ask for, and what the editor tells
+void OnCommand(ClientWindow& client, std::int32_t command);
+void OnNotify(ClientWindow& client, const NMHDR& header);
+
+// client_scroll.cpp
+void OnScroll(ClientWindow& client, UINT message, WPARAM wParam);
+void OnMouseWheel(ClientWindow& client, WPARAM wParam);
 
 // client_mouse.cpp
 void OnMouse(ClientWindow& client, UINT message, WPARAM keys, POINT point);
