@@ -11,8 +11,6 @@ namespace vantrel {
 
 namespace {
 
-constexpr int LongestStatus = 384; // characters
-
 // A message takes the whole bar, so the box over one of its parts makes room, unless somebody is typing in it.
 void HideNameBox(HWND frame) noexcept
 {

@@ -22,6 +22,7 @@ inline constexpr int NameBoxControl = 32789;
 
 // Writes one part of a status bar; a failure is traced.
 void SetStatusText(HWND bar, WPARAM part, const wchar_t* text) noexcept;
+inline constexpr int LongestStatus = 384; // characters
 // Shows a message in the status bar of the frame above `window`; `beep` is a MessageBeep kind or 0 for silence. The bar is updated at once,
 // since messages announce long work. Returns 1.
 std::int32_t StatusMessage(HWND window, const wchar_t* text, UINT beep) noexcept;

@@ -16,8 +16,6 @@ namespace vantrel {
 
 namespace {
 
-constexpr int LongestStatus = 384; // characters
-
 void Invalidate(View& view)
 {
     InvalidateRect(view.window, nullptr, FALSE);
