@@ -4,8 +4,8 @@
 // node's `EditState`. The screen, the clipboard and the keyboard are reached only through `EditEffects`.
 //
 // Lines are counted within the shown plane, columns in UTF-16 units, pixels in the window's client area; all signed 64-bit.
-// Results of type std::int32_t are 0 for success and 1 for failure or refusal unless said otherwise. Nothing here throws, unless
-// said otherwise: a failed allocation ends as notification -1, and what was changed before stays.
+// Results of type std::int32_t are 0 for success and 1 for failure or refusal unless said otherwise. Nothing but SpliceLine
+// throws: a failed allocation ends as notification -1, and what was changed before stays.
 #pragma once
 
 #include <cstdint>
