@@ -14,7 +14,7 @@ namespace {
 
 using namespace fake;
 
-constexpr int UsualSteps = 60;     // a session; VANTREL_MONKEY_STEPS makes it longer
+constexpr int UsualSteps = 15;     // a session; VANTREL_MONKEY_STEPS makes it longer
 constexpr int AnswerLimit = 20000; // milliseconds
 constexpr UINT SetPickIndex = 32981;
 
