@@ -39,6 +39,15 @@ HWND FindBar(const User& user)
     return FindWindowExW(user.Frame(), nullptr, L"#32770", nullptr);
 }
 
+// With the first item selected; the box of the text.
+HWND TypeIntoFindBar(User& user, const char16_t* text)
+{
+    user.Key(VK_TAB);
+    user.Command(Find);
+    user.Type(text);
+    return GetDlgItem(FindBar(user), FindText);
+}
+
 std::wstring TextOfWindow(HWND window)
 {
     wchar_t text[256] = {};
@@ -58,10 +67,7 @@ std::string SelectionOf(HWND box)
 TEST_F(FrameHabits, CtrlShiftLeftSelectsAWordInABarsTextAndLeavesTheArrayAlone)
 {
     const Outcome outcome = RunEdit(interpreter, Words(), [](User& user) {
-        user.Key(VK_TAB);
-        user.Command(Find);
-        user.Type(u"alpha beta");
-        HWND const text = GetDlgItem(FindBar(user), FindText);
+        HWND const text = TypeIntoFindBar(user, u"alpha beta");
         user.Key(VK_LEFT, {VK_CONTROL, VK_SHIFT});
         user.ExpectEqual(SelectionOf(text), "6-10", "the last word");
         user.Key(VK_HOME);
@@ -75,10 +81,7 @@ TEST_F(FrameHabits, CtrlShiftLeftSelectsAWordInABarsTextAndLeavesTheArrayAlone)
 TEST_F(FrameHabits, TheMenusCutCopyAndPasteAreThoseOfTheTextThatHasTheKeyboard)
 {
     const Outcome outcome = RunEdit(interpreter, Words(), [](User& user) {
-        user.Key(VK_TAB);
-        user.Command(Find);
-        user.Type(u"alpha");
-        HWND const text = GetDlgItem(FindBar(user), FindText);
+        HWND const text = TypeIntoFindBar(user, u"alpha");
         SendMessageW(text, EM_SETSEL, 0, 2);
         user.Command(PopupCopy);
         user.ExpectEqual(user.ClipboardText(), u"al", "copied from the bar");
