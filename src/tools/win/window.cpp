@@ -11,11 +11,20 @@ namespace vantrel {
 
 namespace {
 
+constexpr ULONGLONG ProgressPause = 50; // milliseconds
+
 // A message takes the whole bar, so the box over one of its parts makes room, unless somebody is typing in it.
 void HideNameBox(HWND frame) noexcept
 {
     const HWND box = GetDlgItem(frame, NameBoxControl);
     if (box != nullptr && GetFocus() != box) ShowWindow(box, SW_HIDE);
+}
+
+// One message takes the whole bar.
+void MakeSimple(HWND frame, HWND bar) noexcept
+{
+    HideNameBox(frame);
+    SendMessageW(bar, SB_SIMPLE, TRUE, 0);
 }
 
 } // namespace
@@ -60,14 +69,28 @@ std::int32_t StatusMessage(HWND window, const wchar_t* text, UINT beep) noexcept
     const HWND frame = GetTopWindowOf(window);
     const HWND bar = GetDlgItem(frame, StatusBarControl);
     if (bar != nullptr) {
-        HideNameBox(frame);
-        SendMessageW(bar, SB_SIMPLE, TRUE, 0);
+        MakeSimple(frame, bar);
         SetStatusText(bar, SB_SIMPLEID, text);
         InvalidateRect(bar, nullptr, TRUE);
     }
     if (beep != 0) MessageBeep(beep);
     if (bar != nullptr) UpdateWindow(bar);
     return 1;
+}
+
+void StatusProgress(HWND window, const wchar_t* text) noexcept
+{
+    const TraceScope trace("window.cpp", "StatusProgress");
+    static ULONGLONG drawn = 0;
+    const HWND frame = GetTopWindowOf(window);
+    const HWND bar = GetDlgItem(frame, StatusBarControl);
+    if (bar == nullptr) return;
+    if (SendMessageW(bar, SB_ISSIMPLE, 0, 0) == 0) MakeSimple(frame, bar);
+    SetStatusText(bar, SB_SIMPLEID, text); // which has it drawn some time
+    const ULONGLONG now = GetTickCount64();
+    if (now - drawn < ProgressPause) return;
+    drawn = now;
+    UpdateWindow(bar);
 }
 
 std::int32_t StatusMessage(HWND window, UINT stringId, UINT beep) noexcept

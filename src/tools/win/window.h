@@ -27,6 +27,9 @@ inline constexpr int LongestStatus = 384; // characters
 // since messages announce long work. Returns 1.
 std::int32_t StatusMessage(HWND window, const wchar_t* text, UINT beep) noexcept;
 std::int32_t StatusMessage(HWND window, UINT stringId, UINT beep) noexcept;
+// A message that grows with the work. All of them are written, but the bar is drawn only as often as the eye follows: drawing a hundred percents
+// would take longer than most arrays.
+void StatusProgress(HWND window, const wchar_t* text) noexcept;
 
 // Has the window handle WM_SIZE again with its present client size.
 void SendWmSize(HWND window) noexcept;

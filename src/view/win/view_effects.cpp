@@ -23,16 +23,15 @@ void Invalidate(View& view)
 
 void ShowStatus(View& view, std::int32_t stringId, std::int32_t percent, bool error)
 {
-    const UINT beep = error ? MB_ICONEXCLAMATION : 0U;
     if (percent < 0) {
-        StatusMessage(view.window, static_cast<UINT>(stringId), beep);
+        StatusMessage(view.window, static_cast<UINT>(stringId), error ? MB_ICONEXCLAMATION : 0U);
         return;
     }
     wchar_t text[LongestStatus] = L"";
     wchar_t filled[LongestStatus] = L"";
     LoadStringW(ModuleInstance(), static_cast<UINT>(stringId), text, LongestStatus);
     std::swprintf(filled, LongestStatus, text, percent);
-    StatusMessage(view.window, filled, beep);
+    StatusProgress(view.window, filled);
 }
 
 bool IsInterruptOrClosePending(View& view)
