@@ -333,16 +333,17 @@ std::wstring LabelOf(HWND bar, int id)
 }
 
 // What the bar asks for when the pointer rests on a button.
-std::wstring TipOf(const User& user, HWND bar, int id)
+// As the bar's own tooltip window would show it.
+std::wstring TipOf(HWND bar, int id)
 {
-    NMTTDISPINFOW tip{};
-    tip.hdr.hwndFrom = reinterpret_cast<HWND>(SendMessageW(bar, TB_GETTOOLTIPS, 0, 0));
-    tip.hdr.idFrom = static_cast<UINT_PTR>(id);
-    tip.hdr.code = static_cast<UINT>(TTN_GETDISPINFOW);
-    SendMessageW(user.Frame(), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&tip));
-    wchar_t text[128] = {};
-    if (IS_INTRESOURCE(tip.lpszText))
-        LoadStringW(tip.hinst, static_cast<UINT>(reinterpret_cast<ULONG_PTR>(tip.lpszText)), text, 128);
+    wchar_t text[256] = {};
+    TTTOOLINFOW tool{};
+    tool.cbSize = sizeof tool;
+    tool.hwnd = bar;
+    tool.uId = static_cast<UINT_PTR>(id);
+    tool.lpszText = text;
+    const auto tips = reinterpret_cast<HWND>(SendMessageW(bar, TB_GETTOOLTIPS, 0, 0));
+    SendMessageW(tips, TTM_GETTEXTW, 256, reinterpret_cast<LPARAM>(&tool));
     return text;
 }
 
@@ -360,7 +361,7 @@ TEST(FrameResources, TheToolBarHasItsButtonsLabelsAndTipsInOrder)
             user.ExpectEqual(button.idCommand, expected.id, "the command");
             user.ExpectEqual((button.fsStyle & BTNS_SEP) != 0, expected.id == 0, "a separator or not");
             if (expected.id == 0) continue;
-            user.Expect(TipOf(user, bar, expected.id) == Tips.at(expected.tip), "the tip");
+            user.Expect(TipOf(bar, expected.id) == Tips.at(expected.tip), "the tip");
             user.Expect(LabelOf(bar, expected.id) == expected.label, "the label");
         }
     });

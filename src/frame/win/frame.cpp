@@ -115,6 +115,8 @@ LRESULT OnNotify(FrameWindow& frame, NMHDR& notification)
 {
     if (notification.code == TTN_GETDISPINFOW) {
         OnToolTip(reinterpret_cast<NMTTDISPINFOW&>(notification));
+    } else if (notification.code == TBN_GETINFOTIPW) {
+        OnToolInfo(reinterpret_cast<NMTBGETINFOTIPW&>(notification));
     } else if (notification.code == NM_CUSTOMDRAW && notification.hwndFrom == frame.toolBar) {
         return OnDrawTool(reinterpret_cast<const NMTBCUSTOMDRAW&>(notification));
     } else if (notification.code == NM_CLICK && notification.hwndFrom == frame.status) {

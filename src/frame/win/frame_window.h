@@ -128,6 +128,7 @@ void ToolbarFollowMenu(const FrameWindow& frame);
 // NM_CUSTOMDRAW: writes the labels.
 LRESULT OnDrawTool(const NMTBCUSTOMDRAW& drawing);
 void OnToolTip(NMTTDISPINFOW& tip) noexcept;
+void OnToolInfo(NMTBGETINFOTIPW& tip) noexcept;
 
 // status_bar
 bool StatusBarCreate(FrameWindow& frame);

@@ -244,4 +244,12 @@ void OnToolTip(NMTTDISPINFOW& tip) noexcept
     tip.lpszText = MAKEINTRESOURCEW(button->tip);
 }
 
+// A button with a text that the bar does not show itself is explained by that text unless the bar is told better.
+void OnToolInfo(NMTBGETINFOTIPW& tip) noexcept
+{
+    const ToolButton* const button = FindButton(static_cast<std::uintptr_t>(tip.iItem));
+    if (button == nullptr) return;
+    LoadStringW(ModuleInstance(), static_cast<UINT>(button->tip), tip.pszText, tip.cchTextMax);
+}
+
 } // namespace vantrel
