@@ -217,12 +217,8 @@ bool TurnToPlane(View& view, Scdr& node, std::int64_t plane)
 // The array that holds the match is selected, open and shows the match's plane. 0 on success.
 std::int32_t ShowArray(View& view, Scdr& node, std::int64_t plane)
 {
-    const bool otherPlane = TurnToPlane(view, node, plane);
-    if (&node == Selected(view)) {
-        if (otherPlane && view.editorActive) view.effects.showEditorPlane(view);
-    } else if (SelectScdr(view, node, false) != 0) {
-        return 1;
-    }
+    if (&node != Selected(view) && SelectScdr(view, node, false) != 0) return 1;
+    if (TurnToPlane(view, node, plane) && view.editorActive) view.effects.showEditorPlane(view);
     return (node.Flags & FlagMinimized) != 0 ? RestoreScdr(view) : 0;
 }
 

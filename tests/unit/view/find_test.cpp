@@ -207,6 +207,7 @@ TEST_F(Find, AMatchInAnotherPlaneShowsThatPlane)
     EXPECT_EQ(AfterNext(), "1@5:1+1");
     EXPECT_EQ(CurrentPlane(Item(*view.root, 1)), 2);
     EXPECT_EQ(view.edit.find.record, 5);
+    EXPECT_EQ(log.Count("plane"), 1); // told to the editor that the selection has brought
     Wanted(u"a");
     log.Clear();
     EXPECT_EQ(AfterNext(), "1@0:0+1");
