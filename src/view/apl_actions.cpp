@@ -58,22 +58,13 @@ ScdrPtr AxisOrder(const EditContext* context, const std::int32_t* axes, std::int
     return order;
 }
 
-bool IsInOrder(const std::int32_t* axes, std::int32_t count) noexcept
-{
-    std::int32_t axis = 0;
-    while (axis < count && axes[axis] == axis)
-        ++axis;
-    return axis == count;
-}
-
-// Null without an error: the user changed nothing.
+// Null without an error: the user cancelled.
 ScdrPtr BuildReordered(View& view, const Scdr& node)
 {
     const OwnedArray<std::int32_t> axes = AllocateArray<std::int32_t>(node.Rank);
     for (std::int32_t axis = 0; axis < node.Rank; ++axis)
         axes[static_cast<std::size_t>(axis)] = axis;
-    if (!view.effects.askAxisOrder(view, node, axes.get()) || IsInOrder(axes.get(), node.Rank))
-        return nullptr;
+    if (!view.effects.askAxisOrder(view, node, axes.get())) return nullptr;
     const ScdrPtr order = AxisOrder(view.context, axes.get(), node.Rank);
     return BuiltinTranspose(view.context, node, order.get());
 }

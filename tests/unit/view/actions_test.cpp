@@ -272,10 +272,17 @@ TEST_F(Actions, ACancelledOrderChangesNothing)
     log.onAxes = [](const Scdr&, std::int32_t*) { return false; };
     Run(CommandReorderAxes);
     EXPECT_TRUE(log.statuses.empty()); // nothing is announced before the user has decided
-    log.onAxes = [](const Scdr&, std::int32_t*) { return true; };
-    Run(CommandReorderAxes);
     EXPECT_EQ(view.undo, nullptr);
     EXPECT_EQ(view.flags & ViewModified, 0);
+}
+
+TEST_F(Actions, AnOrderConfirmedAsItWasIsAnActionLikeAnyOther)
+{
+    ShowItem(Integers({1, 2, 3}, {1, 2, 3, 4, 5, 6}));
+    log.onAxes = [](const Scdr&, std::int32_t*) { return true; };
+    Run(CommandReorderAxes);
+    EXPECT_NE(view.undo, nullptr);
+    EXPECT_NE(view.flags & ViewModified, 0);
 }
 
 TEST_F(Actions, LowRanksHaveNoAxesToReorder)
