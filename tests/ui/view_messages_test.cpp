@@ -300,6 +300,15 @@ TEST_F(ViewMessages, AnObjectThatIsNoTreeIsRefusedOrToldOf)
     interpreter.FreeLocalp(bad);
 }
 
+TEST_F(ViewMessages, RequestsWithoutARecordAreRefused)
+{
+    RunEdit(interpreter, Pair(), [](User& user) {
+        user.ExpectEqual(Ask(user, GetPreferredSize, 0, 0), 1, "no room for the size");
+        user.ExpectEqual(Ask(user, PrintTree, 0, 0), 1, "no printer and no margins");
+        user.Expect(user.IsOpen(), "the window goes on");
+    });
+}
+
 TEST_F(ViewMessages, AnEmptyViewHasNothingToTell)
 {
     RunEdit(interpreter, Pair(), [](User& user) {

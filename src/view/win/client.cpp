@@ -133,7 +133,8 @@ LRESULT HandlePrivateMessage(ClientWindow& client, UINT message, WPARAM wParam, 
     case ViewGetModified: return (view.flags & ViewModified) != 0 ? 1 : 0;
     case ViewGetOption: return GetViewOption(view, static_cast<std::int32_t>(wParam)) ? 1 : 0;
     case ViewGetPickIndex: return OnGetPickIndex(client, wParam != 0, reinterpret_cast<const Scdr*>(lParam));
-    case ViewGetPreferredSize: return OnGetPreferredSize(client, *reinterpret_cast<SIZE*>(lParam));
+    case ViewGetPreferredSize:
+        return lParam != 0 ? OnGetPreferredSize(client, *reinterpret_cast<SIZE*>(lParam)) : 1;
     case ViewGetScdr: return OnGetScdr(client, wParam != 0);
     case ViewGetSelectedScdr: return reinterpret_cast<LRESULT>(Selected(view));
     case ViewSetModified: return OnSetModified(view, wParam != 0);
@@ -142,7 +143,7 @@ LRESULT HandlePrivateMessage(ClientWindow& client, UINT message, WPARAM wParam, 
     case ViewSetScdr: return OnSetScdr(client, reinterpret_cast<Scdr*>(lParam));
     case ViewGetBusy: return (view.flags & ViewBusy) != 0 ? 1 : 0;
     case ViewPrintScdr:
-        return OnPrintScdr(client, reinterpret_cast<HDC>(wParam), *reinterpret_cast<const RECT*>(lParam));
+        return OnPrintScdr(client, reinterpret_cast<HDC>(wParam), reinterpret_cast<const RECT*>(lParam));
     case ViewSetObject: return OnSetObject(client, reinterpret_cast<HostObject>(lParam));
     default: return Default(client, message, wParam, lParam);
     }

@@ -95,7 +95,7 @@ void ReadFindOptions(View& view);
 void SaveFindOptions(const View& view);
 
 // printing.cpp. Prints the displayed top node; takes the printer's device context over. 0 on success.
-LRESULT OnPrintScdr(ClientWindow& client, HDC printer, const RECT& margins);
+LRESULT OnPrintScdr(ClientWindow& client, HDC printer, const RECT* margins);
 
 // client_keys.cpp
 bool OnKeyDown(ClientWindow& client, WPARAM key);

@@ -274,17 +274,18 @@ std::int32_t PrintTree(ClientWindow& client, HDC printer, const RECT& margins)
 
 } // namespace
 
-LRESULT OnPrintScdr(ClientWindow& client, HDC printer, const RECT& margins)
+LRESULT OnPrintScdr(ClientWindow& client, HDC printer, const RECT* margins)
 {
     const TraceScope trace("printing.cpp", "OnPrintScdr");
     const PrinterDc owned(printer);
     View& view = client.view;
-    if (view.top == nullptr || CheckAndAlignScdr(view) == 0) return 1;
+    if (printer == nullptr || margins == nullptr || view.top == nullptr || CheckAndAlignScdr(view) == 0)
+        return 1;
     const BusyMark busy(view);
     StatusMessage(client.window, IDS_FORMATTING_ARRAY, 0);
     std::int32_t result = 1;
     try {
-        result = PrintTree(client, owned, margins);
+        result = PrintTree(client, owned, *margins);
     } catch (VTERROR_CODE code) {
         SetErrorCode(view.context, code);
     }
