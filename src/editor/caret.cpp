@@ -150,9 +150,7 @@ CaretPicture CaretPictureAt(EditWindow& window, EditCaret caret, bool block)
     const Rect64 area = TextArea(window);
     const std::int64_t top = std::max(place.point.y, area.top);
     const std::int64_t bottom = std::min(place.point.y + window.view->lineHeight, area.bottom);
-    // Behind the longest line the caret stands in the rim.
-    const std::int64_t width =
-        std::min<std::int64_t>(block ? place.charWidth : 0, window.client.right - place.point.x);
+    const std::int64_t width = block ? place.charWidth : 0;
     const bool shown = bottom > top && place.point.x >= area.left && place.point.x < window.client.right;
     return {{place.point.x, top}, width, bottom - top, shown};
 }

@@ -218,7 +218,7 @@ TEST(EditCaretPicture, BehindTheLongestLineStandsInTheRim)
     const CaretPicture picture = GetCaretPicture(editor.window);
     EXPECT_TRUE(picture.shown);
     EXPECT_EQ(picture.point.x, editor.window.text.right);
-    EXPECT_EQ(picture.width, 2);
+    EXPECT_EQ(picture.width, CharWidth) << "the window cuts what does not fit into its rim";
     ChangeScrollPositions(editor.State().scroll, ScrollToStart, 0);
     EXPECT_FALSE(GetCaretPicture(editor.window).shown);
     editor.Press(KeyHome);
