@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cwchar>
-#include <iterator>
 
 #include "entry/trace.h"
 #include "frame/messages.h"
@@ -75,23 +74,6 @@ void MeasureTexts(const FrameWindow& frame, HFONT font, const StatusParts& parts
     }
 }
 
-// The bar draws each part as it is set, which would take most of the time that selecting an array takes: what is there already is left alone.
-bool HasParts(HWND bar, const std::int32_t* edges, std::int32_t count)
-{
-    int now[MostStatusParts] = {};
-    const LRESULT parts = SendMessageW(bar, SB_GETPARTS, MostStatusParts, reinterpret_cast<LPARAM>(now));
-    return parts == count && std::equal(now, now + count, edges);
-}
-
-bool HasText(HWND bar, WPARAM part, const Text& text)
-{
-    wchar_t now[384] = L"";
-    const LRESULT length = SendMessageW(bar, SB_GETTEXTLENGTHW, LOBYTE(part), 0);
-    if (LOWORD(length) != text.size() || text.size() >= std::size(now)) return false;
-    const LRESULT drawn = SendMessageW(bar, SB_GETTEXTW, LOBYTE(part), reinterpret_cast<LPARAM>(now));
-    return HIWORD(drawn) == HIBYTE(part) << 8 && text == AsUtf16(now);
-}
-
 void SetParts(const FrameWindow& frame, HFONT font, const StatusParts& parts)
 {
     int borders[3] = {};
@@ -100,19 +82,15 @@ void SetParts(const FrameWindow& frame, HFONT font, const StatusParts& parts)
     std::int32_t edges[MostStatusParts] = {};
     MeasureTexts(frame, font, parts, widths);
     StatusEdges({widths, static_cast<std::size_t>(parts.count)}, {borders[0], borders[2]}, edges);
-    if (!HasParts(frame.status, edges, parts.count))
-        SendMessageW(frame.status, SB_SETPARTS, static_cast<WPARAM>(parts.count),
-                     reinterpret_cast<LPARAM>(edges));
+    SendMessageW(frame.status, SB_SETPARTS, static_cast<WPARAM>(parts.count),
+                 reinterpret_cast<LPARAM>(edges));
     SendMessageW(frame.status, SB_SETUNICODEFORMAT, TRUE, 0);
-    // While a message takes the whole bar it answers for that message.
-    const bool answers = SendMessageW(frame.status, SB_ISSIMPLE, 0, 0) == 0;
     for (std::int32_t part = 0; part < parts.count; ++part) {
         const WPARAM drawn = static_cast<WPARAM>(part) | (part % 2 == 0 ? SBT_NOBORDERS : 0u);
         const Text& text = parts.texts[static_cast<std::size_t>(part)];
-        if (!answers || !HasText(frame.status, drawn, text))
-            SetStatusText(frame.status, drawn, AsWide(text.c_str()));
+        SetStatusText(frame.status, drawn, AsWide(text.c_str()));
     }
-    if (!answers) SendMessageW(frame.status, SB_SIMPLE, FALSE, 0);
+    SendMessageW(frame.status, SB_SIMPLE, FALSE, 0);
 }
 
 void GiveFonts(FrameWindow& frame, HFONT font)
