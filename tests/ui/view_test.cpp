@@ -1,6 +1,10 @@
 // The array view: where boxes and the editor stand, what is selected, what is painted, what long loads allow.
 #include <gtest/gtest.h>
 
+#include <windows.h>
+
+#include <commctrl.h>
+
 #include <atomic>
 #include <thread>
 
@@ -311,6 +315,21 @@ TEST_F(View, ClosingWhileItLoadsGivesTheArgumentBack)
     EXPECT_FALSE(edit.error.signalled);
     for (const std::string& complaint : edit.complaints)
         ADD_FAILURE() << complaint;
+}
+
+// The bar is not drawn for each of them.
+TEST_F(View, EveryPercentOfFormattingIsWritten)
+{
+    std::vector<std::wstring> texts;
+    const MessageWatch watch([&](const CWPRETSTRUCT& message) {
+        if (message.message != SB_SETTEXTW || !HasClass(message.hwnd, STATUSCLASSNAMEW)) return;
+        const std::wstring text = reinterpret_cast<const wchar_t*>(message.lParam);
+        if (text.rfind(L"Formatting array. Percent done: ", 0) == 0) texts.push_back(text);
+    });
+    RunEdit(interpreter, NestedArray({4}, {Text(u"a"), Text(u"b"), Text(u"c"), Text(u"d")}), [](User&) {});
+    EXPECT_EQ(texts, (std::vector<std::wstring>{
+                         L"Formatting array. Percent done: 25", L"Formatting array. Percent done: 50",
+                         L"Formatting array. Percent done: 75", L"Formatting array. Percent done: 100"}));
 }
 
 TEST_F(View, TheUsersInterruptEndsALongLoadWithItsError)
